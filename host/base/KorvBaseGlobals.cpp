@@ -1,0 +1,11 @@
+#include "KorvBaseGlobals.h"
+
+std::atomic<bool> g_bTranslating{false};
+
+const char* const g_strInterfaceEth = "eth";
+const char* const g_strInterfaceWlan = "wlan";
+const char* const g_strInterfaceUsb = "usb";
+
+const char* const g_strSettingNoRemindMachineVersion = "Machine/NoRemindMachineVersion";
+const char* const g_strSettingAutoConnectLastMachine = "Machine/AutoConnectLastMachine";
+const char* const g_strSettingLastConnectMachineSN = "Machine/LastConnectMachineSN";
