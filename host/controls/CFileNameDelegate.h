@@ -1,0 +1,27 @@
+#pragma once
+
+#include "KorvControlsExport.h"
+
+#include <QStyledItemDelegate>
+
+// Draws a file name elided to its cell (where the ellipsis goes is settable) and
+// shows the whole name as a tool tip when it does not fit.
+class KORVCONTROLS_EXPORT CFileNameDelegate : public QStyledItemDelegate
+{
+    Q_OBJECT
+
+public:
+    explicit CFileNameDelegate(QObject* parent = nullptr);
+
+    void SetElideMode(Qt::TextElideMode mode);
+    Qt::TextElideMode ElideMode() const { return m_eElideMode; }
+
+    bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
+                   const QModelIndex& index) override;
+
+protected:
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override;
+
+private:
+    Qt::TextElideMode m_eElideMode = Qt::ElideMiddle;
+};
