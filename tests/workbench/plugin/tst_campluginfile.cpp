@@ -1,0 +1,181 @@
+#include "CDebugLog.h"
+#include "plugin/CamPluginFile.h"
+#include "workspace/Workspace.h"
+
+#include <QFile>
+#include <QImage>
+#include <QPointer>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <iostream>
+#include <sstream>
+
+extern "C" {
+Plugin::PluginInterface* createPlugin();
+const char* get_plugin_name();
+const char* get_plugin_version();
+}
+
+namespace {
+// Captures what the plug-in writes to the console while it lives.
+class ConsoleCapture
+{
+public:
+    ConsoleCapture() : m_pOld(std::cout.rdbuf(m_stream.rdbuf())) {}
+    ~ConsoleCapture() { std::cout.rdbuf(m_pOld); }
+    QStringList lines() const
+    {
+        return QString::fromStdString(m_stream.str()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    }
+
+private:
+    std::ostringstream m_stream;
+    std::streambuf* m_pOld;
+};
+} // namespace
+
+class TestCamPluginFile : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QVERIFY(m_configDir.isValid());
+        qputenv("KORV_CONFIG_DIR", m_configDir.path().toUtf8());
+    }
+
+    void entryPointsAndFixedAnswers()
+    {
+        QCOMPARE(QByteArray(get_plugin_name()), QByteArray("CamPluginFile"));
+        QCOMPARE(QByteArray(get_plugin_version()), QByteArray("1.0.0"));
+        std::unique_ptr<Plugin::PluginInterface> plugin(createPlugin());
+        QCOMPARE(plugin->getName(), std::string("FILE"));
+        QCOMPARE(plugin->getVersion(), std::string(get_plugin_version()));
+        QCOMPARE(plugin->getDescription(), std::string("File Management Workbench Plugin"));
+        QCOMPARE(plugin->getVendor(), std::string("Daskell"));
+        QCOMPARE(plugin->getDisplayName(), std::string("文件"));
+        QCOMPARE(plugin->getCategory(), std::string("MACHINE"));
+        QCOMPARE(plugin->getWorkbenchType(), 5);
+        QCOMPARE(plugin->getPluginType(), 5);
+        QVERIFY(!plugin->hasSettingsPage());
+        QVERIFY(plugin->getDependencies().empty());
+        QCOMPARE(plugin->getType(), Plugin::PluginType::Workbench);
+    }
+
+    void typeIsRegisteredWhenTheLibraryLoads()
+    {
+        const Base::Type type = Base::Type::fromName("CamPlugin::CamPluginFile");
+        QVERIFY(type.isValid());
+        QCOMPARE(type.getParent(), Plugin::WorkbenchPlugin::getClassTypeId());
+        std::unique_ptr<CamPlugin::CamPluginFile> made(static_cast<CamPlugin::CamPluginFile*>(type.createInstance()));
+        QVERIFY(made);
+        QCOMPARE(made->getTypeId(), type);
+        QCOMPARE(QByteArray(made->getTypeName()), QByteArray("CamPlugin::CamPluginFile"));
+    }
+
+    void initializeTwiceAndCleanup()
+    {
+        CamPlugin::CamPluginFile plugin;
+        ConsoleCapture console;
+        QVERIFY(plugin.initialize());
+        QVERIFY(plugin.isInitialized());
+        QVERIFY(plugin.isActive());
+        QVERIFY(plugin.initialize());
+        plugin.cleanup();
+        plugin.cleanup(); // a second clean-up says nothing
+        QVERIFY(!plugin.isInitialized());
+        QCOMPARE(console.lines(), (QStringList{QStringLiteral("[CamPluginFile] Initializing..."),
+                                               QStringLiteral("[CamPluginFile] Validating environment..."),
+                                               QStringLiteral("[CamPluginFile] Initialization completed successfully"),
+                                               QStringLiteral("[CamPluginFile] Already initialized"),
+                                               QStringLiteral("[CamPluginFile] Cleaning up..."),
+                                               QStringLiteral("[CamPluginFile] Cleanup completed successfully")}));
+    }
+
+    void activityFollowsInitialisation()
+    {
+        CamPlugin::CamPluginFile plugin;
+        {
+            ConsoleCapture console;
+            plugin.setActive(true);
+            QVERIFY(console.lines().isEmpty());
+        }
+        QVERIFY(!plugin.isActive());
+
+        plugin.initialize();
+        ConsoleCapture console;
+        plugin.setActive(false);
+        QVERIFY(!plugin.isActive());
+        plugin.setActive(true);
+        QVERIFY(plugin.isActive());
+        plugin.cleanup();
+        QVERIFY(!plugin.isActive());
+        plugin.setActive(true);
+        QVERIFY(!plugin.isActive());
+        QCOMPARE(console.lines().mid(0, 2), (QStringList{QStringLiteral("[CamPluginFile] Set active: false"),
+                                                          QStringLiteral("[CamPluginFile] Set active: true")}));
+
+        QVERIFY(plugin.initialize()); // runs in full again after a clean-up
+        QVERIFY(plugin.isActive());
+    }
+
+    void iconsArePngForKnownStatesOnly()
+    {
+        CamPlugin::CamPluginFile plugin;
+        for (int state : {0, 1}) {
+            const std::vector<unsigned char> bytes = plugin.getIcon(state);
+            QVERIFY(bytes.size() > 8);
+            const QImage image = QImage::fromData(bytes.data(), static_cast<int>(bytes.size()), "PNG");
+            QVERIFY(!image.isNull());
+        }
+        QVERIFY(plugin.getIcon(2).empty());
+        QVERIFY(plugin.getIcon(-1).empty());
+    }
+
+    void noticeSixStartsTheSilentConnect()
+    {
+        CamPlugin::CamPluginFile plugin;
+        plugin.initialize();
+        auto* workspace = qobject_cast<Workspace*>(plugin.createWidget(nullptr));
+        QVERIFY(workspace);
+        QCOMPARE(workspace->PluginObject(), &plugin);
+        QSignalSpy silent(workspace, &Workspace::SignalSilentConnectStarted);
+
+        plugin.sendWorkbenchOperationNotice(5, 5);
+        plugin.sendWorkbenchOperationNotice(7, 1);
+        QCOMPARE(silent.count(), 0);
+        plugin.sendWorkbenchOperationNotice(6, 3);
+        QCOMPARE(silent.count(), 1);
+
+        QFile log(CDebugLog::LogFilePath());
+        QVERIFY(log.open(QIODevice::ReadOnly));
+        const QString text = QString::fromUtf8(log.readAll());
+        QVERIFY(text.contains(QStringLiteral("工作台操作通知: type=5, wType=5")));
+        QVERIFY(text.contains(QStringLiteral("工作台操作通知: type=6, wType=3")));
+    }
+
+    void destructionWithoutCleanupCleansAndDeletesTheWidget()
+    {
+        QPointer<QWidget> widget;
+        ConsoleCapture console;
+        {
+            CamPlugin::CamPluginFile plugin;
+            plugin.initialize();
+            widget = plugin.createWidget(nullptr);
+            QVERIFY(widget);
+        }
+        QVERIFY(widget.isNull());
+        const QStringList lines = console.lines();
+        QCOMPARE(lines.mid(lines.size() - 2), (QStringList{QStringLiteral("[CamPluginFile] Cleaning up..."),
+                                                            QStringLiteral("[CamPluginFile] Cleanup completed successfully")}));
+    }
+
+private:
+    QTemporaryDir m_configDir;
+};
+
+QTEST_MAIN(TestCamPluginFile)
+#include "tst_campluginfile.moc"
