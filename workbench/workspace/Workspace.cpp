@@ -1,24 +1,560 @@
 #include "Workspace.h"
 
+#include "BroadCastSender.h"
 #include "CDebugLog.h"
+#include "CSelectMachineBox.h"
+#include "CVarnokMessageBox.h"
+#include "CamBaseRegisterHelper.h"
+#include "CamBaseSignalHelper.h"
+#include "CamBaseTextHelper.h"
+#include "CamBaseToolBitHelper.h"
+#include "CompareTwoVersion.h"
+#include "FileTransferClient.h"
+#include "FtpConnection.h"
+#include "FtpTaskThread.h"
+#include "LogColors.h"
+#include "MachinePortMap.h"
+#include "SerialNumberReader.h"
+#include "toolpage/ToolPage.h"
+#include "transfer/TransManager.h"
 
+#include <QAbstractButton>
+#include <QDebug>
+#include <QFutureWatcher>
+#include <QLabel>
+#include <QSettings>
+#include <QStackedWidget>
+#include <QTabBar>
+#include <QTimer>
+#include <QUrl>
 #include <QVBoxLayout>
+#include <QtConcurrent>
+
+namespace {
+constexpr quint16 FtpPort = 21;
+constexpr quint16 InfoPort = 30001;
+constexpr quint16 SnPort = 5002;
+constexpr int CheckIntervalMs = 1000;
+constexpr int MaxCheckFailures = 7; // the eighth failure in a row gives up
+const QString MinSystemVersion = QStringLiteral("1.4.7");
+const QString NoticeTitle = QStringLiteral("提示");
+
+// The model codes whose system version is checked against the minimum.
+bool VersionRuleApplies(const QString& sn)
+{
+    for (const char* prefix : {"PB01", "PB03", "RW-100", "KT-100", "KT-E01"}) {
+        if (sn.startsWith(QLatin1String(prefix)))
+            return true;
+    }
+    return false;
+}
+
+QVariant Setting(const char* key, const QVariant& defaultValue)
+{
+    return CamBaseTextHelper::instance()->GetLocalSettingCache(SettingType(1), QString::fromLatin1(key), defaultValue);
+}
+} // namespace
 
 Workspace::Workspace(QWidget* parent) : QWidget(parent)
 {
     setObjectName(QStringLiteral("Workspace"));
-    new QVBoxLayout(this);
+    RegisterWorkbenchMetaTypes();
+
+    m_pInfoClient = new FileTransferClient(this);
+    m_pRealTimeClient = new FileTransferClient(this);
+    m_pDiscoverySender = new BroadCastSender(this);
+    m_pSelectDiscoverySender = new BroadCastSender(this);
+    m_pCheckTimer = new QTimer(this);
+    m_pSnReader = new SerialNumberReader(this);
+
+    BuildUi();
+
+    connect(this, &Workspace::SignalAppendLog, this, &Workspace::SlotAppendLog);
+    connect(m_pCheckTimer, &QTimer::timeout, this, &Workspace::SlotCheckConnectTimerOut);
+    connect(m_pInfoClient, &FileTransferClient::SignalTcpConnectStatus, this, &Workspace::SlotTcpConnectStatus);
+    connect(m_pInfoClient, &FileTransferClient::SignalGetMachineInfoFinished, this,
+            &Workspace::SlotGetMachineInfoFinished);
+    connect(m_pRealTimeClient, &FileTransferClient::SignalTcpConnectStatus, this,
+            &Workspace::SlotRealTimeTcpConnectStatus);
+    connect(m_pRealTimeClient, &FileTransferClient::SignalGetMachineRealTimeData, this,
+            &Workspace::SlotGetMachineRealTimeDataFinished);
+    connect(m_pDiscoverySender, &BroadCastSender::discoveryResult, this, &Workspace::SlotSilentConnectMachine);
+    connect(m_pSnReader, &SerialNumberReader::SignalFinished, this, &Workspace::OnSerialNumberRead);
+
+    CamBaseSignalHelper* signalHelper = CamBaseSignalHelper::instance();
+    connect(signalHelper, &CamBaseSignalHelper::signalConnectSuccessToFile, this,
+            &Workspace::SlotConnectSuccessFromSelectStock);
+    connect(signalHelper, &CamBaseSignalHelper::signalFilePluginAppendLog, this, &Workspace::SlotAppendLog);
 }
 
-Workspace::~Workspace() = default;
+Workspace::~Workspace()
+{
+    m_pCheckTimer->stop();
+    if (m_pRealTimeTimer)
+        m_pRealTimeTimer->stop();
+}
+
+void Workspace::BuildUi()
+{
+    auto* content = new QWidget;
+    content->setObjectName(QStringLiteral("m_widgetContent"));
+    auto* contentLayout = new QVBoxLayout(content);
+    contentLayout->setContentsMargins(0, 0, 0, 0);
+    contentLayout->setSpacing(0);
+
+    m_pPageBar = new QTabBar(content);
+    m_pPageBar->setObjectName(QStringLiteral("m_tabBarPages"));
+    m_pPageBar->addTab(tr("文件传输"));
+    m_pPageBar->addTab(tr("传输日志"));
+    m_pPageBar->addTab(tr("设备状态"));
+    m_pPageBar->setTabEnabled(PageMachineStatus, false);
+    m_pPageBar->setDrawBase(false);
+    m_pPageBar->setStyleSheet(QStringLiteral(
+        "QTabBar::tab{background:#f2f2f2;color:#333333;padding:6px 18px;border:1px solid #d1d1d1;"
+        "border-bottom:none;margin-right:2px;}"
+        "QTabBar::tab:selected{background:#ffffff;color:#368bd4;}"
+        "QTabBar::tab:disabled{color:#aaaaaa;}"));
+
+    m_pPages = new QStackedWidget(content);
+    m_pTransManager = new TransManager;
+
+    auto* filePage = new QWidget;
+    filePage->setObjectName(QStringLiteral("m_widgetFileTransferPage"));
+    auto* fileLayout = new QVBoxLayout(filePage);
+    fileLayout->setContentsMargins(0, 0, 0, 0);
+    fileLayout->addWidget(m_pTransManager);
+
+    auto* listPage = new QWidget;
+    listPage->setObjectName(QStringLiteral("m_widgetTransferListPage"));
+    auto* listLayout = new QVBoxLayout(listPage);
+    listLayout->setContentsMargins(0, 0, 0, 0);
+
+    auto* statusPage = new QLabel(tr("离线"));
+    statusPage->setObjectName(QStringLiteral("m_widgetMachineStatusPage"));
+    statusPage->setAlignment(Qt::AlignCenter);
+
+    m_pPages->addWidget(filePage);
+    m_pPages->addWidget(listPage);
+    m_pPages->addWidget(statusPage);
+
+    contentLayout->addWidget(m_pPageBar);
+    contentLayout->addWidget(m_pPages, 1);
+
+    m_pToolPage = new ToolPage(content);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_pToolPage);
+
+    connect(m_pPageBar, &QTabBar::currentChanged, this, [this](int index) { ShowPage(static_cast<Page>(index)); });
+    ConnectToolActions();
+    ShowPage(PageFileTransfer);
+}
+
+void Workspace::ConnectToolActions()
+{
+    m_pToolPage->SetEnabled(ToolPage::ActionBindDevice, false);
+    m_pToolPage->SetEnabled(ToolPage::ActionUnbindDevice, false);
+    connect(m_pToolPage, &ToolPage::SignalActionTriggered, this, [this](int action) {
+        switch (action) {
+        case ToolPage::ActionNewConnection:
+            OpenSelectMachineBox();
+            break;
+        case ToolPage::ActionDisconnect:
+            if (!m_strIp.isEmpty())
+                DisconnectMachine(false);
+            break;
+        case ToolPage::ActionMachineStatus:
+            ShowPage(PageMachineStatus);
+            break;
+        case ToolPage::ActionFileTransfer:
+            ShowPage(PageFileTransfer);
+            break;
+        default:
+            break;
+        }
+    });
+}
+
+void Workspace::ShowPage(Page page)
+{
+    if (!m_pPageBar->isTabEnabled(page))
+        page = PageFileTransfer;
+    // The transfer strip sits under the file page, or fills the transfer list page alone.
+    QWidget* holder = m_pPages->widget(page == PageTransferList ? PageTransferList : PageFileTransfer);
+    if (m_pTransManager->parentWidget() != holder)
+        holder->layout()->addWidget(m_pTransManager);
+    m_pPages->setCurrentIndex(page);
+    {
+        const QSignalBlocker blocker(m_pPageBar);
+        m_pPageBar->setCurrentIndex(page);
+    }
+    m_pToolPage->SetChecked(ToolPage::ActionMachineStatus, page == PageMachineStatus);
+    m_pToolPage->SetChecked(ToolPage::ActionFileTransfer, page != PageMachineStatus);
+}
 
 void Workspace::SetPluginObject(CamPlugin::CamPluginFile* plugin)
 {
     m_pPluginObject = plugin;
 }
 
+bool Workspace::IsCheckTimerActive() const
+{
+    return m_pCheckTimer->isActive();
+}
+
+void Workspace::SetPendingRequest(const QString& first, const QString& second, int third,
+                                  std::function<void(const QString&, const QString&, int)> replay)
+{
+    m_pendingRequest = PendingRequest{first, second, third, std::move(replay)};
+}
+
+void Workspace::OpenSelectMachineBox()
+{
+    if (!m_pSelectBox) {
+        m_pSelectBox = new CSelectMachineBox(this);
+        connect(m_pSelectBox, &CSelectMachineBox::SignalSelectRefresh, this, [this]() {
+            m_pSelectBox->ClearBoxInfo();
+            m_pSelectDiscoverySender->stopDiscovery();
+            m_pSelectDiscoverySender->startDiscovery(30000, 3000);
+        });
+        connect(m_pSelectBox, &CSelectMachineBox::SignalMachineSelected, this,
+                [this](const QString& ip, const QString& sn) { ConnectToMachine(ip, sn); });
+        connect(m_pSelectDiscoverySender, &BroadCastSender::discoveryResult, m_pSelectBox,
+                [this](const QString& reply) { m_pSelectBox->SetMachineInfo(reply, true); });
+    }
+    m_pSelectDiscoverySender->stopDiscovery();
+    m_pSelectDiscoverySender->startDiscovery(30000, 3000);
+    m_pSelectBox->show();
+    m_pSelectBox->raise();
+}
+
+void Workspace::ConnectToMachine(const QString& ip, const QString& sn)
+{
+    m_strIp = ip;
+    m_strSn = sn;
+    qDebug() << QStringLiteral("ftp://%1:%2%3").arg(ip, QString::number(FtpPort), QStringLiteral("/"));
+    Q_EMIT SignalAppendLog(tr("正在连接机床，请稍候..."), LogColors::Success);
+    RunFtpTest(ip, sn, false);
+}
+
+void Workspace::RunFtpTest(const QString& ip, const QString& sn, bool silent)
+{
+    auto* watcher = new QFutureWatcher<bool>(this);
+    connect(watcher, &QFutureWatcher<bool>::finished, this, [this, watcher, ip, sn, silent]() {
+        const bool result = watcher->result();
+        watcher->deleteLater();
+        if (!silent) {
+            OnFtpTestResult(result, sn);
+            return;
+        }
+        m_bSilentConnecting = false;
+        CDebugLog::AddLog(QStringLiteral("静默连接机床result:%1,ip:%2,sn:%3").arg(result).arg(ip, sn));
+        if (result)
+            SlotConnectSuccessFromSelectStock(ip, sn);
+    });
+    watcher->setFuture(QtConcurrent::run([ip]() { return FtpConnection(ip); }));
+}
+
+void Workspace::SlotConnectSuccessFromSelectStock(QString ip, QString sn)
+{
+    m_strIp = ip;
+    m_strSn = sn;
+    OnFtpTestResult(true, sn);
+}
+
+void Workspace::OnFtpTestResult(bool result, const QString& sn)
+{
+    qDebug() << "result = " << result;
+    if (result) {
+        StartCheckTimer();
+        if (!sn.isEmpty())
+            OnConnectedWithSn();
+        else
+            m_pSnReader->Start(m_strIp, MachinePortMap::Resolve(SnPort));
+    } else {
+        CDebugLog::AddLog(QStringLiteral("FTP连接机床失败，IP: %1").arg(m_strIp));
+        Q_EMIT SignalAppendLog(tr("连接机床失败，IP: %1").arg(m_strIp), LogColors::Failure);
+        ShowNotice(CVarnokMessageBox::IconFailure, tr("连接机床失败，请检查网络连接和机床IP地址！"));
+        m_strIp.clear();
+        m_strSn.clear();
+    }
+    if (m_pSelectBox)
+        m_pSelectBox->OnConnectResult(result);
+}
+
+void Workspace::OnSerialNumberRead(bool ok, const QString& sn, const QString& errorText)
+{
+    if (!ok) {
+        ShowNotice(CVarnokMessageBox::IconFailure, errorText);
+        return;
+    }
+    m_strSn = sn;
+    OnConnectedWithSn();
+}
+
+void Workspace::OnConnectedWithSn()
+{
+    CamBaseRegisterHelper::instance()->SetCurrentMachineConnectStatus(true, m_strIp, m_strSn);
+    CamBaseTextHelper::instance()->SetLocalSettingCache(
+        SettingType(1), QString::fromLatin1(g_strSettingLastConnectMachineSN), m_strSn, false);
+    Q_EMIT SignalMachineConnected(m_strIp, m_strSn);
+    m_pPageBar->setTabEnabled(PageMachineStatus, true);
+    StartRealTimePolling();
+    Q_EMIT SignalAppendLog(tr("机床连接成功，IP: %1, SN: %2").arg(m_strIp, m_strSn), LogColors::Success);
+    if (m_pendingRequest.replay) {
+        PendingRequest pending = std::move(m_pendingRequest);
+        m_pendingRequest = PendingRequest();
+        QTimer::singleShot(100, this, [pending]() { pending.replay(pending.strFirst, pending.strSecond, pending.iThird); });
+    }
+    CamBaseToolBitHelper::instance()->SetConnectMachineType(m_strSn.startsWith(QLatin1String("PB01")));
+    m_bInfoRequested = false;
+    if (m_pInfoClient->isConnected()) {
+        m_bInfoRequested = true;
+        m_pInfoClient->GetMachineInfo();
+    } else {
+        m_pInfoClient->connectToMachine(m_strIp, InfoPort);
+    }
+}
+
+void Workspace::SlotTcpConnectStatus(bool bConnect)
+{
+    if (bConnect && !m_bInfoRequested) {
+        m_bInfoRequested = true;
+        m_pInfoClient->GetMachineInfo();
+    }
+}
+
+void Workspace::SlotGetMachineInfoFinished(bool bSuccess, StructMachineSystemInfo systemInfo,
+                                           StructMachineNetInfo netInfo)
+{
+    if (!bSuccess) {
+        CDebugLog::AddLog(QStringLiteral("获取设备信息失败!"));
+        m_pInfoClient->disconnectFromMachine();
+        return;
+    }
+    CamBaseRegisterHelper::instance()->SetCurrentCameraVer(systemInfo.CameraVer);
+    qDebug() << systemInfo;
+    CDebugLog::AddLog(QStringLiteral("设备信息获取成功,系统版本:%1,固件版本:%2,wlanIP:%3,ethIP:%4,sn:%5,mqtt:%6,cameraVer:%7")
+                          .arg(systemInfo.SysVer, systemInfo.FwVer, netInfo.wlan.ip, netInfo.eth.ip, systemInfo.sn)
+                          .arg(systemInfo.Mqtt)
+                          .arg(systemInfo.CameraVer));
+    if (VersionRuleApplies(m_strSn)) {
+        Q_EMIT SignalAppendLog(tr("机床系统版本: 当前版本 %1  最低要求版本 %2").arg(systemInfo.SysVer, MinSystemVersion),
+                               LogColors::Plain);
+    }
+    if (Setting(g_strSettingNoRemindMachineVersion, false).toBool())
+        return;
+    if (CompareTwoVersion(systemInfo.SysVer, MinSystemVersion) >= 0)
+        return;
+    const auto answer = CVarnokMessageBox::ShowWindowWithCheckBox(
+        this, 1, CVarnokMessageBox::IconWarning, NoticeTitle,
+        tr("当前机床系统版本为 %1，低于最低要求版本 %2，部分功能可能会受到影响，请升级机床系统版本！")
+            .arg(systemInfo.SysVer, MinSystemVersion),
+        tr("不再提醒"), false, {});
+    if (answer.second) {
+        CamBaseTextHelper::instance()->SetLocalSettingCache(
+            SettingType(1), QString::fromLatin1(g_strSettingNoRemindMachineVersion), true, false);
+    }
+}
+
+void Workspace::StartCheckTimer()
+{
+    if (!m_pCheckTimer->isActive())
+        m_pCheckTimer->start(CheckIntervalMs);
+}
+
+void Workspace::SlotCheckConnectTimerOut()
+{
+    if (g_bTranslating)
+        return;
+    QUrl url;
+    url.setScheme(QStringLiteral("ftp"));
+    url.setHost(m_strIp);
+    url.setPath(QStringLiteral("/"));
+    url.setPort(FtpPort);
+    auto* task = new CheckConnect(url.toString(), nullptr);
+    connect(task, &FtpTaskThread::SignalTaskFinished, this, [this](bool ok, const QString&) { OnCheckResult(ok); });
+    connect(task, &QThread::finished, task, &QObject::deleteLater);
+    task->start();
+}
+
+void Workspace::OnCheckResult(bool bOk)
+{
+    if (m_strSn.isEmpty())
+        return;
+    if (bOk) {
+        if (m_nCheckFailCount > 0) {
+            Q_EMIT SignalAppendLog(tr("机床重连成功，IP: %1, SN: %2").arg(m_strIp, m_strSn), LogColors::Success);
+            CDebugLog::AddLog(QStringLiteral("CheckConnect 重新连接成功"));
+        }
+        m_nCheckFailCount = 0;
+        return;
+    }
+    if (m_nCheckFailCount >= MaxCheckFailures) {
+        CDebugLog::AddLog(QStringLiteral("CheckConnect 超过最大次数, 准备断开"));
+        Q_EMIT SignalAppendLog(tr("超过最大重连次数，机床已断开连接"), LogColors::Failure);
+        if (m_pCheckTimer->isActive()) {
+            m_pCheckTimer->stop();
+            CDebugLog::AddLog(QStringLiteral("CheckConnect 定时器已停止"));
+        }
+        m_nCheckFailCount = 0;
+        CamBaseRegisterHelper::instance()->SetCurrentMachineConnectStatus(false, QString(), QString());
+        StopRealTimePolling();
+        m_strIp.clear();
+        m_strSn.clear();
+        if (isVisible()) {
+            DisconnectMachine(true);
+        } else {
+            m_bNetNotice = true;
+            CDebugLog::AddLog(QStringLiteral("CheckConnect 界面不可见, 设置m_bNetNotice=true"));
+        }
+        return;
+    }
+    ++m_nCheckFailCount;
+    CDebugLog::AddLog(QStringLiteral("检测机床连接失败，失败次数：%1").arg(m_nCheckFailCount));
+    Q_EMIT SignalAppendLog(tr("机床连接失败，重新连接中，次数：%1").arg(m_nCheckFailCount), LogColors::Warning);
+}
+
+void Workspace::StartRealTimePolling()
+{
+    const QSettings testSettings(CamBaseTextHelper::instance()->GetLocalTestIniFilePath(), QSettings::IniFormat);
+    m_nRealTimeInterval = testSettings.contains(QStringLiteral("TimerInterval"))
+                              ? testSettings.value(QStringLiteral("TimerInterval")).toInt()
+                              : 1000;
+    if (!m_pRealTimeTimer) {
+        m_pRealTimeTimer = new QTimer(this);
+        connect(m_pRealTimeTimer, &QTimer::timeout, this, [this]() {
+            if (m_bRealTimeBusy || !m_pRealTimeClient->isConnected())
+                return;
+            m_bRealTimeBusy = true;
+            if (!m_pRealTimeClient->GetMachineRealTimeData())
+                m_bRealTimeBusy = false;
+        });
+    }
+    if (!m_pRealTimeClient->isConnected())
+        m_pRealTimeClient->connectToMachine(m_strIp, InfoPort);
+    else
+        m_pRealTimeTimer->start(m_nRealTimeInterval);
+}
+
+void Workspace::StopRealTimePolling()
+{
+    if (m_pRealTimeTimer)
+        m_pRealTimeTimer->stop();
+    m_bRealTimeBusy = false;
+    m_pRealTimeClient->disconnectFromMachine();
+    Q_EMIT SignalMachineOffline();
+}
+
+void Workspace::SlotRealTimeTcpConnectStatus(bool bConnect)
+{
+    if (!m_pRealTimeTimer)
+        return;
+    if (bConnect) {
+        m_pRealTimeTimer->start(m_nRealTimeInterval);
+    } else {
+        m_pRealTimeTimer->stop();
+        m_bRealTimeBusy = false;
+    }
+}
+
+void Workspace::SlotGetMachineRealTimeDataFinished(bool success, StructRealTimeData data)
+{
+    m_bRealTimeBusy = false;
+    if (success)
+        Q_EMIT SignalRealTimeData(data);
+}
+
+void Workspace::ResetMachineSide()
+{
+    CamBaseRegisterHelper::instance()->SetCurrentMachineConnectStatus(false, QString(), QString());
+    StopRealTimePolling();
+    m_pInfoClient->disconnectFromMachine();
+    m_bInfoRequested = false;
+    m_nCheckFailCount = 0;
+    m_strIp.clear();
+    m_strSn.clear();
+    m_pPageBar->setTabEnabled(PageMachineStatus, false);
+    if (m_pPages->currentIndex() == PageMachineStatus)
+        ShowPage(PageFileTransfer);
+}
+
+void Workspace::DisconnectMachine(bool netNotice)
+{
+    ResetMachineSide();
+    if (m_pSelectBox)
+        m_pSelectBox->ClearBoxInfo();
+    if (m_pCheckTimer->isActive()) {
+        m_pCheckTimer->stop();
+        CDebugLog::AddLog(QStringLiteral("onDisconnect 定时器已停止"));
+    }
+    Q_EMIT SignalAppendLog(tr("机床断开连接"), LogColors::Warning);
+    CDebugLog::AddLog(QStringLiteral("onDisconnect 断开连接"));
+    QTimer::singleShot(300, this, [this, netNotice]() {
+        ShowNotice(CVarnokMessageBox::IconInformation,
+                   netNotice ? tr("与当前设备已断开连接，请检查网络！") : tr("与当前设备已断开连接！"));
+        Q_EMIT SignalMachineOffline();
+    });
+    m_bNetNotice = false;
+}
+
+void Workspace::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    qDebug() << "Workspace showEvent";
+    if (m_bNetNotice)
+        QTimer::singleShot(1000, this, [this]() {
+            if (m_bNetNotice)
+                DisconnectMachine(true);
+        });
+}
+
 void Workspace::StartSilentConnect()
 {
-    CDebugLog::AddLog(QStringLiteral("静默连接上次的机床"));
+    const bool autoConnect = Setting(g_strSettingAutoConnectLastMachine, true).toBool();
+    const QString savedSn = Setting(g_strSettingLastConnectMachineSN, QString()).toString();
+    if (!autoConnect || savedSn.isEmpty())
+        return;
+    CamBaseRegisterHelper::instance()->ClearDiscoveredMachines();
+    m_pDiscoverySender->startDiscovery(30000, 3000);
+    QTimer::singleShot(15000, m_pDiscoverySender, &BroadCastSender::stopDiscovery);
     Q_EMIT SignalSilentConnectStarted();
+}
+
+void Workspace::SlotSilentConnectMachine(QString reply)
+{
+    const QStringList parts = reply.split(QLatin1Char('*'));
+    if (parts.size() < 4)
+        return;
+    const QString sn = parts.at(1);
+    const QString ip = parts.at(3);
+    const QString iface = parts.size() >= 6 ? parts.at(5) : QString::fromLatin1(g_strInterfaceWlan);
+    if (sn.isEmpty())
+        return;
+    CamBaseRegisterHelper::instance()->AddDiscoveredMachine(ip, sn);
+    CamBaseRegisterHelper::instance()->SaveMachineInterfaceAndIP(iface, ip, sn);
+    // One machine may answer on several links; the first answer is enough.
+    if (sn != Setting(g_strSettingLastConnectMachineSN, QString()).toString() || !m_strSn.isEmpty() ||
+        m_bSilentConnecting)
+        return;
+    m_bSilentConnecting = true;
+    m_pDiscoverySender->stopDiscovery();
+    Q_EMIT SignalAppendLog(tr("正在连接机床，请稍候..."), LogColors::Success);
+    RunFtpTest(ip, sn, true);
+}
+
+void Workspace::SlotReConnectByTypeC(QString ip)
+{
+    m_strIp = ip;
+    Q_EMIT SignalAppendLog(tr("机床切换为Type-C连接，IP: %1, SN: %2").arg(m_strIp, m_strSn), LogColors::Success);
+}
+
+void Workspace::SlotAppendLog(QString text, QColor color)
+{
+    m_pTransManager->AddLog(text, color);
+}
+
+void Workspace::ShowNotice(int icon, const QString& text)
+{
+    CVarnokMessageBox::ShowWindow(this, 1, static_cast<CVarnokMessageBox::EnumMsgIcon>(icon), NoticeTitle, text, {});
 }
