@@ -1,6 +1,7 @@
 #include "ToolPage.h"
 
-#include "CToolBar.h"
+#include "CToolBarItem.h"
+#include "CToolButton.h"
 
 #include <QAbstractButton>
 #include <QMainWindow>

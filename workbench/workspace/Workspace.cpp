@@ -274,7 +274,7 @@ void Workspace::OnFtpTestResult(bool result, const QString& sn)
     } else {
         CDebugLog::AddLog(QStringLiteral("FTP连接机床失败，IP: %1").arg(m_strIp));
         Q_EMIT SignalAppendLog(tr("连接机床失败，IP: %1").arg(m_strIp), LogColors::Failure);
-        ShowNotice(CVarnokMessageBox::IconFailure, tr("连接机床失败，请检查网络连接和机床IP地址！"));
+        ShowNotice(MsgIconFailure, tr("连接机床失败，请检查网络连接和机床IP地址！"));
         m_strIp.clear();
         m_strSn.clear();
     }
@@ -285,7 +285,7 @@ void Workspace::OnFtpTestResult(bool result, const QString& sn)
 void Workspace::OnSerialNumberRead(bool ok, const QString& sn, const QString& errorText)
 {
     if (!ok) {
-        ShowNotice(CVarnokMessageBox::IconFailure, errorText);
+        ShowNotice(MsgIconFailure, errorText);
         return;
     }
     m_strSn = sn;
@@ -347,7 +347,7 @@ void Workspace::SlotGetMachineInfoFinished(bool bSuccess, StructMachineSystemInf
     if (CompareTwoVersion(systemInfo.SysVer, MinSystemVersion) >= 0)
         return;
     const auto answer = CVarnokMessageBox::ShowWindowWithCheckBox(
-        this, 1, CVarnokMessageBox::IconWarning, NoticeTitle,
+        this, 1, MsgIconWarning, NoticeTitle,
         tr("当前机床系统版本为 %1，低于最低要求版本 %2，部分功能可能会受到影响，请升级机床系统版本！")
             .arg(systemInfo.SysVer, MinSystemVersion),
         tr("不再提醒"), false, {});
@@ -491,7 +491,7 @@ void Workspace::DisconnectMachine(bool netNotice)
     Q_EMIT SignalAppendLog(tr("机床断开连接"), LogColors::Warning);
     CDebugLog::AddLog(QStringLiteral("onDisconnect 断开连接"));
     QTimer::singleShot(300, this, [this, netNotice]() {
-        ShowNotice(CVarnokMessageBox::IconInformation,
+        ShowNotice(MsgIconInformation,
                    netNotice ? tr("与当前设备已断开连接，请检查网络！") : tr("与当前设备已断开连接！"));
         Q_EMIT SignalMachineOffline();
     });
@@ -556,5 +556,5 @@ void Workspace::SlotAppendLog(QString text, QColor color)
 
 void Workspace::ShowNotice(int icon, const QString& text)
 {
-    CVarnokMessageBox::ShowWindow(this, 1, static_cast<CVarnokMessageBox::EnumMsgIcon>(icon), NoticeTitle, text, {});
+    CVarnokMessageBox::ShowWindow(this, 1, static_cast<EnumMsgIcon>(icon), NoticeTitle, text, {});
 }
