@@ -18,6 +18,8 @@ void CFileNameDelegate::initStyleOption(QStyleOptionViewItem* option, const QMod
 {
     QStyledItemDelegate::initStyleOption(option, index);
     option->textElideMode = m_eElideMode;
+    // A wrapped name would never be elided, and rows must keep one line.
+    option->features &= ~QStyleOptionViewItem::WrapText;
 }
 
 QWidget* CFileNameDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&, const QModelIndex&) const

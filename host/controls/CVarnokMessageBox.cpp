@@ -112,7 +112,12 @@ CVarnokMessageBox::CVarnokMessageBox(QWidget* parent, const StructMsgBoxRequest&
         m_pCheckBox->setObjectName(QStringLiteral("m_checkBox"));
         m_pCheckBox->setFont(FontCn_13);
         m_pCheckBox->setChecked(request.bChecked);
-        BodyLayout()->addWidget(m_pCheckBox);
+        // Lined up with the text, not with the icon.
+        auto* checkRow = new QHBoxLayout;
+        if (request.eIcon != MsgIconNone)
+            checkRow->addSpacing(28 + row->spacing());
+        checkRow->addWidget(m_pCheckBox, 1);
+        BodyLayout()->addLayout(checkRow);
     }
 
     BodyLayout()->addSpacing(4);

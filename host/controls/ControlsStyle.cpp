@@ -25,7 +25,6 @@ QString ControlsStyle::PopupStyleSheet()
                "font-size:16px;min-width:24px;min-height:24px;}"
                "#m_btnTitleClose:hover{background:#f0f2f5;color:#333333;}"
                "QLabel{color:#333333;background:transparent;}"
-               "QCheckBox{color:#333333;spacing:6px;background:transparent;}"
                "QLineEdit{min-height:28px;padding:0px 8px;border:1px solid #dcdfe6;border-radius:4px;"
                "color:#333333;background:#ffffff;selection-background-color:#368bd4;}"
                "QLineEdit:focus{border-color:#368bd4;}"
