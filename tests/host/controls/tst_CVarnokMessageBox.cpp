@@ -112,7 +112,7 @@ void tst_CVarnokMessageBox::responderSeesEveryCall()
     QCOMPARE(request.strCheckText, hasCheckBox ? QStringLiteral("不再提醒") : QString());
     QCOMPARE(request.bChecked, hasCheckBox);
     QCOMPARE(request.bAutoClose, autoClose);
-    QCOMPARE(request.mapButtonTexts, autoClose ? QMap<EnumMsgButtonFunction, QString>() : texts);
+    QCOMPARE(request.mapButtonTexts.value(MsgButtonYes), autoClose ? QString() : texts.value(MsgButtonYes));
     QVERIFY(!QApplication::activeModalWidget());
 }
 

@@ -43,6 +43,7 @@ private:
 
     QDir m_dirOut;
     QTemporaryDir m_dirIcons;
+    QTemporaryDir m_dirConfig;
 };
 
 void tst_ControlsGallery::initTestCase()
@@ -51,6 +52,9 @@ void tst_ControlsGallery::initTestCase()
     m_dirOut = QDir(base + QStringLiteral("/gallery"));
     QVERIFY(m_dirOut.mkpath(QStringLiteral(".")));
     QVERIFY(m_dirIcons.isValid());
+    // The 3D view writes to the host's debug log; keep it away from a user's real one.
+    QVERIFY(m_dirConfig.isValid());
+    qputenv("KORV_CONFIG_DIR", m_dirConfig.path().toUtf8());
 }
 
 void tst_ControlsGallery::Save(const QImage& image, const QString& name)
