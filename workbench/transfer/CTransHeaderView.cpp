@@ -1,0 +1,16 @@
+#include "CTransHeaderView.h"
+
+#include <QPainter>
+
+CTransHeaderView::CTransHeaderView(QWidget* parent) : QHeaderView(Qt::Horizontal, parent) {}
+
+void CTransHeaderView::paintSection(QPainter* painter, const QRect& rect, int logicalIndex) const
+{
+    QHeaderView::paintSection(painter, rect, logicalIndex);
+    if (logicalIndex == count() - 1)
+        return;
+    painter->save();
+    painter->setPen(QPen(QColor(209, 209, 209), 1));
+    painter->drawLine(rect.right(), rect.top() + 2, rect.right(), rect.bottom() - 2);
+    painter->restore();
+}
