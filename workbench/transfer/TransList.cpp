@@ -84,6 +84,8 @@ void TransList::SetUpTable()
     view->setEditTriggers(QAbstractItemView::NoEditTriggers);
     view->verticalHeader()->hide();
     view->setShowGrid(true);
+    // Wrapped text is elided only at its last line, which would defeat the middle elision of paths.
+    view->setWordWrap(false);
     m_pModel->setColumnCount(ColumnCount);
     const QStringList headers = {QStringLiteral("文件"), QStringLiteral("进度"), QStringLiteral("Varnok路径"),
                                  QStringLiteral("时间")};
@@ -107,6 +109,7 @@ void TransList::SetUpTable()
     m_pUi->m_btnAllStart->setFont(FontCn_13);
     m_pUi->m_btnAllPause->setFont(FontCn_13);
     m_pUi->m_btnAllClear->setFont(FontCn_13);
+    view->viewport()->installEventFilter(this);
 }
 
 QString TransList::SpeedText(double dSpeed)
@@ -232,14 +235,28 @@ void TransList::OnRestartClicked(const QModelIndex& index)
 
 void TransList::resizeEvent(QResizeEvent* event)
 {
+    FitColumnsToViewport();
+    QWidget::resizeEvent(event);
+}
+
+bool TransList::eventFilter(QObject* watched, QEvent* event)
+{
+    // The viewport also changes width without the list being resized: when the list is first
+    // shown (children get their size after the parent) and when the vertical scroll bar comes or goes.
+    if (watched == m_pUi->m_tableView->viewport() && event->type() == QEvent::Resize)
+        FitColumnsToViewport();
+    return QWidget::eventFilter(watched, event);
+}
+
+void TransList::FitColumnsToViewport()
+{
     QHeaderView* header = m_pUi->m_tableView->horizontalHeader();
     const int w = m_pUi->m_tableView->viewport()->width();
-    if (header->count() == ColumnCount && w >= 1) {
-        const int iMaxSize = (w - 120) / 3;
-        header->setMaximumSectionSize(iMaxSize);
-        const int iSize = std::max(std::min(iMaxSize, w / 4), 140);
-        for (int column = 0; column < ColumnCount; ++column)
-            header->resizeSection(column, iSize);
-    }
-    QWidget::resizeEvent(event);
+    if (header->count() != ColumnCount || w < 1)
+        return;
+    const int iMaxSize = (w - 120) / 3;
+    header->setMaximumSectionSize(iMaxSize);
+    const int iSize = std::max(std::min(iMaxSize, w / 4), 140);
+    for (int column = 0; column < ColumnCount; ++column)
+        header->resizeSection(column, iSize);
 }

@@ -57,6 +57,7 @@ Q_SIGNALS:
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private Q_SLOTS:
     void on_m_btnAllClear_clicked();
@@ -67,6 +68,7 @@ private:
     void UpdateRow(const TanslateInfo& info, const QString& strKey, qint64 iNow);
     QString CompletionTimeText(qint64 iNow) const;
     void OnRestartClicked(const QModelIndex& index);
+    void FitColumnsToViewport();
 
     Ui::TransList* m_pUi = nullptr;
     QStandardItemModel* m_pModel = nullptr;
