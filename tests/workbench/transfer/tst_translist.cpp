@@ -48,6 +48,8 @@ private Q_SLOTS:
     void columnWidthsFollowResize_data();
     void columnWidthsFollowResize();
     void restartIconOfFailedRowEmitsKey();
+    void headerSeparatesAllButLastSection();
+    void reportTravelsThroughQueuedSignal();
 
 private:
     QString Text(int row, int column, int role = Qt::DisplayRole) const
@@ -296,6 +298,39 @@ void TransListTest::restartIconOfFailedRowEmitsKey()
     QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, icon.center());
     QCOMPARE(restart.count(), 1);
     QCOMPARE(restart.at(0).at(0).toString(), failedKey);
+}
+
+void TransListTest::headerSeparatesAllButLastSection()
+{
+    m_pList->resize(900, 240);
+    m_pList->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_pList.get()));
+    QHeaderView* header = m_pList->TableView()->horizontalHeader();
+    const QImage image = header->grab().toImage();
+    const QColor line(209, 209, 209);
+    for (int section = 0; section < 3; ++section) {
+        const int x = header->sectionViewportPosition(section) + header->sectionSize(section) - 1;
+        for (int y = 2; y <= header->height() - 3; ++y)
+            QCOMPARE(image.pixelColor(x, y), line);
+    }
+    // The last section ends at the viewport's edge with the base painting only.
+    const int last = header->sectionViewportPosition(3) + header->sectionSize(3) - 1;
+    int lineLike = 0;
+    for (int y = 2; y <= header->height() - 3; ++y)
+        lineLike += image.pixelColor(last, y) == line ? 1 : 0;
+    QVERIFY(lineLike < header->height() - 4);
+}
+
+void TransListTest::reportTravelsThroughQueuedSignal()
+{
+    QCOMPARE(QMetaType::fromName("TanslateInfo"), QMetaType::fromType<TanslateInfo>());
+    // The workspace reports from its task handlers; a queued call must carry the record whole.
+    TanslateInfo info = Report(10, 20);
+    info.direction = true;
+    QMetaObject::invokeMethod(m_pList.get(), "SlotUpdateTransfer", Qt::QueuedConnection, Q_ARG(TanslateInfo, info),
+                              Q_ARG(QString, Key));
+    QTRY_COMPARE(m_pList->Model()->rowCount(), 1);
+    QCOMPARE(m_pList->Model()->index(0, 1).data(CProgressDelegate::InfoRole).value<TanslateInfo>(), info);
 }
 
 QTEST_MAIN(TransListTest)
