@@ -22,8 +22,6 @@ struct TanslateInfo
     int state = StateRunning;
     QString machinePath;
 
-    bool IsInProgress() const { return state == StateRunning || state == StateWaiting; }
-
     friend bool operator==(const TanslateInfo& a, const TanslateInfo& b)
     {
         return a.totalSize == b.totalSize && a.doneSize == b.doneSize && a.fileName == b.fileName &&

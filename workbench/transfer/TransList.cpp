@@ -36,6 +36,27 @@ void SetTextAndToolTip(QStandardItem* item, const QString& strText)
     item->setText(strText);
     item->setToolTip(strText);
 }
+
+QString SpeedText(double dSpeed)
+{
+    if (dSpeed > 1048576)
+        return QString::number(dSpeed / 1024 / 1024, 'f', 2) + QStringLiteral(" MB/s");
+    if (dSpeed > 1024)
+        return QString::number(dSpeed / 1024, 'f', 2) + QStringLiteral(" KB/s");
+    return QString::number(dSpeed, 'g', 6) + QStringLiteral(" B/s");
+}
+
+QString TimeLeftText(qint64 iSeconds)
+{
+    if (iSeconds >= 60)
+        return QStringLiteral("%1 m %2 s").arg(iSeconds / 60).arg(iSeconds % 60);
+    return QStringLiteral("%1 s").arg(iSeconds);
+}
+
+QString CompletionTimeText(qint64 iNow)
+{
+    return QDateTime::fromMSecsSinceEpoch(iNow).toString(QStringLiteral("yyyy-MM-dd hh:mm:ss"));
+}
 } // namespace
 
 TransList::TransList(QWidget* parent) : QWidget(parent), m_pUi(new Ui::TransList)
@@ -110,27 +131,6 @@ void TransList::SetUpTable()
     m_pUi->m_btnAllPause->setFont(FontCn_13);
     m_pUi->m_btnAllClear->setFont(FontCn_13);
     view->viewport()->installEventFilter(this);
-}
-
-QString TransList::SpeedText(double dSpeed)
-{
-    if (dSpeed > 1048576)
-        return QString::number(dSpeed / 1024 / 1024, 'f', 2) + QStringLiteral(" MB/s");
-    if (dSpeed > 1024)
-        return QString::number(dSpeed / 1024, 'f', 2) + QStringLiteral(" KB/s");
-    return QString::number(dSpeed, 'g', 6) + QStringLiteral(" B/s");
-}
-
-QString TransList::TimeLeftText(qint64 iSeconds)
-{
-    if (iSeconds >= 60)
-        return QStringLiteral("%1 m %2 s").arg(iSeconds / 60).arg(iSeconds % 60);
-    return QStringLiteral("%1 s").arg(iSeconds);
-}
-
-QString TransList::CompletionTimeText(qint64 iNow) const
-{
-    return QDateTime::fromMSecsSinceEpoch(iNow).toString(QStringLiteral("yyyy-MM-dd hh:mm:ss"));
 }
 
 void TransList::SlotUpdateTransfer(const TanslateInfo& info, const QString& strKey)

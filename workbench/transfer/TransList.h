@@ -45,9 +45,6 @@ public:
     // Empties the list and forgets every key, so a later report of a known key starts a new row.
     void ClearList();
 
-    static QString SpeedText(double dSpeed);
-    static QString TimeLeftText(qint64 iSeconds);
-
 public Q_SLOTS:
     void SlotUpdateTransfer(const TanslateInfo& info, const QString& strKey);
 
@@ -66,7 +63,6 @@ private:
     void SetUpTable();
     void AddRow(const TanslateInfo& info, const QString& strKey, qint64 iNow);
     void UpdateRow(const TanslateInfo& info, const QString& strKey, qint64 iNow);
-    QString CompletionTimeText(qint64 iNow) const;
     void OnRestartClicked(const QModelIndex& index);
     void FitColumnsToViewport();
 
