@@ -44,7 +44,6 @@ private Q_SLOTS:
     void laterSuccessStampsCompletionTime();
     void reportAfterClearStartsNewRow();
     void clearButtonEmptiesList();
-    void onlyClearButtonIsShown();
     void columnWidthsFollowResize_data();
     void columnWidthsFollowResize();
     void restartIconOfFailedRowEmitsKey();
@@ -228,13 +227,6 @@ void TransListTest::clearButtonEmptiesList()
     // Clearing an empty list is harmless.
     QTest::mouseClick(button, Qt::LeftButton);
     QCOMPARE(m_pList->Model()->rowCount(), 0);
-}
-
-void TransListTest::onlyClearButtonIsShown()
-{
-    for (const char* name : {"m_btnAllStart", "m_btnAllPause", "m_btnClose"})
-        QVERIFY2(m_pList->findChild<QPushButton*>(QLatin1String(name))->isHidden(), name);
-    QVERIFY(!m_pList->findChild<QPushButton*>(QStringLiteral("m_btnAllClear"))->isHidden());
 }
 
 void TransListTest::ResizeViewportTo(int width)

@@ -4,8 +4,6 @@
 #include "transfer/TransManager.h"
 
 #include <QDir>
-#include <QHeaderView>
-#include <QLabel>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QSplitter>
@@ -13,7 +11,6 @@
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QVBoxLayout>
 #include <memory>
 
 namespace {
@@ -51,7 +48,6 @@ private Q_SLOTS:
     void init();
     void cleanup();
     void buildsListBesideLog();
-    void logPaneIsConfigured();
     void paneMinimumIsAThird_data();
     void paneMinimumIsAThird();
     void logLinesOfOneSecondShareTheTime();
@@ -94,37 +90,13 @@ void TransManagerTest::cleanup()
 
 void TransManagerTest::buildsListBesideLog()
 {
-    QCOMPARE(m_pManager->objectName(), QStringLiteral("TransManager"));
-    QCOMPARE(m_pManager->size(), QSize(1800, 240));
-    auto* layout = m_pManager->findChild<QVBoxLayout*>(QStringLiteral("m_layoutMain"));
-    QVERIFY(layout);
-    QCOMPARE(layout->contentsMargins(), QMargins());
     QSplitter* splitter = m_pManager->Splitter();
-    QCOMPARE(splitter->orientation(), Qt::Horizontal);
-    QCOMPARE(splitter->count(), 2);
     QCOMPARE(splitter->widget(0), m_pManager->TransferList());
     QCOMPARE(splitter->widget(1), m_pManager->LogPane());
-    QCOMPARE(splitter->handleWidth(), 0);
-    QVERIFY(!splitter->isCollapsible(0));
-    QVERIFY(!splitter->isCollapsible(1));
-}
-
-void TransManagerTest::logPaneIsConfigured()
-{
-    TransInfo* pane = m_pManager->LogPane();
-    QVERIFY(pane->findChild<QLabel*>(QStringLiteral("iconLabel"))->isHidden());
-    QCOMPARE(pane->findChild<QLabel*>(QStringLiteral("textLabel"))->text(), QStringLiteral("信息"));
-    QCOMPARE(pane->findChild<QWidget*>(QStringLiteral("m_widgetTitle"))->height(), 36);
-    QTableView* view = pane->TableView();
-    QCOMPARE(view->model(), pane->LogModel());
-    QCOMPARE(view->horizontalHeader()->sectionSize(0), 100);
-    QCOMPARE(view->horizontalHeader()->sectionResizeMode(0), QHeaderView::Fixed);
-    QCOMPARE(view->horizontalHeader()->sectionResizeMode(1), QHeaderView::Stretch);
-    QVERIFY(view->horizontalHeader()->isHidden());
-    QVERIFY(view->verticalHeader()->isHidden());
-    QCOMPARE(view->editTriggers(), QAbstractItemView::NoEditTriggers);
-    QCOMPARE(view->selectionMode(), QAbstractItemView::NoSelection);
-    QVERIFY(view->alternatingRowColors());
+    // Dragging the (invisible) handle to the end must not make a pane vanish.
+    splitter->setSizes({1800, 0});
+    QVERIFY(m_pManager->LogPane()->width() >= m_pManager->LogPane()->minimumWidth());
+    QVERIFY(m_pManager->LogPane()->width() > 0);
 }
 
 void TransManagerTest::paneMinimumIsAThird_data()
