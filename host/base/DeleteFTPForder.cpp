@@ -11,7 +11,7 @@ DeleteFTPForder::DeleteFTPForder(const QString& baseUrl, const QString& folderUr
 
 bool DeleteFTPForder::Execute(FtpSession& session, QString* message)
 {
-    const QString path = GetCurFilePath().isEmpty() ? QUrl(m_strFolderUrl).path() : GetCurFilePath();
+    const QString path = GetCurFilePath().isEmpty() ? QUrl(m_strFolderUrl).path(QUrl::FullyDecoded) : GetCurFilePath();
     if (path.isEmpty() || path == QLatin1String("/")) {
         *message = QStringLiteral("不能删除根目录");
         return false;
