@@ -42,6 +42,8 @@ void TestFtpConnect::badCredentialsFail()
     TestFtpServer* server = m_fixture.CurrentServer(&skip);
     if (!server)
         QSKIP(qPrintable(skip));
+    // Servers delay a refusal by seconds on purpose; the log-in limit must not cut it short.
+    FtpTestFixture::SetSetting(g_strSettingFtpConnectTimeoutMs, 20000);
     // An anonymous-only server takes any password, so a wrong user stands in for it.
     if (server->User() == QLatin1String("anonymous"))
         FtpTestFixture::SetSetting(g_strSettingFtpUser, QStringLiteral("intruder"));
