@@ -1,5 +1,7 @@
 #include "SimGCodeProgram.h"
 
+#include <QDir>
+#include <QFile>
 #include <QTest>
 #include <cmath>
 
@@ -34,6 +36,7 @@ private slots:
     void faults_data();
     void faults();
     void endsAtM30();
+    void demoProgramsRunToTheirEnd();
 };
 
 void tst_SimGCodeProgram::feedMoveTiming()
@@ -137,6 +140,24 @@ void tst_SimGCodeProgram::endsAtM30()
     QCOMPARE(program.Lines().size(), 6);
     QCOMPARE(program.Steps().size(), 1);
     QVERIFY(totalSeconds(program) > 0);
+}
+
+void tst_SimGCodeProgram::demoProgramsRunToTheirEnd()
+{
+    const QDir demo(qEnvironmentVariable("KORV_SOURCE_DIR") + "/simulator/demo");
+    const QFileInfoList programs = demo.entryInfoList(QDir::Files);
+    QVERIFY(programs.size() >= 3);
+    for (const QFileInfo& info : programs) {
+        QFile file(info.filePath());
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        SimGCodeProgram::Start home; // machine home, as after power-on
+        home.workOffset = {-200, -150, -100, 0, 0};
+        const SimGCodeProgram program(info.fileName(), QString::fromUtf8(file.readAll()), home);
+        QVERIFY2(!program.Steps().isEmpty(), qPrintable(info.fileName()));
+        QVERIFY2(program.Steps().last().kind != SimStep::Fault,
+                 qPrintable(info.fileName() + ": " + program.Steps().last().fault));
+        QVERIFY(totalSeconds(program) > 10);
+    }
 }
 
 QTEST_GUILESS_MAIN(tst_SimGCodeProgram)
