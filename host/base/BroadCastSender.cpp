@@ -1,5 +1,7 @@
 #include "BroadCastSender.h"
 
+#include "MachinePortMap.h"
+
 #include <QDebug>
 #include <QNetworkDatagram>
 #include <QNetworkInterface>
@@ -10,7 +12,8 @@ constexpr int kMaxReply = 512;
 constexpr int kMinFields = 4;
 } // namespace
 
-BroadCastSender::BroadCastSender(QObject* parent) : QObject(parent), m_pSocket(new QUdpSocket(this))
+BroadCastSender::BroadCastSender(QObject* parent)
+    : QObject(parent), m_pSocket(new QUdpSocket(this)), m_nPort(MachinePortMap::Resolve(kDefaultPort))
 {
     connect(m_pSocket, &QUdpSocket::readyRead, this, &BroadCastSender::ReadReplies);
     connect(&m_intervalTimer, &QTimer::timeout, this, &BroadCastSender::SendRound);

@@ -1,6 +1,7 @@
 #include "FileTransferClient.h"
 
 #include "CDebugLog.h"
+#include "MachinePortMap.h"
 #include "MachineRecordJson.h"
 #include "ProtocolVocabulary.h"
 
@@ -36,6 +37,7 @@ bool FileTransferClient::connectToMachine(const QString& ip, quint16 port)
 {
     if (ip.trimmed().isEmpty() || port == 0)
         return false;
+    port = MachinePortMap::Resolve(port);
     if (m_state != State::Idle) {
         m_state = State::Idle;
         m_pSocket->abort();

@@ -1,8 +1,6 @@
 #include "MachinePortMap.h"
 
-#include "KorvPaths.h"
-
-#include <QSettings>
+#include "CamBaseTextHelper.h"
 
 namespace {
 QString keyFor(quint16 port)
@@ -13,14 +11,15 @@ QString keyFor(quint16 port)
 
 quint16 MachinePortMap::Resolve(quint16 wellKnownPort)
 {
-    const QSettings settings(KorvPaths::SettingsFile(), QSettings::IniFormat);
     bool ok = false;
-    const uint port = settings.value(keyFor(wellKnownPort)).toUInt(&ok);
+    const uint port = CamBaseTextHelper::instance()
+                          ->GetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal, keyFor(wellKnownPort))
+                          .toUInt(&ok);
     return ok && port > 0 && port <= 65535 ? static_cast<quint16>(port) : wellKnownPort;
 }
 
 void MachinePortMap::Set(quint16 wellKnownPort, quint16 actualPort)
 {
-    QSettings settings(KorvPaths::SettingsFile(), QSettings::IniFormat);
-    settings.setValue(keyFor(wellKnownPort), actualPort);
+    CamBaseTextHelper::instance()->SetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal, keyFor(wellKnownPort),
+                                                        actualPort, true);
 }

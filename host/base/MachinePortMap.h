@@ -4,9 +4,10 @@
 
 #include <QtGlobal>
 
-// Machines behind port forwarding (and the simulator, which cannot bind privileged
-// ports) answer on other ports than the well-known ones. The host's settings map a
-// well-known machine port to the one to use: key "PortMap/<port>", default unchanged.
+// Machines behind port forwarding (and the simulator, which runs unprivileged beside
+// other instances) answer on other ports than the well-known ones. The setting
+// "PortMap/<port>" (type 1) maps a well-known machine service port to the one to use;
+// without it the port is unchanged. FTP has its own key, "Ftp/PortMapping".
 class KORVBASE_EXPORT MachinePortMap
 {
 public:

@@ -16,6 +16,7 @@ CncSimulator::CncSimulator(const SimOptions& options, QObject* parent)
       m_pSn(new SimSnService(m_options, this)), m_pDiscovery(new SimDiscoveryResponder(
                                                     m_options, [this] { return ReportedIp(); }, this))
 {
+    connect(m_pInfo, &SimInfoService::SignalRequest, this, &CncSimulator::SignalInfoRequest);
     m_tick.setInterval(kTickMs);
     connect(&m_tick, &QTimer::timeout, this, [this] {
         const qint64 elapsed = m_clock.restart();

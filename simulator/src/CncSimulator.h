@@ -39,6 +39,7 @@ public:
 
 signals:
     void SignalVanished();
+    void SignalInfoRequest(const QString& type);
 
 private:
     SimOptions m_options;

@@ -33,6 +33,7 @@ void SimInfoService::Serve(QTcpSocket* socket)
                 socket->abort();
                 return;
             }
+            emit SignalRequest(document.object().value(QStringLiteral("type")).toString());
             QJsonObject reply;
             if (m_handler.Handle(document.object(), &reply))
                 socket->write(SimFrameCodec::Encode(reply));

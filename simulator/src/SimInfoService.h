@@ -19,6 +19,10 @@ public:
     QString ErrorString() const { return m_server.errorString(); }
     void Shutdown();
 
+signals:
+    // Each request as it arrives, by its "type"; lets a test watch what a client asks.
+    void SignalRequest(const QString& type);
+
 private:
     void Serve(QTcpSocket* socket);
 

@@ -11,7 +11,7 @@
 #include "CompareTwoVersion.h"
 #include "FileTransferClient.h"
 #include "FtpConnection.h"
-#include "FtpTaskThread.h"
+#include "CheckConnect.h"
 #include "LogColors.h"
 #include "MachinePortMap.h"
 #include "SerialNumberReader.h"
@@ -34,7 +34,6 @@ namespace {
 constexpr quint16 FtpPort = 21;
 constexpr quint16 InfoPort = 30001;
 constexpr quint16 SnPort = 5002;
-constexpr int CheckIntervalMs = 1000;
 constexpr int MaxCheckFailures = 7; // the eighth failure in a row gives up
 const QString MinSystemVersion = QStringLiteral("1.4.7");
 const QString NoticeTitle = QStringLiteral("提示");
@@ -51,7 +50,7 @@ bool VersionRuleApplies(const QString& sn)
 
 QVariant Setting(const char* key, const QVariant& defaultValue)
 {
-    return CamBaseTextHelper::instance()->GetLocalSettingCache(SettingType(1), QString::fromLatin1(key), defaultValue);
+    return CamBaseTextHelper::instance()->GetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal, QString::fromLatin1(key), defaultValue);
 }
 } // namespace
 
@@ -89,6 +88,9 @@ Workspace::Workspace(QWidget* parent) : QWidget(parent)
 
 Workspace::~Workspace()
 {
+    // The host outlives the workbench: it must not go on believing a machine is connected.
+    if (!m_strSn.isEmpty())
+        CamBaseRegisterHelper::instance()->SetCurrentMachineConnectStatus(false, QString(), QString());
     m_pCheckTimer->stop();
     if (m_pRealTimeTimer)
         m_pRealTimeTimer->stop();
@@ -270,7 +272,7 @@ void Workspace::OnFtpTestResult(bool result, const QString& sn)
         if (!sn.isEmpty())
             OnConnectedWithSn();
         else
-            m_pSnReader->Start(m_strIp, MachinePortMap::Resolve(SnPort));
+            m_pSnReader->Start(m_strIp, MachinePortMap::Resolve(SnPort), m_nSnTimeoutMs);
     } else {
         CDebugLog::AddLog(QStringLiteral("FTP连接机床失败，IP: %1").arg(m_strIp));
         Q_EMIT SignalAppendLog(tr("连接机床失败，IP: %1").arg(m_strIp), LogColors::Failure);
@@ -296,7 +298,7 @@ void Workspace::OnConnectedWithSn()
 {
     CamBaseRegisterHelper::instance()->SetCurrentMachineConnectStatus(true, m_strIp, m_strSn);
     CamBaseTextHelper::instance()->SetLocalSettingCache(
-        SettingType(1), QString::fromLatin1(g_strSettingLastConnectMachineSN), m_strSn, false);
+        CamBaseTextHelper::SettingTypeLocal, QString::fromLatin1(g_strSettingLastConnectMachineSN), m_strSn, false);
     Q_EMIT SignalMachineConnected(m_strIp, m_strSn);
     m_pPageBar->setTabEnabled(PageMachineStatus, true);
     StartRealTimePolling();
@@ -353,27 +355,32 @@ void Workspace::SlotGetMachineInfoFinished(bool bSuccess, StructMachineSystemInf
         tr("不再提醒"), false, {});
     if (answer.second) {
         CamBaseTextHelper::instance()->SetLocalSettingCache(
-            SettingType(1), QString::fromLatin1(g_strSettingNoRemindMachineVersion), true, false);
+            CamBaseTextHelper::SettingTypeLocal, QString::fromLatin1(g_strSettingNoRemindMachineVersion), true, false);
     }
 }
 
 void Workspace::StartCheckTimer()
 {
     if (!m_pCheckTimer->isActive())
-        m_pCheckTimer->start(CheckIntervalMs);
+        m_pCheckTimer->start(m_nCheckIntervalMs);
 }
 
 void Workspace::SlotCheckConnectTimerOut()
 {
-    if (g_bTranslating)
+    // A check still waiting for its answer is not doubled by the next tick.
+    if (g_bTranslating || m_bCheckBusy)
         return;
+    m_bCheckBusy = true;
     QUrl url;
     url.setScheme(QStringLiteral("ftp"));
     url.setHost(m_strIp);
     url.setPath(QStringLiteral("/"));
     url.setPort(FtpPort);
     auto* task = new CheckConnect(url.toString(), nullptr);
-    connect(task, &FtpTaskThread::SignalTaskFinished, this, [this](bool ok, const QString&) { OnCheckResult(ok); });
+    connect(task, &FtpTaskThread::SignalTaskFinished, this, [this](bool ok, const QString&) {
+        m_bCheckBusy = false;
+        OnCheckResult(ok);
+    });
     connect(task, &QThread::finished, task, &QObject::deleteLater);
     task->start();
 }

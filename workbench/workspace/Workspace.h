@@ -53,6 +53,9 @@ public:
     void SetPendingRequest(const QString& first, const QString& second, int third,
                            std::function<void(const QString&, const QString&, int)> replay);
     void ShowPage(Page page);
+    // Shorter waits for tests; the defaults are the machine's real timings.
+    void SetCheckInterval(int milliseconds) { m_nCheckIntervalMs = milliseconds; }
+    void SetSerialNumberTimeout(int milliseconds) { m_nSnTimeoutMs = milliseconds; }
 
     QString MachineIp() const { return m_strIp; }
     QString MachineSn() const { return m_strSn; }
@@ -111,6 +114,9 @@ private:
     BroadCastSender* m_pSelectDiscoverySender = nullptr;
     QTimer* m_pCheckTimer = nullptr;
     int m_nCheckFailCount = 0;
+    int m_nCheckIntervalMs = 1000;
+    int m_nSnTimeoutMs = 5000;
+    bool m_bCheckBusy = false;
     bool m_bNetNotice = false;
     bool m_bInfoRequested = false;
     QTimer* m_pRealTimeTimer = nullptr;
@@ -132,5 +138,5 @@ private:
     QTabBar* m_pPageBar = nullptr;
     QStackedWidget* m_pPages = nullptr;
     TransManager* m_pTransManager = nullptr;
-    QPointer<CSelectMachineBox> m_pSelectBox;
+    CSelectMachineBox* m_pSelectBox = nullptr;
 };

@@ -1,4 +1,6 @@
 #include "CDebugLog.h"
+#include "CamBaseTextHelper.h"
+#include "KorvBaseGlobals.h"
 #include "plugin/CamPluginFile.h"
 #include "workspace/Workspace.h"
 
@@ -137,6 +139,10 @@ private Q_SLOTS:
 
     void noticeSixStartsTheSilentConnect()
     {
+        // Only a machine used before is looked for.
+        CamBaseTextHelper::instance()->SetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal,
+                                                            QString::fromLatin1(g_strSettingLastConnectMachineSN),
+                                                            QStringLiteral("PB01TEST"), true);
         CamPlugin::CamPluginFile plugin;
         plugin.initialize();
         auto* workspace = qobject_cast<Workspace*>(plugin.createWidget(nullptr));
