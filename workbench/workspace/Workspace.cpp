@@ -111,6 +111,7 @@ void Workspace::BuildUi()
     m_pPageBar->addTab(tr("设备状态"));
     m_pPageBar->setTabEnabled(PageMachineStatus, false);
     m_pPageBar->setDrawBase(false);
+    m_pPageBar->setExpanding(false);
     m_pPageBar->setStyleSheet(QStringLiteral(
         "QTabBar::tab{background:#f2f2f2;color:#333333;padding:6px 18px;border:1px solid #d1d1d1;"
         "border-bottom:none;margin-right:2px;}"
