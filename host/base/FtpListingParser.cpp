@@ -156,7 +156,9 @@ bool FtpListingParser::ParseMlsd(QStringView line, FtpFileInfo* info) const
             if (value.compare(u"dir", Qt::CaseInsensitive) == 0)
                 type = QStringLiteral("dir");
         } else if (key.compare(u"size", Qt::CaseInsensitive) == 0 || key.compare(u"sizd", Qt::CaseInsensitive) == 0) {
-            info->size = value.toLongLong();
+            // A size that is not plain digits (a sign, garbage) counts as unknown.
+            if (AllDigits(value))
+                info->size = value.toLongLong();
         } else if (key.compare(u"modify", Qt::CaseInsensitive) == 0) {
             info->time = ParseMlsdTime(value);
         } else if (key.compare(u"create", Qt::CaseInsensitive) == 0) {

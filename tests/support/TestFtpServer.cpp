@@ -1,5 +1,6 @@
 #include "TestFtpServer.h"
 
+#include "CncSimServer.h"
 #include "FreeLoopbackPort.h"
 #include "PureFtpdServer.h"
 #include "PyftpdlibServer.h"
@@ -23,13 +24,15 @@ std::unique_ptr<TestFtpServer> TestFtpServer::Create(FtpServerKind kind)
         return std::make_unique<VsftpdServer>();
     case FtpServerKind::Pyftpdlib:
         return std::make_unique<PyftpdlibServer>();
+    case FtpServerKind::CncSim:
+        return std::make_unique<CncSimServer>();
     }
     return nullptr;
 }
 
 QList<FtpServerKind> TestFtpServer::AllKinds()
 {
-    return {FtpServerKind::PureFtpd, FtpServerKind::Vsftpd, FtpServerKind::Pyftpdlib};
+    return {FtpServerKind::PureFtpd, FtpServerKind::Vsftpd, FtpServerKind::Pyftpdlib, FtpServerKind::CncSim};
 }
 
 QString TestFtpServer::KindName(FtpServerKind kind)
@@ -41,6 +44,8 @@ QString TestFtpServer::KindName(FtpServerKind kind)
         return QStringLiteral("vsftpd");
     case FtpServerKind::Pyftpdlib:
         return QStringLiteral("pyftpdlib");
+    case FtpServerKind::CncSim:
+        return QStringLiteral("cnc-sim");
     }
     return {};
 }

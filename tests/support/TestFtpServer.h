@@ -8,13 +8,15 @@
 #include <QTemporaryDir>
 #include <memory>
 
-// The real FTP servers that tests run against. A new kind is one more enumerator, one
-// more subclass and one more line in TestFtpServer::Create.
+// The FTP servers that tests run against: three from Debian and the machine simulator.
+// A new kind is one more enumerator, one more subclass and one more line in
+// TestFtpServer::Create.
 enum class FtpServerKind
 {
     PureFtpd,
     Vsftpd,
     Pyftpdlib,
+    CncSim,
 };
 
 // One FTP server run as a child process on a free loopback port over a temporary root.

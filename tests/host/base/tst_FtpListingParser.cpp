@@ -96,6 +96,9 @@ void TestFtpListingParser::parsesLine_data()
     QTest::newRow("mlsd-symlink") << "type=OS.unix=symlink;size=3;modify=20200102030405; l.nc"
                                   << "l.nc"
                                   << "file" << qint64(3) << Utc(2020, 1, 2, 3, 4, 5);
+    QTest::newRow("mlsd-signed-size-unknown") << "type=file;size=-23;modify=20200102030405; neg.nc"
+                                              << "neg.nc"
+                                              << "file" << qint64(0) << Utc(2020, 1, 2, 3, 4, 5);
     QTest::newRow("mlsd-name-with-semicolon") << "type=file;size=1;modify=20200102030405; a; b=c.nc"
                                               << "a; b=c.nc"
                                               << "file" << qint64(1) << Utc(2020, 1, 2, 3, 4, 5);
