@@ -2,6 +2,8 @@
 
 #include "FileItemRoles.h"
 
+#include <QtConcurrent>
+
 FileSortProxyModel::FileSortProxyModel(QObject* parent) : QSortFilterProxyModel(parent)
 {
     // The C locale collates by code point and ignores numeric mode; natural order
@@ -52,9 +54,7 @@ void FileSortProxyModel::BuildKeys() const
     m_vecRowKeys.clear();
     m_vecTextKeys.clear();
     m_vecRowKeys.reserve(rows);
-    if (bTextRole) {
-        m_vecTextKeys.reserve(rows);
-    }
+    QStringList texts;
     for (int row = 0; row < rows; ++row) {
         const QModelIndex index = source->index(row, 0);
         RowKey key;
@@ -65,13 +65,48 @@ void FileSortProxyModel::BuildKeys() const
             key.iClass = key.iKind == FileItemKind::File ? 2 : 1;
         }
         if (bTextRole) {
-            m_vecTextKeys.push_back(m_collator.sortKey(index.data(m_iSortRole).toString()));
+            texts.append(index.data(m_iSortRole).toString());
         } else {
             key.nSize = index.data(FileItemRole::Size).toLongLong();
         }
         m_vecRowKeys.push_back(key);
     }
+    if (bTextRole) {
+        m_vecTextKeys = SortKeys(texts);
+    }
     m_bKeysValid = true;
+}
+
+std::vector<QCollatorSortKey> FileSortProxyModel::SortKeys(const QStringList& texts) const
+{
+    // Collation keys are the costly part of a sort; big listings build them in
+    // slices on the pool, each slice with a collator of its own (ICU collators
+    // must not be shared between threads).
+    constexpr qsizetype kSlice = 8192;
+    QList<QPair<qsizetype, qsizetype>> slices;
+    for (qsizetype first = 0; first < texts.size(); first += kSlice) {
+        slices.append({first, std::min(texts.size(), first + kSlice)});
+    }
+    const QLocale locale = m_collator.locale();
+    const auto buildSlice = [&texts, &locale](const QPair<qsizetype, qsizetype>& slice) {
+        QCollator collator(locale);
+        collator.setNumericMode(true);
+        std::vector<QCollatorSortKey> keys;
+        keys.reserve(slice.second - slice.first);
+        for (qsizetype i = slice.first; i < slice.second; ++i) {
+            keys.push_back(collator.sortKey(texts.at(i)));
+        }
+        return keys;
+    };
+    const QList<std::vector<QCollatorSortKey>> parts =
+        slices.size() > 1 ? QtConcurrent::blockingMapped(slices, buildSlice)
+                          : QList<std::vector<QCollatorSortKey>>{buildSlice({0, texts.size()})};
+    std::vector<QCollatorSortKey> keys;
+    keys.reserve(texts.size());
+    for (const std::vector<QCollatorSortKey>& part : parts) {
+        keys.insert(keys.end(), part.begin(), part.end());
+    }
+    return keys;
 }
 
 bool FileSortProxyModel::lessThan(const QModelIndex& left, const QModelIndex& right) const

@@ -39,6 +39,7 @@ private:
 
     void InvalidateKeys();
     void BuildKeys() const;
+    std::vector<QCollatorSortKey> SortKeys(const QStringList& texts) const;
 
     int m_iSortRole = 0;
     QCollator m_collator;
