@@ -103,6 +103,8 @@ void FileSelectPanel::SetUpView()
 
     QHeaderView* header = m_pTreeView->header();
     header->setSortIndicatorShown(true);
+    // No column is sorted until the first header click.
+    header->setSortIndicator(-1, Qt::AscendingOrder);
     header->setSectionsClickable(true);
     header->setMinimumSectionSize(80);
     header->setSectionResizeMode(0, QHeaderView::Interactive);
@@ -716,7 +718,7 @@ void FileSelectPanel::LocateAndHighlightFile(QString fileName)
 
 void FileSelectPanel::NavigateAndHighlightFolder(QString targetDir, QString folderName)
 {
-    if (m_bLocal) {
+    if (m_bLocal || RefuseWhileTransferring()) {
         return;
     }
     PushHistory(targetDir);
