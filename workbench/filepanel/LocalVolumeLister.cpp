@@ -7,6 +7,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QSet>
 #include <QStyle>
 
 namespace {
@@ -79,15 +80,19 @@ QString LocalVolumeLister::PanelPath(const QString& rootPath)
 QList<FileRowData> LocalVolumeLister::ListRows()
 {
     QList<FileRowData> rows;
+    // A device mounted again elsewhere (bind mounts) is one drive, shown at its first mount.
+    QSet<QByteArray> listDevices;
     for (const QStorageInfo& volume : QStorageInfo::mountedVolumes()) {
         const DriveType type = TypeOf(volume);
         // Memory-backed and virtual mounts are not drives a user stores programs on.
         if (type != DriveType::Network && !volume.device().startsWith("/dev/")) {
             continue;
         }
-        if (!volume.isValid() || !volume.isReady() || !QFileInfo(volume.rootPath()).isReadable()) {
+        if (!volume.isValid() || !volume.isReady() || !QFileInfo(volume.rootPath()).isReadable() ||
+            listDevices.contains(volume.device())) {
             continue;
         }
+        listDevices.insert(volume.device());
         FileRowData row;
         row.iKind = FileItemKind::Folder;
         row.strType = TypeText(type);
