@@ -15,6 +15,7 @@ enum Role
     Kind = Qt::UserRole + 6,     // FileItemKind
     FullPath = Qt::UserRole + 7, // directory joined with the name
     QuickAccess = Qt::UserRole + 8,
+    NameSortKey = Qt::UserRole + 9, // FileNameSortKey built with the listing, off the GUI thread
 };
 } // namespace FileItemRole
 

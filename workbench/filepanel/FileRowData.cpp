@@ -105,6 +105,9 @@ QStandardItem* FileRowData::CreateItem() const
     item->setData(iKind, FileItemRole::Kind);
     item->setData(strFullPath, FileItemRole::FullPath);
     item->setData(bQuickAccess, FileItemRole::QuickAccess);
+    if (nameKey) {
+        item->setData(QVariant::fromValue(FileNameSortKey{strName, nameKey}), FileItemRole::NameSortKey);
+    }
     if (iStandardIcon >= 0) {
         item->setData(QApplication::style()->standardIcon(static_cast<QStyle::StandardPixmap>(iStandardIcon)),
                       Qt::DecorationRole);

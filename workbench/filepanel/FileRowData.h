@@ -1,5 +1,6 @@
 #pragma once
 
+#include "FileNameSortKey.h"
 #include "MachineRecords.h"
 
 #include <QFileInfo>
@@ -20,6 +21,7 @@ struct FileRowData
     QString strFullPath;
     bool bQuickAccess = false;
     int iStandardIcon = -1; // a QStyle::StandardPixmap drawn instead of the kind's icon
+    std::optional<QCollatorSortKey> nameKey;
 
     static FileRowData FromLocal(const QFileInfo& info, const QString& fullPath);
     static FileRowData FromFtp(const FtpFileInfo& info, const QString& directory);

@@ -1,17 +1,11 @@
 #include "FileSortProxyModel.h"
 
 #include "FileItemRoles.h"
+#include "FileNameSortKey.h"
 
 #include <QtConcurrent>
 
-FileSortProxyModel::FileSortProxyModel(QObject* parent) : QSortFilterProxyModel(parent)
-{
-    // The C locale collates by code point and ignores numeric mode; natural order
-    // needs real collation rules, so a process without a locale gets English ones.
-    const QLocale locale = QLocale().language() == QLocale::C ? QLocale(QLocale::English) : QLocale();
-    m_collator = QCollator(locale);
-    m_collator.setNumericMode(true);
-}
+FileSortProxyModel::FileSortProxyModel(QObject* parent) : QSortFilterProxyModel(parent) {}
 
 void FileSortProxyModel::SetSortRole(int role)
 {
@@ -54,6 +48,8 @@ void FileSortProxyModel::BuildKeys() const
     m_vecRowKeys.clear();
     m_vecTextKeys.clear();
     m_vecRowKeys.reserve(rows);
+    std::vector<std::optional<QCollatorSortKey>> textKeys(bTextRole ? rows : 0);
+    QList<int> listMissing;
     QStringList texts;
     for (int row = 0; row < rows; ++row) {
         const QModelIndex index = source->index(row, 0);
@@ -64,33 +60,49 @@ void FileSortProxyModel::BuildKeys() const
         } else {
             key.iClass = key.iKind == FileItemKind::File ? 2 : 1;
         }
-        if (bTextRole) {
-            texts.append(index.data(m_iSortRole).toString());
-        } else {
-            key.nSize = index.data(FileItemRole::Size).toLongLong();
-        }
         m_vecRowKeys.push_back(key);
+        if (!bTextRole) {
+            m_vecRowKeys.back().nSize = index.data(FileItemRole::Size).toLongLong();
+            continue;
+        }
+        const QString text = index.data(m_iSortRole).toString();
+        if (m_iSortRole == FileItemRole::Name) {
+            const QVariant prebuilt = index.data(FileItemRole::NameSortKey);
+            if (prebuilt.isValid()) {
+                const FileNameSortKey nameKey = prebuilt.value<FileNameSortKey>();
+                if (nameKey.key && nameKey.strName == text) {
+                    textKeys[row] = nameKey.key;
+                    continue;
+                }
+            }
+        }
+        listMissing.append(row);
+        texts.append(text);
     }
-    if (bTextRole) {
-        m_vecTextKeys = SortKeys(texts);
+    if (!texts.isEmpty()) {
+        std::vector<QCollatorSortKey> built = SortKeys(texts);
+        for (qsizetype i = 0; i < listMissing.size(); ++i) {
+            textKeys[listMissing.at(i)] = std::move(built[i]);
+        }
+    }
+    m_vecTextKeys.reserve(textKeys.size());
+    for (std::optional<QCollatorSortKey>& key : textKeys) {
+        m_vecTextKeys.push_back(std::move(*key));
     }
     m_bKeysValid = true;
 }
 
 std::vector<QCollatorSortKey> FileSortProxyModel::SortKeys(const QStringList& texts) const
 {
-    // Collation keys are the costly part of a sort; big listings build them in
-    // slices on the pool, each slice with a collator of its own (ICU collators
-    // must not be shared between threads).
+    // Collation keys are the costly part of a sort; big sets are built in slices on
+    // the pool, each slice with a collator of its own.
     constexpr qsizetype kSlice = 8192;
     QList<QPair<qsizetype, qsizetype>> slices;
     for (qsizetype first = 0; first < texts.size(); first += kSlice) {
         slices.append({first, std::min(texts.size(), first + kSlice)});
     }
-    const QLocale locale = m_collator.locale();
-    const auto buildSlice = [&texts, &locale](const QPair<qsizetype, qsizetype>& slice) {
-        QCollator collator(locale);
-        collator.setNumericMode(true);
+    const auto buildSlice = [&texts](const QPair<qsizetype, qsizetype>& slice) {
+        const QCollator collator = FileNameSortKey::CreateCollator();
         std::vector<QCollatorSortKey> keys;
         keys.reserve(slice.second - slice.first);
         for (qsizetype i = slice.first; i < slice.second; ++i) {

@@ -9,9 +9,9 @@
 // natural order (file2 before file10), sizes as integers. A descending order
 // reverses the whole result.
 //
-// Every comparison value is computed once per listing (one collation key per row)
-// and cached by source row, so sorting 100,000 rows never runs the collator inside
-// the comparison.
+// Every comparison value is computed once (one collation key per row, taken from
+// the listing when it brought one) and cached by source row, so sorting 100,000
+// rows never runs the collator inside the comparison.
 class FileSortProxyModel final : public QSortFilterProxyModel
 {
     Q_OBJECT
@@ -42,7 +42,6 @@ private:
     std::vector<QCollatorSortKey> SortKeys(const QStringList& texts) const;
 
     int m_iSortRole = 0;
-    QCollator m_collator;
     QMetaObject::Connection m_listSourceConnections[6];
     mutable bool m_bKeysValid = false;
     mutable std::vector<RowKey> m_vecRowKeys;

@@ -23,6 +23,8 @@ LocalListing LocalDirectoryReader::Read(const QString& path, bool bFilter)
     const QFileInfoList entries =
         dir.entryInfoList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDir::DirsFirst | QDir::Name);
     listing.listRows.reserve(entries.size());
+    // Name keys for sorting are built here, off the GUI thread, once per listing.
+    const QCollator collator = FileNameSortKey::CreateCollator();
     for (const QFileInfo& info : entries) {
         if (!info.isReadable()) {
             continue;
@@ -38,6 +40,7 @@ LocalListing LocalDirectoryReader::Read(const QString& path, bool bFilter)
         }
         if (!name.isEmpty()) {
             listing.listRows.append(FileRowData::FromLocal(info, FileRowData::JoinPath(path, name)));
+            listing.listRows.last().nameKey = collator.sortKey(name);
         }
     }
     return listing;

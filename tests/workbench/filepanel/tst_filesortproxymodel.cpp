@@ -1,4 +1,5 @@
 #include "filepanel/FileItemRoles.h"
+#include "filepanel/FileNameSortKey.h"
 #include "filepanel/FileSortProxyModel.h"
 
 #include <QStandardItemModel>
@@ -151,6 +152,27 @@ private Q_SLOTS:
         proxy.SetSortRole(FileItemRole::Size);
         proxy.sort(0);
         QCOMPARE(Order(proxy), (QStringList{"small", "middle", "big"}));
+    }
+
+    void usesListingKeysOnlyForTheirOwnName()
+    {
+        const QCollator collator = FileNameSortKey::CreateCollator();
+        QStandardItemModel model;
+        for (const char* name : {"c3", "c20", "c100"}) {
+            QStandardItem* item = MakeItem({QString::fromLatin1(name), FileItemKind::File, 0, "", ""});
+            const QString text = QString::fromLatin1(name);
+            item->setData(QVariant::fromValue(FileNameSortKey{text, collator.sortKey(text)}),
+                          FileItemRole::NameSortKey);
+            model.appendRow(item);
+        }
+        FileSortProxyModel proxy;
+        proxy.setSourceModel(&model);
+        proxy.SetSortRole(FileItemRole::Name);
+        proxy.sort(0);
+        QCOMPARE(Order(proxy), (QStringList{"c3", "c20", "c100"}));
+        // After a rename the listing's key is stale and must not decide the place.
+        model.item(0)->setData(QStringLiteral("c999"), FileItemRole::Name);
+        QCOMPARE(Order(proxy), (QStringList{"c20", "c100", "c999"}));
     }
 
     void followsChangesOfTheSource()
