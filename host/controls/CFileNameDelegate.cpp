@@ -3,6 +3,7 @@
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QHelpEvent>
+#include <QLineEdit>
 #include <QStyle>
 #include <QToolTip>
 
@@ -17,6 +18,35 @@ void CFileNameDelegate::initStyleOption(QStyleOptionViewItem* option, const QMod
 {
     QStyledItemDelegate::initStyleOption(option, index);
     option->textElideMode = m_eElideMode;
+    // A wrapped name would never be elided, and rows must keep one line.
+    option->features &= ~QStyleOptionViewItem::WrapText;
+}
+
+QWidget* CFileNameDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&, const QModelIndex&) const
+{
+    auto* editor = new QLineEdit(parent);
+    editor->setFrame(false);
+    editor->setStyleSheet(QStringLiteral(
+        "QLineEdit{border:1px solid #368bd4;border-radius:2px;padding:0px 4px;color:#333333;background:#ffffff;"
+        "selection-background-color:#368bd4;}"));
+    return editor;
+}
+
+void CFileNameDelegate::setEditorData(QWidget* editor, const QModelIndex& index) const
+{
+    auto* edit = qobject_cast<QLineEdit*>(editor);
+    if (!edit) {
+        QStyledItemDelegate::setEditorData(editor, index);
+        return;
+    }
+    const QString name = index.data(Qt::EditRole).toString();
+    edit->setText(name);
+    // A leading dot is part of the name (".config"), not the start of a suffix.
+    const int dot = name.lastIndexOf(QLatin1Char('.'));
+    if (dot > 0)
+        edit->setSelection(0, dot);
+    else
+        edit->selectAll();
 }
 
 bool CFileNameDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,

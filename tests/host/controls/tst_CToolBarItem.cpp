@@ -1,0 +1,115 @@
+#include "CToolBarItem.h"
+#include "CToolButton.h"
+#include "TestIcons.h"
+
+#include <QMainWindow>
+#include <QTemporaryDir>
+#include <QTest>
+
+class tst_CToolBarItem : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void buttonsComeInItemOrder();
+    void checkableBlockAndFlags();
+    void alternateIconWhileCheckedOrPressed();
+    void blockIsAToolBarOfAMainWindow();
+
+private:
+    // The colour in the middle of the button's icon, where the test icons differ.
+    QColor IconCentreColour(CToolButton* button);
+
+    QTemporaryDir m_dir;
+    QString m_strGrey;
+    QString m_strBlue;
+};
+
+void tst_CToolBarItem::initTestCase()
+{
+    QVERIFY(m_dir.isValid());
+    m_strGrey = WriteTestIcon(QDir(m_dir.path()), QStringLiteral("grey"), QColor(90, 90, 90), false);
+    m_strBlue = WriteTestIcon(QDir(m_dir.path()), QStringLiteral("blue_g"), QColor(0, 0, 255), true);
+}
+
+QColor tst_CToolBarItem::IconCentreColour(CToolButton* button)
+{
+    const QImage image = button->icon().pixmap(QSize(64, 64)).toImage();
+    // Left of the bar drawn across the middle: inside the outline, where the filled icon is blue.
+    return image.pixelColor(16, 20);
+}
+
+void tst_CToolBarItem::buttonsComeInItemOrder()
+{
+    CToolBarItem block(QStringLiteral("连接"));
+    block.AddItem(m_strGrey, QStringLiteral("新建连接"), 0, m_strBlue);
+    block.AddItem(m_strGrey, QStringLiteral("断开连接"), 0, m_strBlue);
+    const QList<CToolButton*> buttons = block.CreateToolBlock(true);
+    QCOMPARE(buttons.size(), 2);
+    QCOMPARE(buttons.at(0)->text(), QStringLiteral("新建连接"));
+    QCOMPARE(buttons.at(1)->text(), QStringLiteral("断开连接"));
+    QCOMPARE(block.Title(), QStringLiteral("连接"));
+    QCOMPARE(block.windowTitle(), QStringLiteral("连接"));
+
+    // Building again returns the same buttons, plus those of items added since.
+    block.AddItem(m_strGrey, QStringLiteral("第三"), 0, QString());
+    const QList<CToolButton*> again = block.CreateToolBlock(true);
+    QCOMPARE(again.size(), 3);
+    QCOMPARE(again.mid(0, 2), buttons);
+    QCOMPARE(again.at(2)->AlternateIconPath(), m_strGrey); // no alternate: the icon itself
+}
+
+void tst_CToolBarItem::checkableBlockAndFlags()
+{
+    CToolBarItem checkable(QStringLiteral("显示"));
+    checkable.AddItem(m_strGrey, QStringLiteral("设备状态"), ToolItemNormal, m_strBlue);
+    checkable.AddItem(m_strGrey, QStringLiteral("刷新"), ToolItemNoCheck, m_strBlue);
+    const QList<CToolButton*> buttons = checkable.CreateToolBlock(true);
+    QVERIFY(buttons.at(0)->isCheckable());
+    QVERIFY(!buttons.at(1)->isCheckable());
+
+    CToolBarItem plain(QStringLiteral("信息"));
+    plain.AddItem(m_strGrey, QStringLiteral("绑定设备"), 0, m_strGrey);
+    QVERIFY(!plain.CreateToolBlock(false).at(0)->isCheckable());
+}
+
+void tst_CToolBarItem::alternateIconWhileCheckedOrPressed()
+{
+    CToolBarItem block(QStringLiteral("显示"));
+    block.AddItem(m_strGrey, QStringLiteral("设备状态"), 0, m_strBlue);
+    CToolButton* button = block.CreateToolBlock(true).first();
+    block.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&block));
+    const QColor normal = IconCentreColour(button);
+    QCOMPARE(normal.alpha(), 0);
+
+    button->setChecked(true);
+    QCOMPARE(IconCentreColour(button), QColor(0, 0, 255));
+    button->setChecked(false);
+    QCOMPARE(IconCentreColour(button), normal);
+
+    // Held down: the alternate shows; let go of a checkable button and it is checked, so it stays.
+    QTest::mousePress(button, Qt::LeftButton);
+    QCOMPARE(IconCentreColour(button), QColor(0, 0, 255));
+    QTest::mouseRelease(button, Qt::LeftButton);
+    QVERIFY(button->isChecked());
+    QCOMPARE(IconCentreColour(button), QColor(0, 0, 255));
+    QTest::mouseClick(button, Qt::LeftButton);
+    QVERIFY(!button->isChecked());
+    QCOMPARE(IconCentreColour(button), normal);
+}
+
+void tst_CToolBarItem::blockIsAToolBarOfAMainWindow()
+{
+    QMainWindow page;
+    auto* block = new CToolBarItem(QStringLiteral("连接"), &page);
+    block->AddItem(m_strGrey, QStringLiteral("新建连接"), 0, m_strBlue);
+    block->CreateToolBlock(true);
+    page.addToolBar(block);
+    QCOMPARE(page.toolBarArea(block), Qt::TopToolBarArea);
+    QVERIFY(!block->isMovable());
+}
+
+QTEST_MAIN(tst_CToolBarItem)
+#include "tst_CToolBarItem.moc"

@@ -1,0 +1,225 @@
+#include "CVarnokMessageBox.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+
+class tst_CVarnokMessageBox : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void cleanup();
+    void buttonCodes();
+    void responderSeesEveryCall_data();
+    void responderSeesEveryCall();
+    void responderAnswerIsReturned();
+    void dialogReturnsPressedButton_data();
+    void dialogReturnsPressedButton();
+    void dialogShowsButtonsAndTexts();
+    void dialogClosedWithoutButton();
+    void dialogReturnsCheckBoxState();
+    void autoCloseClosesByItself();
+
+private:
+    // Runs `act` on the modal box once it is shown (the box is the argument).
+    void OnModal(const std::function<void(QWidget*)>& act);
+    QTimer m_poll;
+};
+
+void tst_CVarnokMessageBox::cleanup()
+{
+    CVarnokMessageBox::SetTestResponder({});
+    CVarnokMessageBox::SetAutoCloseInterval(3000);
+    m_poll.disconnect();
+    m_poll.stop();
+}
+
+void tst_CVarnokMessageBox::OnModal(const std::function<void(QWidget*)>& act)
+{
+    m_poll.disconnect();
+    m_poll.setInterval(5);
+    connect(&m_poll, &QTimer::timeout, this, [this, act] {
+        QWidget* box = QApplication::activeModalWidget();
+        if (!box || !box->isVisible())
+            return;
+        m_poll.stop();
+        QVERIFY(QTest::qWaitForWindowExposed(box));
+        act(box);
+    });
+    m_poll.start();
+}
+
+void tst_CVarnokMessageBox::buttonCodes()
+{
+    // Callers pass these numbers literally.
+    QCOMPARE(int(MsgButtonConfirm), 1);
+    QCOMPARE(int(MsgButtonYes), 4);
+    QCOMPARE(int(MsgButtonNo), 8);
+    QCOMPARE(int(MsgButtonIgnore), 2048);
+    QCOMPARE(MsgButtonYes | MsgButtonNo | MsgButtonIgnore, 2060);
+    QCOMPARE(int(MsgIconInformation), 1);
+    QCOMPARE(int(MsgIconFailure), 3);
+    QCOMPARE(int(MsgIconWarning), 4);
+}
+
+void tst_CVarnokMessageBox::responderSeesEveryCall_data()
+{
+    QTest::addColumn<int>("call");
+    QTest::addColumn<int>("buttons");
+    QTest::addColumn<int>("icon");
+    QTest::addColumn<bool>("hasCheckBox");
+    QTest::addColumn<bool>("autoClose");
+    QTest::newRow("plain") << 0 << 2060 << 4 << false << false;
+    QTest::newRow("with-check-box") << 1 << 1 << 4 << true << false;
+    QTest::newRow("auto-close") << 2 << 1 << 3 << false << true;
+}
+
+void tst_CVarnokMessageBox::responderSeesEveryCall()
+{
+    QFETCH(int, call);
+    QFETCH(int, buttons);
+    QFETCH(int, icon);
+    QFETCH(bool, hasCheckBox);
+    QFETCH(bool, autoClose);
+    QList<StructMsgBoxRequest> requests;
+    CVarnokMessageBox::SetTestResponder([&](const StructMsgBoxRequest& request) {
+        requests.append(request);
+        return StructMsgBoxAnswer{};
+    });
+    const QString title = QStringLiteral("文件冲突确认");
+    const QString text = QStringLiteral("文件 \"a.nc\" 在本地和机床中均存在");
+    const QMap<EnumMsgButtonFunction, QString> texts{{MsgButtonYes, QStringLiteral("保存本地版本")}};
+    const auto eIcon = EnumMsgIcon(icon);
+    if (call == 0)
+        CVarnokMessageBox::ShowWindow(nullptr, buttons, eIcon, title, text, texts);
+    else if (call == 1)
+        CVarnokMessageBox::ShowWindowWithCheckBox(nullptr, buttons, eIcon, title, text, QStringLiteral("不再提醒"),
+                                                  true, texts);
+    else
+        CVarnokMessageBox::ShowWindowAutoClose(nullptr, buttons, eIcon, title, text);
+
+    QCOMPARE(requests.size(), 1);
+    const StructMsgBoxRequest& request = requests.first();
+    QCOMPARE(request.strTitle, title);
+    QCOMPARE(request.strText, text);
+    QCOMPARE(request.iButtons, buttons);
+    QCOMPARE(int(request.eIcon), icon);
+    QCOMPARE(request.bHasCheckBox, hasCheckBox);
+    QCOMPARE(request.strCheckText, hasCheckBox ? QStringLiteral("不再提醒") : QString());
+    QCOMPARE(request.bChecked, hasCheckBox);
+    QCOMPARE(request.bAutoClose, autoClose);
+    QCOMPARE(request.mapButtonTexts.value(MsgButtonYes), autoClose ? QString() : texts.value(MsgButtonYes));
+    QVERIFY(!QApplication::activeModalWidget());
+}
+
+void tst_CVarnokMessageBox::responderAnswerIsReturned()
+{
+    CVarnokMessageBox::SetTestResponder([](const StructMsgBoxRequest&) { return StructMsgBoxAnswer{8, true}; });
+    QCOMPARE(CVarnokMessageBox::ShowWindow(nullptr, 2060, MsgIconWarning, QStringLiteral("提示"), QString()), 8);
+    const QPair<int, bool> answer = CVarnokMessageBox::ShowWindowWithCheckBox(
+        nullptr, 1, MsgIconWarning, QStringLiteral("提示"), QString(), QStringLiteral("不再提醒"), false);
+    QCOMPARE(answer.first, 8);
+    QCOMPARE(answer.second, true);
+}
+
+void tst_CVarnokMessageBox::dialogReturnsPressedButton_data()
+{
+    QTest::addColumn<int>("button");
+    QTest::newRow("yes") << int(MsgButtonYes);
+    QTest::newRow("no") << int(MsgButtonNo);
+    QTest::newRow("ignore") << int(MsgButtonIgnore);
+}
+
+void tst_CVarnokMessageBox::dialogReturnsPressedButton()
+{
+    QFETCH(int, button);
+    OnModal([button](QWidget* box) {
+        auto* push = box->findChild<QPushButton*>(QStringLiteral("m_btnCode%1").arg(button));
+        QVERIFY(push);
+        QTest::mouseClick(push, Qt::LeftButton);
+    });
+    QCOMPARE(CVarnokMessageBox::ShowWindow(nullptr, 2060, MsgIconWarning, QStringLiteral("提示"), QStringLiteral("?")),
+             button);
+}
+
+void tst_CVarnokMessageBox::dialogShowsButtonsAndTexts()
+{
+    QStringList shown;
+    QString title;
+    QString text;
+    OnModal([&](QWidget* box) {
+        for (QPushButton* push : box->findChildren<QPushButton*>()) {
+            if (push->objectName().startsWith(QLatin1String("m_btnCode")))
+                shown.append(push->text());
+        }
+        title = box->windowTitle();
+        text = box->findChild<QLabel*>(QStringLiteral("m_labelText"))->text();
+        box->findChild<QPushButton*>(QStringLiteral("m_btnCode2048"))->click();
+    });
+    const QMap<EnumMsgButtonFunction, QString> texts{{MsgButtonYes, QStringLiteral("保存本地版本")},
+                                                     {MsgButtonNo, QStringLiteral("保存机床版本")},
+                                                     {MsgButtonIgnore, QStringLiteral("跳过")}};
+    CVarnokMessageBox::ShowWindow(nullptr, 2060, MsgIconWarning, QStringLiteral("文件冲突确认"),
+                                  QStringLiteral("请选择要保留的版本："), texts);
+    // Secondary answers first, the affirmative one right-most.
+    QCOMPARE(shown,
+             (QStringList{QStringLiteral("跳过"), QStringLiteral("保存机床版本"), QStringLiteral("保存本地版本")}));
+    QCOMPARE(title, QStringLiteral("文件冲突确认"));
+    QCOMPARE(text, QStringLiteral("请选择要保留的版本："));
+
+    // No buttons asked for still gives a way out: the confirm button with its default text.
+    shown.clear();
+    OnModal([&](QWidget* box) {
+        auto* confirm = box->findChild<QPushButton*>(QStringLiteral("m_btnCode1"));
+        QVERIFY(confirm);
+        shown.append(confirm->text());
+        confirm->click();
+    });
+    QCOMPARE(CVarnokMessageBox::ShowWindow(nullptr, 0, MsgIconNone, QStringLiteral("提示"), QStringLiteral("x")), 1);
+    QCOMPARE(shown, QStringList{QStringLiteral("确定")});
+}
+
+void tst_CVarnokMessageBox::dialogClosedWithoutButton()
+{
+    OnModal([](QWidget* box) { QTest::keyClick(box, Qt::Key_Escape); });
+    QCOMPARE(CVarnokMessageBox::ShowWindow(nullptr, 2060, MsgIconWarning, QStringLiteral("提示"), QStringLiteral("?")),
+             MsgResultClosed);
+    OnModal([](QWidget* box) { box->findChild<QPushButton*>(QStringLiteral("m_btnTitleClose"))->click(); });
+    QCOMPARE(CVarnokMessageBox::ShowWindow(nullptr, 1, MsgIconInformation, QStringLiteral("提示"), QStringLiteral("?")),
+             MsgResultClosed);
+}
+
+void tst_CVarnokMessageBox::dialogReturnsCheckBoxState()
+{
+    bool bInitial = true;
+    OnModal([&](QWidget* box) {
+        auto* check = box->findChild<QCheckBox*>();
+        QVERIFY(check);
+        QCOMPARE(check->text(), QStringLiteral("不再提醒"));
+        bInitial = check->isChecked();
+        QTest::mouseClick(check, Qt::LeftButton, {}, QPoint(8, check->height() / 2));
+        box->findChild<QPushButton*>(QStringLiteral("m_btnCode1"))->click();
+    });
+    const QPair<int, bool> answer =
+        CVarnokMessageBox::ShowWindowWithCheckBox(nullptr, 1, MsgIconWarning, QStringLiteral("提示"),
+                                                  QStringLiteral("版本过低"), QStringLiteral("不再提醒"), false);
+    QVERIFY(!bInitial);
+    QCOMPARE(answer.first, 1);
+    QCOMPARE(answer.second, true);
+}
+
+void tst_CVarnokMessageBox::autoCloseClosesByItself()
+{
+    CVarnokMessageBox::SetAutoCloseInterval(30);
+    QCOMPARE(CVarnokMessageBox::ShowWindowAutoClose(nullptr, 1, MsgIconInformation, QStringLiteral("提示"),
+                                                    QStringLiteral("获取机床文件列表失败，请检查机床连接后重试！")),
+             MsgResultClosed);
+    QVERIFY(!QApplication::activeModalWidget());
+}
+
+QTEST_MAIN(tst_CVarnokMessageBox)
+#include "tst_CVarnokMessageBox.moc"

@@ -1,0 +1,251 @@
+#include "CDebugLog.h"
+#include "CModule3DView.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QWheelEvent>
+#include <cmath>
+
+namespace {
+QString shippedModelPath()
+{
+    return qEnvironmentVariable("KORV_SOURCE_DIR") + QStringLiteral("/host/view3d/MachineModel/config/Config3D.ini");
+}
+
+Struct3DStockParameter block(const QString& name, double size)
+{
+    Struct3DStockParameter stock;
+    stock.strName = name;
+    stock.dSizeX = stock.dSizeY = size;
+    stock.dSizeZ = 75;
+    stock.dPosX = -67.848;
+    stock.dPosY = -73.0;
+    stock.dPosZ = -40.0;
+    return stock;
+}
+} // namespace
+
+class tst_CModule3DView : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+    void notReadyBeforeAModel();
+    void loadOutcomes_data();
+    void loadOutcomes();
+    void failedReloadEmptiesTheView();
+    void positionUpdatesMoveTheDrawing();
+    void nonFinitePositionIsRefused();
+    void stockBlocks();
+    void viewCubeToggleAndClick();
+    void dragOrbitsAndWheelZooms();
+    void shippedModelIsCopiedForTheHost();
+
+private:
+    QImage Picture() { return m_pView->grab().toImage(); }
+
+    QTemporaryDir m_dirConfig;
+    CModule3DView* m_pView = nullptr;
+};
+
+void tst_CModule3DView::initTestCase()
+{
+    QVERIFY(m_dirConfig.isValid());
+    qputenv("KORV_CONFIG_DIR", m_dirConfig.path().toUtf8());
+}
+
+void tst_CModule3DView::init()
+{
+    m_pView = new CModule3DView;
+    m_pView->resize(640, 480);
+    m_pView->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_pView));
+}
+
+void tst_CModule3DView::cleanup()
+{
+    delete m_pView;
+    m_pView = nullptr;
+}
+
+void tst_CModule3DView::notReadyBeforeAModel()
+{
+    QVERIFY(!m_pView->GetMachineReady());
+    QVERIFY(!m_pView->SetMachinePos({1, 2, 3, 4, 5, 6}));
+    QCOMPARE(m_pView->MachinePos().x, 0.0);
+    QVERIFY(!m_pView->CreateStock(block(QString(), 50), true));
+    QCOMPARE(m_pView->StockCount(), 0);
+}
+
+void tst_CModule3DView::loadOutcomes_data()
+{
+    QTest::addColumn<QString>("content"); // empty: the shipped model; "-": no file at all
+    QTest::addColumn<bool>("ready");
+    QTest::newRow("valid") << QString() << true;
+    QTest::newRow("missing") << "-" << false;
+    QTest::newRow("broken") << "[Machine]\nName=x\n[Part.A]\nBox=1,2\n" << false;
+    QTest::newRow("not-a-model") << QString::fromLatin1("\x89PNG\r\n\x1a\n") << false;
+}
+
+void tst_CModule3DView::loadOutcomes()
+{
+    QFETCH(QString, content);
+    QFETCH(bool, ready);
+    QString path = shippedModelPath();
+    QTemporaryDir dir;
+    if (!content.isEmpty()) {
+        path = dir.filePath(QStringLiteral("Config3D.ini"));
+        if (content != QLatin1String("-")) {
+            QFile file(path);
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write(content.toUtf8());
+        }
+    }
+    const QImage empty = Picture();
+    QCOMPARE(m_pView->LoadMachine(path), ready);
+    QCOMPARE(m_pView->GetMachineReady(), ready);
+    QCOMPARE(m_pView->SetMachinePos({1, 2, 3, 4, 0, 6}), ready);
+    // A failed load leaves the view as empty as it was; a good one draws the machine.
+    QCOMPARE(Picture() == empty, !ready);
+
+    QFile log(CDebugLog::LogFilePath());
+    QVERIFY(log.open(QIODevice::ReadOnly));
+    const QString lines = QString::fromUtf8(log.readAll());
+    QCOMPARE(lines.contains(QStringLiteral("3D机床模型加载失败: %1").arg(path)), !ready);
+}
+
+void tst_CModule3DView::failedReloadEmptiesTheView()
+{
+    const QImage empty = Picture();
+    QVERIFY(m_pView->LoadMachine(shippedModelPath()));
+    QVERIFY(m_pView->CreateStock(block(QString(), 50), true));
+    QVERIFY(!m_pView->LoadMachine(QStringLiteral("/nonexistent/Config3D.ini")));
+    QVERIFY(!m_pView->GetMachineReady());
+    QCOMPARE(m_pView->StockCount(), 0);
+    QCOMPARE(Picture(), empty);
+}
+
+void tst_CModule3DView::positionUpdatesMoveTheDrawing()
+{
+    QVERIFY(m_pView->LoadMachine(shippedModelPath()));
+    const QImage home = Picture();
+    const QList<Struct3DMotionData> moves{
+        {50, 0, 0, 0, 0, 0}, {0, 50, 0, 0, 0, 0}, {0, 0, -50, 0, 0, 0}, {0, 0, 0, 30, 0, 0}, {0, 0, 0, 0, 0, 90}};
+    for (const Struct3DMotionData& motion : moves) {
+        QVERIFY(m_pView->SetMachinePos(motion));
+        QVERIFY2(Picture() != home, qPrintable(QStringLiteral("%1 %2 %3 %4 %5")
+                                                   .arg(motion.x)
+                                                   .arg(motion.y)
+                                                   .arg(motion.z)
+                                                   .arg(motion.a)
+                                                   .arg(motion.c)));
+    }
+    QVERIFY(m_pView->SetMachinePos({}));
+    QCOMPARE(Picture(), home);
+    QVERIFY(m_pView->SetMachinePos({-12.5, 3.25, -7, 15, 0, 270}));
+    const Struct3DMotionData pos = m_pView->MachinePos();
+    QCOMPARE(pos.x, -12.5);
+    QCOMPARE(pos.c, 270.0);
+}
+
+void tst_CModule3DView::nonFinitePositionIsRefused()
+{
+    QVERIFY(m_pView->LoadMachine(shippedModelPath()));
+    QVERIFY(m_pView->SetMachinePos({10, 0, 0, 0, 0, 0}));
+    QVERIFY(!m_pView->SetMachinePos({std::nan(""), 0, 0, 0, 0, 0}));
+    QVERIFY(!m_pView->SetMachinePos({0, 0, 0, 0, 0, INFINITY}));
+    QCOMPARE(m_pView->MachinePos().x, 10.0);
+}
+
+void tst_CModule3DView::stockBlocks()
+{
+    QVERIFY(m_pView->LoadMachine(shippedModelPath()));
+    const QImage bare = Picture();
+    QVERIFY(m_pView->CreateStock(block(QString(), 50), true));
+    const QImage withStock = Picture();
+    QVERIFY(withStock != bare);
+    QVERIFY(!m_pView->CreateStock(block(QStringLiteral("flat"), 0), false));
+    QVERIFY(!m_pView->CreateStock(block(QStringLiteral("nan"), std::nan("")), false));
+    QVERIFY(m_pView->CreateStock(block(QStringLiteral("second"), 20), false));
+    QCOMPARE(m_pView->StockCount(), 2);
+    QVERIFY(m_pView->CreateStock(block(QStringLiteral("second"), 30), false)); // same name replaces
+    QCOMPARE(m_pView->StockCount(), 2);
+    QVERIFY(m_pView->CreateStock(block(QString(), 50), true));
+    QCOMPARE(m_pView->StockCount(), 1);
+    QCOMPARE(Picture(), withStock);
+}
+
+void tst_CModule3DView::viewCubeToggleAndClick()
+{
+    QVERIFY(m_pView->LoadMachine(shippedModelPath()));
+    QVERIFY(m_pView->IsViewCubeVisible());
+    const QImage withCube = Picture();
+    m_pView->SetViewCubeVisible(false);
+    const QImage withoutCube = Picture();
+    const QRect corner(540, 8, 92, 92);
+    QVERIFY(withCube.copy(corner) != withoutCube.copy(corner));
+    QCOMPARE(withCube.copy(0, 200, 640, 280), withoutCube.copy(0, 200, 640, 280));
+
+    // A click on the cube's top face looks from above; while hidden, clicks there only orbit nothing.
+    const QPoint top(584, 34);
+    QTest::mouseClick(m_pView, Qt::LeftButton, {}, top);
+    QCOMPARE(m_pView->Camera().Pitch(), ViewCamera::DefaultPitch);
+    m_pView->SetViewCubeVisible(true);
+    QTest::mouseClick(m_pView, Qt::LeftButton, {}, top);
+    QCOMPARE(m_pView->Camera().Pitch(), 90.0f);
+    QCOMPARE(m_pView->Camera().Yaw(), 0.0f);
+}
+
+void tst_CModule3DView::dragOrbitsAndWheelZooms()
+{
+    QVERIFY(m_pView->LoadMachine(shippedModelPath()));
+    const QImage start = Picture();
+    QTest::mousePress(m_pView, Qt::LeftButton, {}, QPoint(300, 240));
+    QTest::mouseMove(m_pView, QPoint(340, 250));
+    QTest::mouseRelease(m_pView, Qt::LeftButton, {}, QPoint(340, 250));
+    QCOMPARE(m_pView->Camera().Yaw(), ViewCamera::DefaultYaw + 20.0f);
+    QCOMPARE(m_pView->Camera().Pitch(), ViewCamera::DefaultPitch + 5.0f);
+    QVERIFY(Picture() != start);
+
+    // Pitch stops at straight above.
+    QTest::mousePress(m_pView, Qt::LeftButton, {}, QPoint(300, 100));
+    QTest::mouseMove(m_pView, QPoint(300, 460));
+    QTest::mouseRelease(m_pView, Qt::LeftButton, {}, QPoint(300, 460));
+    QCOMPARE(m_pView->Camera().Pitch(), 90.0f);
+
+    auto wheel = [this](int delta) {
+        QWheelEvent event(QPointF(320, 240), m_pView->mapToGlobal(QPointF(320, 240)), QPoint(), QPoint(0, delta),
+                          Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(m_pView, &event);
+    };
+    wheel(120);
+    QVERIFY(qFuzzyCompare(m_pView->Camera().Zoom(), 1.15f));
+    wheel(-120);
+    QVERIFY(qFuzzyCompare(m_pView->Camera().Zoom(), 1.0f));
+    for (int i = 0; i < 40; ++i)
+        wheel(120);
+    QCOMPARE(m_pView->Camera().Zoom(), ViewCamera::MaxZoom);
+
+    QTest::mouseDClick(m_pView, Qt::LeftButton, {}, QPoint(320, 240));
+    QCOMPARE(m_pView->Camera().Zoom(), 1.0f);
+    QCOMPARE(m_pView->Camera().Yaw(), ViewCamera::DefaultYaw);
+    QCOMPARE(Picture(), start);
+}
+
+void tst_CModule3DView::shippedModelIsCopiedForTheHost()
+{
+    const QString copied =
+        qEnvironmentVariable("KORV_BINARY_DIR") + QStringLiteral("/bin/resources/MachineModel/config/Config3D.ini");
+    QFile source(shippedModelPath());
+    QFile target(copied);
+    QVERIFY(source.open(QIODevice::ReadOnly));
+    QVERIFY2(target.open(QIODevice::ReadOnly), qPrintable(copied));
+    QCOMPARE(target.readAll(), source.readAll());
+}
+
+QTEST_MAIN(tst_CModule3DView)
+#include "tst_CModule3DView.moc"

@@ -1,0 +1,329 @@
+#include "KorvFonts.h"
+#include "transfer/CProgressDelegate.h"
+#include "transfer/TransList.h"
+#include "transfer/TransProgressPainter.h"
+
+#include <QHeaderView>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QStandardItemModel>
+#include <QTableView>
+#include <QTemporaryDir>
+#include <QTest>
+#include <memory>
+
+namespace {
+const qint64 Start = QDateTime(QDate(2024, 5, 6), QTime(10, 20, 30)).toMSecsSinceEpoch();
+const QString Key = QStringLiteral("ftp://192.168.1.20:21/prog/a.nc*Upload");
+
+TanslateInfo Report(double done, double total, int state = TanslateInfo::StateRunning)
+{
+    TanslateInfo info;
+    info.totalSize = total;
+    info.doneSize = done;
+    info.fileName = QStringLiteral("D:/work/a.nc");
+    info.direction = false;
+    info.state = state;
+    info.machinePath = QStringLiteral("/prog/a.nc");
+    return info;
+}
+} // namespace
+
+class TransListTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void speedAndTimeLeftTexts_data();
+    void speedAndTimeLeftTexts();
+    void newRowShowsTheReport();
+    void directionPicksTheIcon();
+    void firstReportAlreadySucceeded();
+    void laterSuccessStampsCompletionTime();
+    void reportAfterClearStartsNewRow();
+    void clearButtonEmptiesList();
+    void columnWidthsFollowResize_data();
+    void columnWidthsFollowResize();
+    void restartIconOfFailedRowEmitsKey();
+    void headerSeparatesAllButLastSection();
+    void reportTravelsThroughQueuedSignal();
+
+private:
+    QString Text(int row, int column, int role = Qt::DisplayRole) const
+    {
+        return m_pList->Model()->index(row, column).data(role).toString();
+    }
+    void ResizeViewportTo(int width);
+
+    QTemporaryDir m_configDir;
+    std::unique_ptr<TransList> m_pList;
+    qint64 m_iNow = Start;
+};
+
+void TransListTest::initTestCase()
+{
+    // Completion reports go to the host log; keep it out of the user's folders.
+    qputenv("KORV_CONFIG_DIR", m_configDir.path().toUtf8());
+}
+
+void TransListTest::init()
+{
+    m_iNow = Start;
+    m_pList = std::make_unique<TransList>();
+    m_pList->SetClock([this] { return m_iNow; });
+}
+
+void TransListTest::speedAndTimeLeftTexts_data()
+{
+    QTest::addColumn<qint64>("elapsedMs");
+    QTest::addColumn<double>("delta");
+    QTest::addColumn<double>("remaining");
+    QTest::addColumn<QString>("speed");
+    QTest::addColumn<QString>("timeLeft");
+
+    QTest::newRow("800 ms apart shows nothing") << qint64(800) << 500000.0 << 1e6 << "0 B/s"
+                                                << "0 s";
+    QTest::newRow("2 s, 3,000,000 bytes") << qint64(2000) << 3e6 << 125 * 1.5e6 << "1.43 MB/s"
+                                          << "2 m 5 s";
+    QTest::newRow("2048 B/s") << qint64(1000) << 2048.0 << 59 * 2048.0 << "2.00 KB/s"
+                              << "59 s";
+    QTest::newRow("exactly 1024 B/s") << qint64(1000) << 1024.0 << 60 * 1024.0 << "1024 B/s"
+                                      << "1 m 0 s";
+    QTest::newRow("exactly 1 MiB/s") << qint64(1000) << 1048576.0 << 0.0 << "1024.00 KB/s"
+                                     << "0 s";
+    QTest::newRow("part seconds are dropped") << qint64(2999) << 3000.0 << 1500 * 61.5 << "1.46 KB/s"
+                                              << "1 m 1 s";
+    QTest::newRow("speed is whole bytes") << qint64(3000) << 1000.0 << 1000.0 << "333 B/s"
+                                          << "3 s";
+    QTest::newRow("no progress") << qint64(5000) << 0.0 << 1000.0 << "0 B/s"
+                                 << "0 s";
+    QTest::newRow("clock went back") << qint64(-3000) << 3000.0 << 1000.0 << "0 B/s"
+                                     << "0 s";
+}
+
+void TransListTest::speedAndTimeLeftTexts()
+{
+    QFETCH(qint64, elapsedMs);
+    QFETCH(double, delta);
+    QFETCH(double, remaining);
+    QFETCH(QString, speed);
+    QFETCH(QString, timeLeft);
+
+    const double first = 4096;
+    const double total = first + delta + remaining;
+    m_pList->SlotUpdateTransfer(Report(first, total), Key);
+    m_iNow += elapsedMs;
+    m_pList->SlotUpdateTransfer(Report(first + delta, total), Key);
+
+    QCOMPARE(m_pList->Model()->rowCount(), 1);
+    QCOMPARE(Text(0, TransList::ColumnProgress, CProgressDelegate::SpeedTextRole), speed);
+    QCOMPARE(Text(0, TransList::ColumnProgress, CProgressDelegate::TimeLeftTextRole), timeLeft);
+    QCOMPARE(Text(0, TransList::ColumnTime), timeLeft);
+    const auto info = m_pList->Model()->index(0, 1).data(CProgressDelegate::InfoRole).value<TanslateInfo>();
+    QCOMPARE(info.doneSize, first + delta);
+}
+
+void TransListTest::newRowShowsTheReport()
+{
+    QSignalSpy inserted(m_pList->Model(), &QAbstractItemModel::rowsInserted);
+    m_pList->SlotUpdateTransfer(Report(0, 100), Key);
+    QCOMPARE(inserted.count(), 1);
+    QCOMPARE(m_pList->RowOfKey(Key), 0);
+    QStandardItemModel* model = m_pList->Model();
+    QCOMPARE(model->columnCount(), 4);
+    const QStringList headers = {"文件", "进度", "Varnok路径", "时间"};
+    for (int column = 0; column < 4; ++column)
+        QCOMPARE(model->horizontalHeaderItem(column)->text(), headers.at(column));
+    QCOMPARE(Text(0, 0), QStringLiteral("D:/work/a.nc"));
+    QCOMPARE(Text(0, 0, Qt::ToolTipRole), QStringLiteral("D:/work/a.nc"));
+    QCOMPARE(Text(0, 1), QString());
+    QCOMPARE(Text(0, 1, CProgressDelegate::SpeedTextRole), QStringLiteral("0 KB/s"));
+    QCOMPARE(Text(0, 1, CProgressDelegate::TimeLeftTextRole), QStringLiteral("0 s"));
+    QCOMPARE(Text(0, 2), QStringLiteral("/prog/a.nc"));
+    QCOMPARE(Text(0, 2, Qt::ToolTipRole), QStringLiteral("/prog/a.nc"));
+    QCOMPARE(Text(0, 3), QStringLiteral("0 s"));
+    QCOMPARE(model->item(0, 3)->textAlignment(), Qt::AlignHCenter | Qt::AlignVCenter);
+    for (int column : {0, 2, 3})
+        QCOMPARE(model->item(0, column)->foreground().color(), QColor(51, 51, 51));
+    for (int column = 0; column < 4; ++column)
+        QCOMPARE(model->item(0, column)->font(), FontCnMedium_15);
+    QCOMPARE(m_pList->TableView()->rowHeight(0), 24);
+    QCOMPARE(m_pList->TableView()->horizontalHeader()->font(), FontCnMedium_15);
+    QCOMPARE(m_pList->TableView()->horizontalHeader()->height(), 24);
+
+    m_pList->SlotUpdateTransfer(Report(0, 100), QStringLiteral("other"));
+    QCOMPARE(m_pList->RowOfKey(QStringLiteral("other")), 1);
+    QCOMPARE(m_pList->TableView()->rowHeight(1), 24);
+}
+
+void TransListTest::directionPicksTheIcon()
+{
+    TanslateInfo download = Report(0, 10);
+    download.direction = true;
+    m_pList->SlotUpdateTransfer(Report(0, 10), Key);
+    m_pList->SlotUpdateTransfer(download, QStringLiteral("down"));
+    const QImage right = QIcon(":/icon/filepanel/ico_arrow_right_green.png").pixmap(16).toImage();
+    const QImage left = QIcon(":/icon/filepanel/ico_arrow_left_blue.png").pixmap(16).toImage();
+    QVERIFY(!right.isNull());
+    QVERIFY(!left.isNull());
+    QCOMPARE(m_pList->Model()->item(0, 0)->icon().pixmap(16).toImage(), right);
+    QCOMPARE(m_pList->Model()->item(1, 0)->icon().pixmap(16).toImage(), left);
+}
+
+void TransListTest::firstReportAlreadySucceeded()
+{
+    m_pList->SlotUpdateTransfer(Report(100, 100, TanslateInfo::StateSucceeded), Key);
+    QCOMPARE(Text(0, 3), QStringLiteral("2024-05-06 10:20:30"));
+    QCOMPARE(Text(0, 3, Qt::ToolTipRole), QStringLiteral("2024-05-06 10:20:30"));
+}
+
+void TransListTest::laterSuccessStampsCompletionTime()
+{
+    m_pList->SlotUpdateTransfer(Report(0, 100), Key);
+    m_iNow += 65 * 1000;
+    m_pList->SlotUpdateTransfer(Report(100, 100, TanslateInfo::StateSucceeded), Key);
+    QCOMPARE(Text(0, 3), QStringLiteral("2024-05-06 10:21:35"));
+    QCOMPARE(Text(0, 3, Qt::ToolTipRole), QStringLiteral("2024-05-06 10:21:35"));
+    QCOMPARE(Text(0, 1, CProgressDelegate::SpeedTextRole), QStringLiteral("1 B/s"));
+    const auto info = m_pList->Model()->index(0, 1).data(CProgressDelegate::InfoRole).value<TanslateInfo>();
+    QCOMPARE(info.state, int(TanslateInfo::StateSucceeded));
+}
+
+void TransListTest::reportAfterClearStartsNewRow()
+{
+    m_pList->SlotUpdateTransfer(Report(0, 1e6), Key);
+    m_pList->SlotUpdateTransfer(Report(0, 1e6), QStringLiteral("b"));
+    m_iNow += 10000;
+    m_pList->SlotUpdateTransfer(Report(500000, 1e6), Key);
+    m_pList->ClearList();
+    QCOMPARE(m_pList->Model()->rowCount(), 0);
+    QCOMPARE(m_pList->Model()->columnCount(), 4);
+    QCOMPARE(m_pList->RowOfKey(Key), -1);
+
+    m_iNow += 1000;
+    m_pList->SlotUpdateTransfer(Report(600000, 1e6), Key);
+    QCOMPARE(m_pList->Model()->rowCount(), 1);
+    QCOMPARE(m_pList->RowOfKey(Key), 0);
+    QCOMPARE(Text(0, 1, CProgressDelegate::SpeedTextRole), QStringLiteral("0 KB/s"));
+    // The next speed counts from the report after the clear, not from before it.
+    m_iNow += 1000;
+    m_pList->SlotUpdateTransfer(Report(601000, 1e6), Key);
+    QCOMPARE(Text(0, 1, CProgressDelegate::SpeedTextRole), QStringLiteral("1000 B/s"));
+}
+
+void TransListTest::clearButtonEmptiesList()
+{
+    m_pList->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_pList.get()));
+    m_pList->SlotUpdateTransfer(Report(0, 10), Key);
+    auto* button = m_pList->findChild<QPushButton*>(QStringLiteral("m_btnAllClear"));
+    QVERIFY(button);
+    QCOMPARE(button->text(), QStringLiteral("清空"));
+    QTest::mouseClick(button, Qt::LeftButton);
+    QCOMPARE(m_pList->Model()->rowCount(), 0);
+    QCOMPARE(m_pList->RowOfKey(Key), -1);
+    // Clearing an empty list is harmless.
+    QTest::mouseClick(button, Qt::LeftButton);
+    QCOMPARE(m_pList->Model()->rowCount(), 0);
+}
+
+void TransListTest::ResizeViewportTo(int width)
+{
+    QWidget* viewport = m_pList->TableView()->viewport();
+    m_pList->resize(m_pList->width() + width - viewport->width(), 240);
+    QCOMPARE(viewport->width(), width);
+}
+
+void TransListTest::columnWidthsFollowResize_data()
+{
+    QTest::addColumn<int>("viewport");
+    QTest::addColumn<int>("section");
+    QTest::newRow("700: a quarter") << 700 << 175;
+    QTest::newRow("1200: a quarter") << 1200 << 300;
+    QTest::newRow("2000: a third of what is left beyond 120") << 2000 << 500;
+    // Below 640 a quarter is less than the header's minimum section size of 160, which wins.
+    QTest::newRow("600: minimum section size") << 600 << 160;
+    // The new maximum lowers that minimum, and the header keeps sections within both.
+    QTest::newRow("550: lowered minimum") << 550 << 143;
+    QTest::newRow("480: capped by the maximum") << 480 << 120;
+}
+
+void TransListTest::columnWidthsFollowResize()
+{
+    QFETCH(int, viewport);
+    QFETCH(int, section);
+    m_pList->SlotUpdateTransfer(Report(0, 10), Key);
+    m_pList->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_pList.get()));
+    ResizeViewportTo(viewport);
+    QHeaderView* header = m_pList->TableView()->horizontalHeader();
+    QCOMPARE(header->maximumSectionSize(), (viewport - 120) / 3);
+    for (int column = 0; column < 3; ++column)
+        QCOMPARE(header->sectionSize(column), section);
+    QCOMPARE(header->sectionResizeMode(0), QHeaderView::Interactive);
+    QCOMPARE(header->sectionResizeMode(3), QHeaderView::Stretch);
+}
+
+void TransListTest::restartIconOfFailedRowEmitsKey()
+{
+    const QString failedKey = QStringLiteral("ftp://192.168.1.20:21/prog/b.nc*Download");
+    m_pList->SlotUpdateTransfer(Report(10, 100), Key);
+    m_pList->SlotUpdateTransfer(Report(10, 100), failedKey);
+    m_pList->SlotUpdateTransfer(Report(10, 100, TanslateInfo::StateFailed), failedKey);
+    m_pList->resize(900, 240);
+    m_pList->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_pList.get()));
+    QSignalSpy restart(m_pList.get(), &TransList::SignalRestartTransfer);
+    QTableView* view = m_pList->TableView();
+    const QModelIndex failed = m_pList->Model()->index(1, TransList::ColumnProgress);
+    const QRect icon = TransProgressPainter::RestartIconRect(view->visualRect(failed));
+
+    QTest::mouseClick(view->viewport(), Qt::LeftButton, {},
+                      TransProgressPainter::StateTextRect(view->visualRect(failed)).center());
+    QCOMPARE(restart.count(), 0);
+    const QRect runningIcon =
+        TransProgressPainter::RestartIconRect(view->visualRect(m_pList->Model()->index(0, TransList::ColumnProgress)));
+    QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, runningIcon.center());
+    QCOMPARE(restart.count(), 0);
+    QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, icon.center());
+    QCOMPARE(restart.count(), 1);
+    QCOMPARE(restart.at(0).at(0).toString(), failedKey);
+}
+
+void TransListTest::headerSeparatesAllButLastSection()
+{
+    m_pList->resize(900, 240);
+    m_pList->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_pList.get()));
+    QHeaderView* header = m_pList->TableView()->horizontalHeader();
+    const QImage image = header->grab().toImage();
+    const QColor line(209, 209, 209);
+    for (int section = 0; section < 3; ++section) {
+        const int x = header->sectionViewportPosition(section) + header->sectionSize(section) - 1;
+        for (int y = 2; y <= header->height() - 3; ++y)
+            QCOMPARE(image.pixelColor(x, y), line);
+    }
+    // The last section ends at the viewport's edge with the base painting only.
+    const int last = header->sectionViewportPosition(3) + header->sectionSize(3) - 1;
+    int lineLike = 0;
+    for (int y = 2; y <= header->height() - 3; ++y)
+        lineLike += image.pixelColor(last, y) == line ? 1 : 0;
+    QVERIFY(lineLike < header->height() - 4);
+}
+
+void TransListTest::reportTravelsThroughQueuedSignal()
+{
+    QCOMPARE(QMetaType::fromName("TanslateInfo"), QMetaType::fromType<TanslateInfo>());
+    // The workspace reports from its task handlers; a queued call must carry the record whole.
+    TanslateInfo info = Report(10, 20);
+    info.direction = true;
+    QMetaObject::invokeMethod(m_pList.get(), "SlotUpdateTransfer", Qt::QueuedConnection, Q_ARG(TanslateInfo, info),
+                              Q_ARG(QString, Key));
+    QTRY_COMPARE(m_pList->Model()->rowCount(), 1);
+    QCOMPARE(m_pList->Model()->index(0, 1).data(CProgressDelegate::InfoRole).value<TanslateInfo>(), info);
+}
+
+QTEST_MAIN(TransListTest)
+#include "tst_translist.moc"

@@ -1,0 +1,54 @@
+#include "TransInfo.h"
+
+#include "KorvFonts.h"
+#include "TransLogModel.h"
+#include "ui_TransInfo.h"
+
+#include <QScrollBar>
+
+TransInfo::TransInfo(QWidget* parent) : QWidget(parent), m_pUi(new Ui::TransInfo)
+{
+    m_pUi->setupUi(this);
+    m_pLogModel = new TransLogModel(this);
+
+    QTableView* view = m_pUi->tableView;
+    m_pUi->iconLabel->hide();
+    view->setFont(FontCnMedium_15);
+    m_pUi->textLabel->setFont(FontCnMedium_15);
+    view->setModel(m_pLogModel);
+    view->horizontalHeader()->setSectionResizeMode(TransLogModel::ColumnTime, QHeaderView::Fixed);
+    view->horizontalHeader()->resizeSection(TransLogModel::ColumnTime, 100);
+    view->horizontalHeader()->setSectionResizeMode(TransLogModel::ColumnMessage, QHeaderView::Stretch);
+    view->verticalHeader()->hide();
+    view->horizontalHeader()->hide();
+    view->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    view->setSelectionBehavior(QAbstractItemView::SelectRows);
+    view->setAlternatingRowColors(true);
+    view->setSelectionMode(QAbstractItemView::NoSelection);
+
+    connect(view->verticalScrollBar(), &QScrollBar::valueChanged, this, &TransInfo::OnScrolled);
+    // A cleared log starts following again.
+    connect(m_pLogModel, &QAbstractItemModel::modelReset, this, [this] { m_bFollowNewest = true; });
+}
+
+TransInfo::~TransInfo()
+{
+    delete m_pUi;
+}
+
+QTableView* TransInfo::TableView() const
+{
+    return m_pUi->tableView;
+}
+
+void TransInfo::AddLog(const QString& strMessage, const QColor& color)
+{
+    m_pLogModel->AddLog(strMessage, color);
+    if (m_bFollowNewest)
+        m_pUi->tableView->scrollToBottom();
+}
+
+void TransInfo::OnScrolled(int iValue)
+{
+    m_bFollowNewest = iValue >= m_pUi->tableView->verticalScrollBar()->maximum();
+}

@@ -1,0 +1,262 @@
+#include "TransList.h"
+
+#include "CDebugLog.h"
+#include "CFileNameDelegate.h"
+#include "CProgressDelegate.h"
+#include "CTransHeaderView.h"
+#include "CommonDefine.h"
+#include "KorvFonts.h"
+#include "ui_TransList.h"
+
+#include <QDebug>
+#include <QResizeEvent>
+#include <QStandardItemModel>
+#include <algorithm>
+#include <utility>
+
+namespace {
+constexpr int RowHeight = 24;
+constexpr int HeaderHeight = 24;
+const QColor ItemTextColor(51, 51, 51);
+constexpr Qt::Alignment CentredAlignment = Qt::AlignHCenter | Qt::AlignVCenter;
+
+QStandardItem* MakeItem(const QString& strText, bool bToolTip)
+{
+    auto* item = new QStandardItem(strText);
+    if (bToolTip)
+        item->setToolTip(strText);
+    item->setForeground(ItemTextColor);
+    item->setFont(FontCnMedium_15);
+    return item;
+}
+
+// Sets display text and tool tip together; unchanged values emit nothing.
+void SetTextAndToolTip(QStandardItem* item, const QString& strText)
+{
+    item->setText(strText);
+    item->setToolTip(strText);
+}
+
+QString SpeedText(double dSpeed)
+{
+    if (dSpeed > 1048576)
+        return QString::number(dSpeed / 1024 / 1024, 'f', 2) + QStringLiteral(" MB/s");
+    if (dSpeed > 1024)
+        return QString::number(dSpeed / 1024, 'f', 2) + QStringLiteral(" KB/s");
+    return QString::number(dSpeed, 'g', 6) + QStringLiteral(" B/s");
+}
+
+QString TimeLeftText(qint64 iSeconds)
+{
+    if (iSeconds >= 60)
+        return QStringLiteral("%1 m %2 s").arg(iSeconds / 60).arg(iSeconds % 60);
+    return QStringLiteral("%1 s").arg(iSeconds);
+}
+
+QString CompletionTimeText(qint64 iNow)
+{
+    return QDateTime::fromMSecsSinceEpoch(iNow).toString(QStringLiteral("yyyy-MM-dd hh:mm:ss"));
+}
+} // namespace
+
+TransList::TransList(QWidget* parent) : QWidget(parent), m_pUi(new Ui::TransList)
+{
+    RegisterTanslateInfoMetaType();
+    m_pUi->setupUi(this);
+    m_pModel = new QStandardItemModel(this);
+    SetUpTable();
+}
+
+TransList::~TransList()
+{
+    delete m_pUi;
+}
+
+QTableView* TransList::TableView() const
+{
+    return m_pUi->m_tableView;
+}
+
+void TransList::SetClock(TransferClock clock)
+{
+    m_clock = std::move(clock);
+}
+
+void TransList::SetUpTable()
+{
+    QTableView* view = m_pUi->m_tableView;
+    m_pHeader = new CTransHeaderView(view);
+    m_pHeader->setSectionResizeMode(QHeaderView::Fixed);
+    m_pHeader->setDefaultSectionSize(24);
+    m_pHeader->setFixedHeight(HeaderHeight);
+    m_pHeader->setMinimumSectionSize(160);
+    view->setHorizontalHeader(m_pHeader);
+
+    m_pFileNameDelegate = new CFileNameDelegate(this);
+    m_pProgressDelegate = new CProgressDelegate(this);
+    m_pMachinePathDelegate = new CFileNameDelegate(this);
+    m_pMachinePathDelegate->SetElideMode(Qt::ElideMiddle);
+    view->setItemDelegateForColumn(ColumnFile, m_pFileNameDelegate);
+    view->setItemDelegateForColumn(ColumnProgress, m_pProgressDelegate);
+    view->setItemDelegateForColumn(ColumnMachinePath, m_pMachinePathDelegate);
+    connect(m_pProgressDelegate, &CProgressDelegate::SignalRestartClicked, this, &TransList::OnRestartClicked);
+
+    view->setModel(m_pModel);
+    view->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    view->verticalHeader()->hide();
+    view->setShowGrid(true);
+    // Wrapped text is elided only at its last line, which would defeat the middle elision of paths.
+    view->setWordWrap(false);
+    m_pModel->setColumnCount(ColumnCount);
+    const QStringList headers = {QStringLiteral("文件"), QStringLiteral("进度"), QStringLiteral("Varnok路径"),
+                                 QStringLiteral("时间")};
+    for (int column = 0; column < ColumnCount; ++column)
+        m_pModel->setHorizontalHeaderItem(column, new QStandardItem(headers.at(column)));
+    m_pModel->horizontalHeaderItem(ColumnTime)->setTextAlignment(CentredAlignment);
+    view->setSelectionMode(QAbstractItemView::NoSelection);
+    for (int column = ColumnFile; column <= ColumnMachinePath; ++column)
+        m_pHeader->setSectionResizeMode(column, QHeaderView::Interactive);
+    m_pHeader->setSectionResizeMode(ColumnTime, QHeaderView::Stretch);
+    m_pHeader->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+
+    // Starting and pausing every transfer is not offered; only clearing the list is.
+    m_pUi->m_btnAllStart->hide();
+    m_pUi->m_btnAllPause->hide();
+    m_pUi->m_btnClose->hide();
+
+    m_pUi->m_labelTitleName->setFont(FontCnMedium_15);
+    view->setFont(FontCnMedium_15);
+    m_pHeader->setFont(FontCnMedium_15);
+    m_pUi->m_btnAllStart->setFont(FontCn_13);
+    m_pUi->m_btnAllPause->setFont(FontCn_13);
+    m_pUi->m_btnAllClear->setFont(FontCn_13);
+    view->viewport()->installEventFilter(this);
+}
+
+void TransList::SlotUpdateTransfer(const TanslateInfo& info, const QString& strKey)
+{
+    const qint64 iNow = m_clock();
+    if (m_mapKeyRow.contains(strKey))
+        UpdateRow(info, strKey, iNow);
+    else
+        AddRow(info, strKey, iNow);
+}
+
+void TransList::UpdateRow(const TanslateInfo& info, const QString& strKey, qint64 iNow)
+{
+    const int row = m_mapKeyRow.value(strKey);
+    const qint64 iLastBytes = m_mapKeyLastBytes.value(strKey);
+    const qint64 iLastTime = m_mapKeyLastTime.value(strKey);
+
+    // Whole seconds only: reports less than a second apart deliberately show no speed.
+    double dSpeed = 0;
+    qint64 iTimeLeft = 0;
+    if (iLastTime >= 1 && iNow > iLastTime) {
+        const auto iSeconds = qint64((iNow - iLastTime) / 1000.0);
+        const auto iDelta = qint64(info.doneSize - iLastBytes);
+        if (iSeconds > 0) {
+            dSpeed = double(iDelta / iSeconds);
+            if (dSpeed > 0 && info.totalSize > info.doneSize)
+                iTimeLeft = qint64((info.totalSize - info.doneSize) / dSpeed);
+        }
+    }
+    m_mapKeyLastBytes.insert(strKey, qint64(info.doneSize));
+    m_mapKeyLastTime.insert(strKey, iNow);
+
+    const QString strSpeed = SpeedText(dSpeed);
+    const QString strTimeLeft = TimeLeftText(iTimeLeft);
+    SetTextAndToolTip(m_pModel->item(row, ColumnFile), info.fileName);
+    QStandardItem* progress = m_pModel->item(row, ColumnProgress);
+    progress->setData(QVariant::fromValue(info), CProgressDelegate::InfoRole);
+    progress->setData(strSpeed, CProgressDelegate::SpeedTextRole);
+    progress->setData(strTimeLeft, CProgressDelegate::TimeLeftTextRole);
+    SetTextAndToolTip(m_pModel->item(row, ColumnMachinePath), info.machinePath);
+
+    QStandardItem* time = m_pModel->item(row, ColumnTime);
+    if (info.state != TanslateInfo::StateSucceeded) {
+        time->setText(strTimeLeft);
+    } else {
+        // The same words for both directions, as the host log has always had them.
+        CDebugLog::AddLog(QStringLiteral("上传文件到机床完成：%1").arg(info.fileName));
+        SetTextAndToolTip(time, CompletionTimeText(iNow));
+    }
+    time->setTextAlignment(CentredAlignment);
+}
+
+void TransList::AddRow(const TanslateInfo& info, const QString& strKey, qint64 iNow)
+{
+    m_mapKeyLastBytes.insert(strKey, qint64(info.doneSize));
+    m_mapKeyLastTime.insert(strKey, iNow);
+    const int row = m_pModel->rowCount();
+    m_pHeader->setFixedHeight(HeaderHeight);
+    m_mapKeyRow.insert(strKey, row);
+    qDebug() << "row " << row;
+
+    QStandardItem* file = MakeItem(info.fileName, true);
+    file->setIcon(QIcon(QString::fromLatin1(info.direction ? IconArrowLeftBlue : IconArrowRightGreen)));
+    QStandardItem* progress = MakeItem(QString(), false);
+    progress->setData(QVariant::fromValue(info), CProgressDelegate::InfoRole);
+    progress->setData(QStringLiteral("0 KB/s"), CProgressDelegate::SpeedTextRole);
+    progress->setData(QStringLiteral("0 s"), CProgressDelegate::TimeLeftTextRole);
+    QStandardItem* machinePath = MakeItem(info.machinePath, true);
+    QStandardItem* time =
+        MakeItem(info.state == TanslateInfo::StateSucceeded ? CompletionTimeText(iNow) : QStringLiteral("0 s"), true);
+    time->setTextAlignment(CentredAlignment);
+    m_pModel->appendRow({file, progress, machinePath, time});
+
+    QTableView* view = m_pUi->m_tableView;
+    view->setRowHeight(row, RowHeight);
+    view->scrollTo(m_pModel->index(row, ColumnFile));
+    view->setRowHeight(0, RowHeight);
+}
+
+void TransList::ClearList()
+{
+    m_pModel->removeRows(0, m_pModel->rowCount());
+    m_mapKeyRow.clear();
+    m_mapKeyLastBytes.clear();
+    m_mapKeyLastTime.clear();
+}
+
+void TransList::on_m_btnAllClear_clicked()
+{
+    ClearList();
+}
+
+void TransList::OnRestartClicked(const QModelIndex& index)
+{
+    for (auto it = m_mapKeyRow.cbegin(); it != m_mapKeyRow.cend(); ++it) {
+        if (it.value() == index.row()) {
+            emit SignalRestartTransfer(it.key());
+            return;
+        }
+    }
+}
+
+void TransList::resizeEvent(QResizeEvent* event)
+{
+    FitColumnsToViewport();
+    QWidget::resizeEvent(event);
+}
+
+bool TransList::eventFilter(QObject* watched, QEvent* event)
+{
+    // The viewport also changes width without the list being resized: when the list is first
+    // shown (children get their size after the parent) and when the vertical scroll bar comes or goes.
+    if (watched == m_pUi->m_tableView->viewport() && event->type() == QEvent::Resize)
+        FitColumnsToViewport();
+    return QWidget::eventFilter(watched, event);
+}
+
+void TransList::FitColumnsToViewport()
+{
+    QHeaderView* header = m_pUi->m_tableView->horizontalHeader();
+    const int w = m_pUi->m_tableView->viewport()->width();
+    if (header->count() != ColumnCount || w < 1)
+        return;
+    const int iMaxSize = (w - 120) / 3;
+    header->setMaximumSectionSize(iMaxSize);
+    const int iSize = std::max(std::min(iMaxSize, w / 4), 140);
+    for (int column = 0; column < ColumnCount; ++column)
+        header->resizeSection(column, iSize);
+}
