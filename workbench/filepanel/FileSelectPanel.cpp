@@ -1,6 +1,7 @@
 #include "FileSelectPanel.h"
 
 #include "CDebugLog.h"
+#include "CVarnokMessageBox.h"
 #include "FileItemRoles.h"
 #include "FileSortProxyModel.h"
 #include "FileTreeView.h"
@@ -9,9 +10,6 @@
 #include "LocalVolumeLister.h"
 #include "ui_FileSelectPanel.h"
 
-#if __has_include("CVarnokMessageBox.h")
-#include "CVarnokMessageBox.h"
-#endif
 #if __has_include("ListFtpDirectory.h")
 #include "ListFtpDirectory.h"
 #endif
@@ -190,9 +188,7 @@ void FileSelectPanel::LogLine(const QString& text)
 void FileSelectPanel::ShowNotice(const QString& text)
 {
     LogLine(text);
-#if __has_include("CVarnokMessageBox.h")
-    CVarnokMessageBox::ShowWindow(this, 1, static_cast<EnumMsgIcon>(3), tr("提示"), text, {});
-#endif
+    CVarnokMessageBox::ShowWindow(this, MsgButtonConfirm, MsgIconFailure, tr("提示"), text);
 }
 
 bool FileSelectPanel::RefuseWhileTransferring()

@@ -1,3 +1,4 @@
+#include "CVarnokMessageBox.h"
 #include "filepanel/FileItemRoles.h"
 #include "filepanel/FileSelectPanel.h"
 #include "filepanel/FileSortProxyModel.h"
@@ -325,6 +326,49 @@ private Q_SLOTS:
         QVERIFY(Listed(panel, [&] { panel.SlotTreeDoubleClicked(RowNamed(panel, QStringLiteral("下载"))); }));
         QCOMPARE(panel.CurrentPath(), (m_strHome + "/" + QStringLiteral("Downloads")));
         QDesktopServices::unsetUrlHandler(QStringLiteral("file"));
+    }
+
+    void missingEntriesAreReportedInBoxes()
+    {
+        QList<StructMsgBoxRequest> boxes;
+        CVarnokMessageBox::SetTestResponder([&boxes](const StructMsgBoxRequest& request) {
+            boxes.append(request);
+            return StructMsgBoxAnswer{MsgButtonConfirm, false};
+        });
+        QTemporaryDir folder;
+        QDir dir(folder.path());
+        WriteFile(dir.filePath(QStringLiteral("gone.nc")), 1);
+        WriteFile(dir.filePath(QStringLiteral("now-a-folder.nc")), 1);
+        QVERIFY(dir.mkpath(QStringLiteral("gone-folder")));
+        FileSelectPanel panel(true);
+        QVERIFY(GoTo(panel, folder.path()));
+        QVERIFY(QFile::remove(dir.filePath(QStringLiteral("gone.nc"))));
+        QVERIFY(QFile::remove(dir.filePath(QStringLiteral("now-a-folder.nc"))));
+        QVERIFY(dir.mkpath(QStringLiteral("now-a-folder.nc")));
+        QVERIFY(dir.rmdir(QStringLiteral("gone-folder")));
+        const QStringList history = panel.HistoryPaths();
+
+        panel.SlotTreeDoubleClicked(RowNamed(panel, QStringLiteral("gone.nc")));
+        panel.SlotTreeDoubleClicked(RowNamed(panel, QStringLiteral("now-a-folder.nc")));
+        panel.SlotTreeDoubleClicked(RowNamed(panel, QStringLiteral("gone-folder")));
+        panel.SlotTreeDoubleClicked(QModelIndex());
+        QCOMPARE(boxes.size(), 3);
+        QCOMPARE(boxes.at(0).strTitle, QStringLiteral("提示"));
+        QCOMPARE(boxes.at(0).strText, QStringLiteral("文件不存在或无权限访问。"));
+        QCOMPARE(boxes.at(1).strText, QStringLiteral("所选路径不是文件。"));
+        QCOMPARE(boxes.at(2).strText, QStringLiteral("目录不存在或无权限访问。"));
+        QCOMPARE(panel.HistoryPaths(), history);
+        QCOMPARE(panel.CurrentPath(), folder.path());
+
+        // A mistyped path is answered a moment later, after the editor has closed.
+        boxes.clear();
+        EditPath(panel, folder.path() + QStringLiteral("/nowhere"));
+        QVERIFY(boxes.isEmpty());
+        QTRY_COMPARE(boxes.size(), 1);
+        QCOMPARE(boxes.at(0).strText,
+                 QStringLiteral("找不到路径\"%1\",请检查拼写并重试。").arg(folder.path() + "/nowhere"));
+        QCOMPARE(panel.HistoryPaths(), history);
+        CVarnokMessageBox::SetTestResponder({});
     }
 
     void selectionIsReported()
