@@ -17,8 +17,8 @@ QMutex& logMutex()
 
 void CDebugLog::AddLog(const QString& text)
 {
-    const QByteArray line = QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd hh:mm:ss.zzz ")).toUtf8()
-                            + text.toUtf8() + '\n';
+    const QByteArray line = QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd hh:mm:ss.zzz ")).toUtf8() +
+                            text.toUtf8() + '\n';
     QMutexLocker locker(&logMutex());
     // Opened per line: the log must survive a crash and a changed KORV_CONFIG_DIR.
     QFile file(LogFilePath());

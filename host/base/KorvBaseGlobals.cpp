@@ -9,3 +9,9 @@ const char* const g_strInterfaceUsb = "usb";
 const char* const g_strSettingNoRemindMachineVersion = "Machine/NoRemindMachineVersion";
 const char* const g_strSettingAutoConnectLastMachine = "Machine/AutoConnectLastMachine";
 const char* const g_strSettingLastConnectMachineSN = "Machine/LastConnectMachineSN";
+
+const char* const g_strSettingFtpUser = "Ftp/User";
+const char* const g_strSettingFtpPassword = "Ftp/Password";
+const char* const g_strSettingFtpPortMapping = "Ftp/PortMapping";
+const char* const g_strSettingFtpConnectTimeoutMs = "Ftp/ConnectTimeoutMs";
+const char* const g_strSettingFtpResponseTimeoutMs = "Ftp/ResponseTimeoutMs";

@@ -16,3 +16,10 @@ KORVBASE_EXPORT extern const char* const g_strInterfaceUsb;
 KORVBASE_EXPORT extern const char* const g_strSettingNoRemindMachineVersion;
 KORVBASE_EXPORT extern const char* const g_strSettingAutoConnectLastMachine;
 KORVBASE_EXPORT extern const char* const g_strSettingLastConnectMachineSN;
+
+// FTP settings of the host (setting type 1 of CamBaseTextHelper); see FtpSettings for defaults.
+KORVBASE_EXPORT extern const char* const g_strSettingFtpUser;
+KORVBASE_EXPORT extern const char* const g_strSettingFtpPassword;
+KORVBASE_EXPORT extern const char* const g_strSettingFtpPortMapping;
+KORVBASE_EXPORT extern const char* const g_strSettingFtpConnectTimeoutMs;
+KORVBASE_EXPORT extern const char* const g_strSettingFtpResponseTimeoutMs;

@@ -3,8 +3,8 @@
 QDebug operator<<(QDebug debug, const StructItemInfo& info)
 {
     QDebugStateSaver saver(debug);
-    debug.nospace() << "StructItemInfo(" << "type=" << info.type << ", path=" << info.path << ", name=" << info.name
-                    << ")";
+    debug.nospace() << "StructItemInfo("
+                    << "type=" << info.type << ", path=" << info.path << ", name=" << info.name << ")";
     return debug;
 }
 

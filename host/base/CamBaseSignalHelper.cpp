@@ -1,0 +1,7 @@
+#include "CamBaseSignalHelper.h"
+
+CamBaseSignalHelper* CamBaseSignalHelper::instance()
+{
+    static CamBaseSignalHelper helper;
+    return &helper;
+}

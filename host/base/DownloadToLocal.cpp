@@ -1,0 +1,47 @@
+#include "DownloadToLocal.h"
+
+#include "FtpSession.h"
+#include "KorvBaseGlobals.h"
+
+#include <QFileInfo>
+#include <QTemporaryFile>
+#include <cstdio>
+
+DownloadToLocal::DownloadToLocal(const QString& url, const QString& encodedUrl, const QString& localPath,
+                                 QObject* parent)
+    : FtpTaskThread(url, encodedUrl, localPath, parent)
+{}
+
+bool DownloadToLocal::Execute(FtpSession& session, QString* message)
+{
+    const QFileInfo target(GetCurFilePath());
+    QTemporaryFile part(target.absolutePath() + QStringLiteral("/.") + target.fileName() +
+                        QStringLiteral(".XXXXXX.part"));
+    if (!part.open()) {
+        *message = QStringLiteral("无法在%1创建文件：%2").arg(target.absolutePath(), part.errorString());
+        return false;
+    }
+    qint64 total = 0;
+    g_bTranslating = true;
+    const bool bOk = session.Download(RemotePathFromUrl(), &part, [this, &total](qint64 done, qint64 size) {
+        total = size;
+        ReportProgress(done, size);
+        return true;
+    });
+    if (!bOk || !part.flush()) {
+        *message = bOk ? QStringLiteral("写入本地文件失败：%1").arg(part.errorString()) : session.ErrorMessage();
+        return false;
+    }
+    const qint64 size = part.size();
+    // Temporary files are private; the result gets the usual permissions of a new file.
+    part.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);
+    // rename(2) replaces the target in one step, so readers see the old or the new file.
+    if (std::rename(QFile::encodeName(part.fileName()).constData(),
+                    QFile::encodeName(target.absoluteFilePath()).constData()) != 0) {
+        *message = QStringLiteral("无法保存文件：%1").arg(target.absoluteFilePath());
+        return false;
+    }
+    part.setAutoRemove(false);
+    ReportProgress(size, qMax(total, size), true);
+    return true;
+}

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "FtpTaskThread.h"
+
+// Downloads the remote file named by the URL to localPath. The bytes go to a hidden
+// temporary file beside the target, which replaces the target only when complete; a
+// failed or stopped download leaves an existing target untouched and no partial file.
+// Sets g_bTranslating while it runs; the owner clears it after its last transfer.
+class KORVBASE_EXPORT DownloadToLocal : public FtpTaskThread
+{
+    Q_OBJECT
+
+public:
+    DownloadToLocal(const QString& url, const QString& encodedUrl, const QString& localPath, QObject* parent = nullptr);
+
+protected:
+    bool Execute(FtpSession& session, QString* message) override;
+};

@@ -1,0 +1,317 @@
+#include "FtpSession.h"
+
+#include "FtpListingParser.h"
+
+#include <QIODevice>
+#include <QUrl>
+#include <curl/curl.h>
+#include <mutex>
+
+namespace {
+constexpr long kBufferSize = 512 * 1024;
+
+// Per-step state handed to libcurl's callbacks.
+struct Transfer
+{
+    const FtpSession::StopCheck* stopCheck = nullptr;
+    const FtpSession::ProgressFn* progress = nullptr;
+    QIODevice* device = nullptr;
+    QByteArray* buffer = nullptr;
+    bool bUpload = false;
+    bool bDeviceFailed = false;
+};
+
+bool StopRequested(const Transfer* transfer)
+{
+    return transfer->stopCheck && *transfer->stopCheck && (*transfer->stopCheck)();
+}
+
+size_t OnHeader(char* data, size_t size, size_t count, void* replies)
+{
+    QByteArray line(data, qsizetype(size * count));
+    static_cast<QList<QByteArray>*>(replies)->append(line.trimmed());
+    return size * count;
+}
+
+size_t OnWrite(char* data, size_t size, size_t count, void* userData)
+{
+    auto* transfer = static_cast<Transfer*>(userData);
+    const qint64 bytes = qint64(size * count);
+    if (transfer->buffer) {
+        transfer->buffer->append(data, bytes);
+        return size_t(bytes);
+    }
+    if (StopRequested(transfer) || transfer->device->write(data, bytes) != bytes) {
+        transfer->bDeviceFailed = !StopRequested(transfer);
+        return 0;
+    }
+    return size_t(bytes);
+}
+
+size_t OnRead(char* data, size_t size, size_t count, void* userData)
+{
+    auto* transfer = static_cast<Transfer*>(userData);
+    if (StopRequested(transfer))
+        return CURL_READFUNC_ABORT;
+    const qint64 read = transfer->device->read(data, qint64(size * count));
+    if (read < 0) {
+        transfer->bDeviceFailed = true;
+        return CURL_READFUNC_ABORT;
+    }
+    return size_t(read);
+}
+
+int OnProgress(void* userData, curl_off_t dlTotal, curl_off_t dlNow, curl_off_t ulTotal, curl_off_t ulNow)
+{
+    auto* transfer = static_cast<Transfer*>(userData);
+    if (StopRequested(transfer))
+        return 1;
+    if (!transfer->progress || !*transfer->progress)
+        return 0;
+    const bool bGoOn =
+        transfer->bUpload ? (*transfer->progress)(ulNow, ulTotal) : (*transfer->progress)(dlNow, dlTotal);
+    return bGoOn ? 0 : 1;
+}
+
+QString Reason(CURLcode code)
+{
+    switch (code) {
+    case CURLE_COULDNT_RESOLVE_HOST:
+    case CURLE_COULDNT_CONNECT:
+        return QStringLiteral("无法连接FTP服务器");
+    case CURLE_LOGIN_DENIED:
+        return QStringLiteral("FTP登录被拒绝，请检查用户名和密码");
+    case CURLE_OPERATION_TIMEDOUT:
+        return QStringLiteral("FTP服务器响应超时");
+    case CURLE_REMOTE_FILE_NOT_FOUND:
+    case CURLE_FTP_COULDNT_RETR_FILE:
+        return QStringLiteral("远程文件不存在");
+    case CURLE_REMOTE_ACCESS_DENIED:
+        return QStringLiteral("远程路径不存在或没有权限");
+    case CURLE_UPLOAD_FAILED:
+        return QStringLiteral("服务器拒绝写入文件");
+    case CURLE_QUOTE_ERROR:
+        return QStringLiteral("服务器拒绝了命令");
+    case CURLE_WEIRD_SERVER_REPLY:
+    case CURLE_GOT_NOTHING:
+    case CURLE_RECV_ERROR:
+    case CURLE_SEND_ERROR:
+    case CURLE_PARTIAL_FILE:
+        return QStringLiteral("FTP连接中断");
+    default:
+        return QString::fromUtf8(curl_easy_strerror(code));
+    }
+}
+
+bool HasControlCharacters(const QString& text)
+{
+    return text.contains(QLatin1Char('\r')) || text.contains(QLatin1Char('\n'));
+}
+
+QString JoinPath(const QString& dir, const QString& name)
+{
+    return dir.endsWith(QLatin1Char('/')) ? dir + name : dir + QLatin1Char('/') + name;
+}
+
+// curl_slist owner for the quote commands of one step.
+class QuoteList
+{
+public:
+    explicit QuoteList(const QStringList& commands)
+    {
+        for (const QString& command : commands)
+            m_pList = curl_slist_append(m_pList, command.toUtf8().constData());
+    }
+    ~QuoteList() { curl_slist_free_all(m_pList); }
+    Q_DISABLE_COPY_MOVE(QuoteList)
+    curl_slist* get() const { return m_pList; }
+
+private:
+    curl_slist* m_pList = nullptr;
+};
+} // namespace
+
+FtpSession::FtpSession(const QString& host, int port, const FtpSettings& settings, StopCheck stopCheck)
+    : m_strHost(host), m_iPort(port), m_settings(settings), m_stopCheck(std::move(stopCheck)),
+      m_errorBuffer(CURL_ERROR_SIZE + 1, '\0')
+{
+    static std::once_flag initOnce;
+    std::call_once(initOnce, [] { curl_global_init(CURL_GLOBAL_DEFAULT); });
+    CURL* curl = curl_easy_init();
+    m_pCurl = curl;
+    if (!curl)
+        return;
+    curl_easy_setopt(curl, CURLOPT_PROTOCOLS_STR, "ftp");
+    curl_easy_setopt(curl, CURLOPT_NOSIGNAL, 1L);
+    curl_easy_setopt(curl, CURLOPT_USERNAME, m_settings.user.toUtf8().constData());
+    curl_easy_setopt(curl, CURLOPT_PASSWORD, m_settings.password.toUtf8().constData());
+    curl_easy_setopt(curl, CURLOPT_CONNECTTIMEOUT_MS, long(m_settings.connectTimeoutMs));
+    const long responseSeconds = qMax(1L, long(m_settings.responseTimeoutMs + 999) / 1000);
+    curl_easy_setopt(curl, CURLOPT_SERVER_RESPONSE_TIMEOUT, responseSeconds);
+    curl_easy_setopt(curl, CURLOPT_LOW_SPEED_LIMIT, 1L);
+    curl_easy_setopt(curl, CURLOPT_LOW_SPEED_TIME, responseSeconds);
+    curl_easy_setopt(curl, CURLOPT_TCP_KEEPALIVE, 1L);
+    curl_easy_setopt(curl, CURLOPT_BUFFERSIZE, kBufferSize);
+    curl_easy_setopt(curl, CURLOPT_UPLOAD_BUFFERSIZE, kBufferSize);
+    curl_easy_setopt(curl, CURLOPT_ERRORBUFFER, m_errorBuffer.data());
+    curl_easy_setopt(curl, CURLOPT_HEADERFUNCTION, OnHeader);
+    curl_easy_setopt(curl, CURLOPT_HEADERDATA, &m_listReplies);
+    curl_easy_setopt(curl, CURLOPT_NOPROGRESS, 0L);
+    curl_easy_setopt(curl, CURLOPT_XFERINFOFUNCTION, OnProgress);
+    curl_easy_setopt(curl, CURLOPT_WRITEFUNCTION, OnWrite);
+    curl_easy_setopt(curl, CURLOPT_READFUNCTION, OnRead);
+}
+
+FtpSession::~FtpSession()
+{
+    if (m_pCurl)
+        curl_easy_cleanup(static_cast<CURL*>(m_pCurl));
+}
+
+QByteArray FtpSession::UrlFor(const QString& remotePath) const
+{
+    const QString path = remotePath.startsWith(QLatin1Char('/')) ? remotePath : QLatin1Char('/') + remotePath;
+    const QString host =
+        m_strHost.contains(QLatin1Char(':')) ? QLatin1Char('[') + m_strHost + QLatin1Char(']') : m_strHost;
+    return "ftp://" + QUrl::toAce(host) + ':' + QByteArray::number(m_iPort) + QUrl::toPercentEncoding(path, "/");
+}
+
+void FtpSession::Reset(const QByteArray& url, void* transfer)
+{
+    CURL* curl = static_cast<CURL*>(m_pCurl);
+    curl_easy_setopt(curl, CURLOPT_URL, url.constData());
+    curl_easy_setopt(curl, CURLOPT_NOBODY, 0L);
+    curl_easy_setopt(curl, CURLOPT_UPLOAD, 0L);
+    curl_easy_setopt(curl, CURLOPT_CUSTOMREQUEST, nullptr);
+    curl_easy_setopt(curl, CURLOPT_QUOTE, nullptr);
+    curl_easy_setopt(curl, CURLOPT_INFILESIZE_LARGE, curl_off_t(-1));
+    curl_easy_setopt(curl, CURLOPT_TIMEOUT_MS, 0L);
+    curl_easy_setopt(curl, CURLOPT_WRITEDATA, transfer);
+    curl_easy_setopt(curl, CURLOPT_READDATA, transfer);
+    curl_easy_setopt(curl, CURLOPT_XFERINFODATA, transfer);
+}
+
+bool FtpSession::Perform(const QString& action)
+{
+    if (!m_pCurl)
+        return Fail(QStringLiteral("无法初始化FTP连接"));
+    m_listReplies.clear();
+    m_errorBuffer.fill('\0');
+    const CURLcode code = curl_easy_perform(static_cast<CURL*>(m_pCurl));
+    if (code == CURLE_OK)
+        return true;
+    if (m_stopCheck && m_stopCheck()) {
+        m_bStopped = true;
+        return Fail(QStringLiteral("%1已停止").arg(action));
+    }
+    QString message = QStringLiteral("%1失败：%2").arg(action, Reason(code));
+    for (auto it = m_listReplies.crbegin(); it != m_listReplies.crend(); ++it) {
+        if (it->size() >= 3 && (it->at(0) == '4' || it->at(0) == '5')) {
+            message += QStringLiteral("（服务器回复：%1）").arg(QString::fromUtf8(*it));
+            break;
+        }
+    }
+    if (code == CURLE_COULDNT_CONNECT || code == CURLE_OPERATION_TIMEDOUT)
+        message += QStringLiteral("（%1:%2）").arg(m_strHost).arg(m_iPort);
+    return Fail(message);
+}
+
+bool FtpSession::Fail(const QString& message)
+{
+    m_strError = message;
+    return false;
+}
+
+bool FtpSession::Connect()
+{
+    Transfer transfer{&m_stopCheck};
+    Reset(UrlFor(QStringLiteral("/")), &transfer);
+    CURL* curl = static_cast<CURL*>(m_pCurl);
+    // A leading "*" lets a server without FEAT still be used.
+    QuoteList feat({QStringLiteral("*FEAT")});
+    curl_easy_setopt(curl, CURLOPT_NOBODY, 1L);
+    curl_easy_setopt(curl, CURLOPT_QUOTE, feat.get());
+    curl_easy_setopt(curl, CURLOPT_TIMEOUT_MS, long(m_settings.connectTimeoutMs));
+    if (!Perform(QStringLiteral("连接FTP服务器")))
+        return false;
+    for (const QByteArray& reply : std::as_const(m_listReplies)) {
+        // Feature lines are indented; MLST implies MLSD (some servers list only MLST).
+        const QByteArray feature = reply.split(' ').value(0).toUpper();
+        m_bMlsd = m_bMlsd || feature == "MLST" || feature == "MLSD";
+        m_bUtf8 = m_bUtf8 || feature == "UTF8";
+    }
+    if (!m_bUtf8)
+        return true;
+    Reset(UrlFor(QStringLiteral("/")), &transfer);
+    QuoteList utf8({QStringLiteral("*OPTS UTF8 ON")});
+    curl_easy_setopt(curl, CURLOPT_NOBODY, 1L);
+    curl_easy_setopt(curl, CURLOPT_QUOTE, utf8.get());
+    return Perform(QStringLiteral("连接FTP服务器"));
+}
+
+bool FtpSession::ListDirectory(const QString& dirPath, QList<FtpFileInfo>* entries)
+{
+    if (HasControlCharacters(dirPath))
+        return Fail(QStringLiteral("路径含有非法字符：%1").arg(dirPath));
+    QByteArray listing;
+    Transfer transfer{&m_stopCheck};
+    transfer.buffer = &listing;
+    const QString path = dirPath.endsWith(QLatin1Char('/')) ? dirPath : dirPath + QLatin1Char('/');
+    Reset(UrlFor(path), &transfer);
+    curl_easy_setopt(static_cast<CURL*>(m_pCurl), CURLOPT_CUSTOMREQUEST, m_bMlsd ? "MLSD" : "LIST");
+    if (!Perform(QStringLiteral("获取文件列表")))
+        return false;
+    *entries = FtpListingParser().Parse(listing);
+    return true;
+}
+
+bool FtpSession::Command(const QStringList& commands)
+{
+    for (const QString& command : commands) {
+        if (HasControlCharacters(command))
+            return Fail(QStringLiteral("路径含有非法字符：%1").arg(command));
+    }
+    Transfer transfer{&m_stopCheck};
+    Reset(UrlFor(QStringLiteral("/")), &transfer);
+    QuoteList quote(commands);
+    curl_easy_setopt(static_cast<CURL*>(m_pCurl), CURLOPT_NOBODY, 1L);
+    curl_easy_setopt(static_cast<CURL*>(m_pCurl), CURLOPT_QUOTE, quote.get());
+    return Perform(commands.value(0).section(QLatin1Char(' '), 0, 0));
+}
+
+bool FtpSession::Upload(QIODevice* source, qint64 size, const QString& remotePath, const ProgressFn& progress)
+{
+    Transfer transfer{&m_stopCheck, &progress, source};
+    transfer.bUpload = true;
+    Reset(UrlFor(remotePath), &transfer);
+    curl_easy_setopt(static_cast<CURL*>(m_pCurl), CURLOPT_UPLOAD, 1L);
+    curl_easy_setopt(static_cast<CURL*>(m_pCurl), CURLOPT_INFILESIZE_LARGE, curl_off_t(size));
+    const bool bOk = Perform(QStringLiteral("上传文件"));
+    if (!bOk && transfer.bDeviceFailed)
+        return Fail(QStringLiteral("读取本地文件失败：%1").arg(source->errorString()));
+    return bOk;
+}
+
+bool FtpSession::Download(const QString& remotePath, QIODevice* sink, const ProgressFn& progress)
+{
+    Transfer transfer{&m_stopCheck, &progress, sink};
+    Reset(UrlFor(remotePath), &transfer);
+    const bool bOk = Perform(QStringLiteral("下载文件"));
+    if (!bOk && transfer.bDeviceFailed)
+        return Fail(QStringLiteral("写入本地文件失败：%1").arg(sink->errorString()));
+    return bOk;
+}
+
+bool FtpSession::RemoveTree(const QString& dirPath)
+{
+    QList<FtpFileInfo> entries;
+    if (!ListDirectory(dirPath, &entries))
+        return false;
+    for (const FtpFileInfo& entry : std::as_const(entries)) {
+        const QString path = JoinPath(dirPath, entry.name);
+        const bool bOk = entry.isDir() ? RemoveTree(path) : Command({QStringLiteral("DELE ") + path});
+        if (!bOk)
+            return false;
+    }
+    return Command({QStringLiteral("RMD ") + dirPath});
+}

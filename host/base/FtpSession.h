@@ -1,0 +1,63 @@
+#pragma once
+
+#include "FtpSettings.h"
+#include "KorvBaseExport.h"
+#include "MachineRecords.h"
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+#include <QStringList>
+#include <functional>
+
+class QIODevice;
+
+// One FTP control connection on one libcurl easy handle, reused by every step of a task.
+// Remote paths are absolute server paths ("/dir/name"); they are percent-encoded here.
+// Every call is blocking and bounded by the time-outs of FtpSettings; a stop request
+// (IsStopRequested) aborts the step in progress at the next libcurl callback.
+class KORVBASE_EXPORT FtpSession
+{
+public:
+    using StopCheck = std::function<bool()>;
+    // Returns false to abort the transfer.
+    using ProgressFn = std::function<bool(qint64 done, qint64 total)>;
+
+    FtpSession(const QString& host, int port, const FtpSettings& settings, StopCheck stopCheck = {});
+    ~FtpSession();
+    Q_DISABLE_COPY_MOVE(FtpSession)
+
+    // Connects, logs in and asks FEAT; within the connect time-out.
+    bool Connect();
+    bool ListDirectory(const QString& dirPath, QList<FtpFileInfo>* entries);
+    // Raw commands ("DELE /a", "RNFR /a" + "RNTO /b") sent in order; the first failing one ends the step.
+    bool Command(const QStringList& commands);
+    bool Upload(QIODevice* source, qint64 size, const QString& remotePath, const ProgressFn& progress);
+    bool Download(const QString& remotePath, QIODevice* sink, const ProgressFn& progress);
+    // Deletes files first, then folders bottom-up.
+    bool RemoveTree(const QString& dirPath);
+
+    bool OffersMlsd() const { return m_bMlsd; }
+    bool WasStopped() const { return m_bStopped; }
+    // Human-readable reason of the last failure, including the server's reply when there was one.
+    QString ErrorMessage() const { return m_strError; }
+
+private:
+    QByteArray UrlFor(const QString& remotePath) const;
+    // Prepares the handle for one step; quote commands and callbacks are set by the caller.
+    void Reset(const QByteArray& url, void* transfer);
+    bool Perform(const QString& action);
+    bool Fail(const QString& message);
+
+    void* m_pCurl = nullptr;
+    QString m_strHost;
+    int m_iPort = 21;
+    FtpSettings m_settings;
+    StopCheck m_stopCheck;
+    QList<QByteArray> m_listReplies;
+    QByteArray m_errorBuffer;
+    bool m_bMlsd = false;
+    bool m_bUtf8 = false;
+    bool m_bStopped = false;
+    QString m_strError;
+};

@@ -1,0 +1,181 @@
+#include "SimFtpDataChannel.h"
+
+#include <QIODevice>
+#include <QTcpServer>
+#include <QTcpSocket>
+
+namespace {
+constexpr qint64 kChunk = 256 * 1024;
+constexpr int kRefillMs = 50;
+constexpr int kConnectTimeoutMs = 10000;
+} // namespace
+
+SimFtpDataChannel::SimFtpDataChannel(qint64 rateLimit, qint64 dropAfter, QObject* parent)
+    : QObject(parent), m_nRateLimit(rateLimit), m_nDropAfter(dropAfter)
+{
+    m_refillTimer.setInterval(kRefillMs);
+    connect(&m_refillTimer, &QTimer::timeout, this, [this] {
+        m_nBudget = m_nRateLimit * kRefillMs / 1000 + 1;
+        Pump();
+    });
+    m_connectTimer.setSingleShot(true);
+    m_connectTimer.setInterval(kConnectTimeoutMs);
+    connect(&m_connectTimer, &QTimer::timeout, this,
+            [this] { Finish(false, QStringLiteral("Can't open data connection.")); });
+}
+
+SimFtpDataChannel::~SimFtpDataChannel()
+{
+    if (m_pSocket)
+        m_pSocket->abort();
+}
+
+quint16 SimFtpDataChannel::Listen(const QHostAddress& address, const QHostAddress& allowedPeer)
+{
+    m_allowedPeer = allowedPeer;
+    m_pServer = new QTcpServer(this);
+    connect(m_pServer, &QTcpServer::newConnection, this, &SimFtpDataChannel::SlotNewConnection);
+    if (!m_pServer->listen(address, 0))
+        return 0;
+    return m_pServer->serverPort();
+}
+
+void SimFtpDataChannel::SlotNewConnection()
+{
+    while (QTcpSocket* socket = m_pServer->nextPendingConnection()) {
+        // Only the client that asked for the port may use it, and only once.
+        if (m_pSocket || socket->peerAddress().toIPv4Address() != m_allowedPeer.toIPv4Address()) {
+            socket->abort();
+            socket->deleteLater();
+            continue;
+        }
+        m_pSocket = socket;
+        socket->setParent(this);
+        socket->setReadBufferSize(kChunk);
+        connect(socket, &QTcpSocket::readyRead, this, &SimFtpDataChannel::Pump);
+        connect(socket, &QTcpSocket::bytesWritten, this, &SimFtpDataChannel::Pump);
+        connect(socket, &QTcpSocket::disconnected, this, [this] {
+            m_bPeerClosed = true;
+            Pump();
+        });
+        m_pServer->close();
+        m_connectTimer.stop();
+        Pump();
+    }
+}
+
+void SimFtpDataChannel::StartSend(QIODevice* source)
+{
+    m_pDevice = source;
+    m_mode = Mode::Send;
+    if (m_nRateLimit > 0) {
+        m_nBudget = m_nRateLimit * kRefillMs / 1000 + 1;
+        m_refillTimer.start();
+    }
+    if (!m_pSocket)
+        m_connectTimer.start();
+    Pump();
+}
+
+void SimFtpDataChannel::StartReceive(QIODevice* sink)
+{
+    m_pDevice = sink;
+    m_mode = Mode::Receive;
+    if (m_nRateLimit > 0) {
+        m_nBudget = m_nRateLimit * kRefillMs / 1000 + 1;
+        m_refillTimer.start();
+    }
+    if (!m_pSocket)
+        m_connectTimer.start();
+    Pump();
+}
+
+void SimFtpDataChannel::Abort()
+{
+    Finish(false, QStringLiteral("Transfer aborted."));
+}
+
+qint64 SimFtpDataChannel::Allowance() const
+{
+    qint64 allowed = kChunk;
+    if (m_nRateLimit > 0)
+        allowed = qMin(allowed, m_nBudget);
+    if (m_nDropAfter >= 0)
+        allowed = qMin(allowed, m_nDropAfter - m_nMoved);
+    return allowed;
+}
+
+void SimFtpDataChannel::Pump()
+{
+    if (m_bFinished || !m_pSocket || m_mode == Mode::Idle)
+        return;
+    if (m_mode == Mode::Send)
+        PumpSend();
+    else
+        PumpReceive();
+}
+
+void SimFtpDataChannel::PumpSend()
+{
+    if (m_bPeerClosed) {
+        Finish(false, QStringLiteral("Connection closed; transfer aborted."));
+        return;
+    }
+    while (m_pSocket->bytesToWrite() < kChunk) {
+        if (m_nDropAfter >= 0 && m_nMoved >= m_nDropAfter) {
+            Finish(false, QStringLiteral("Connection closed; transfer aborted."));
+            return;
+        }
+        const qint64 allowed = Allowance();
+        if (allowed <= 0)
+            return; // the refill timer resumes
+        const QByteArray chunk = m_pDevice->read(allowed);
+        if (chunk.isEmpty()) {
+            if (m_pSocket->bytesToWrite() == 0) {
+                QTcpSocket* socket = m_pSocket;
+                Finish(true, QString());
+                socket->disconnectFromHost();
+            }
+            return;
+        }
+        m_pSocket->write(chunk);
+        m_nMoved += chunk.size();
+        m_nBudget -= chunk.size();
+    }
+}
+
+void SimFtpDataChannel::PumpReceive()
+{
+    for (;;) {
+        if (m_nDropAfter >= 0 && m_nMoved >= m_nDropAfter) {
+            Finish(false, QStringLiteral("Connection closed; transfer aborted."));
+            return;
+        }
+        const qint64 allowed = Allowance();
+        if (allowed <= 0)
+            return;
+        const QByteArray chunk = m_pSocket->read(allowed);
+        if (chunk.isEmpty())
+            break;
+        if (m_pDevice->write(chunk) != chunk.size()) {
+            Finish(false, QStringLiteral("Write failed; transfer aborted."));
+            return;
+        }
+        m_nMoved += chunk.size();
+        m_nBudget -= chunk.size();
+    }
+    if (m_bPeerClosed && m_pSocket->bytesAvailable() == 0)
+        Finish(true, QString());
+}
+
+void SimFtpDataChannel::Finish(bool ok, const QString& reason)
+{
+    if (m_bFinished)
+        return;
+    m_bFinished = true;
+    m_refillTimer.stop();
+    m_connectTimer.stop();
+    if (!ok && m_pSocket)
+        m_pSocket->abort();
+    emit SignalFinished(ok, reason);
+}

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <QHostAddress>
+#include <QObject>
+#include <QPointer>
+#include <QTimer>
+
+class QIODevice;
+class QTcpServer;
+class QTcpSocket;
+
+// One passive-mode data connection of an FTP session: listens, accepts the client's
+// connection, and moves the bytes of one transfer in either direction, with the rate
+// limit and the cut-after-N-bytes fault applied. Deletes nothing it did not create;
+// the session owns the source or sink device.
+class SimFtpDataChannel : public QObject
+{
+    Q_OBJECT
+public:
+    SimFtpDataChannel(qint64 rateLimit, qint64 dropAfter, QObject* parent);
+    ~SimFtpDataChannel() override;
+
+    // Opens the passive listener on `address`; returns the port or 0.
+    quint16 Listen(const QHostAddress& address, const QHostAddress& allowedPeer);
+
+    // Sends everything `source` yields, then closes the connection.
+    void StartSend(QIODevice* source);
+    // Writes everything the client sends into `sink` until it closes the connection.
+    void StartReceive(QIODevice* sink);
+    void Abort();
+
+    qint64 BytesMoved() const { return m_nMoved; }
+
+signals:
+    void SignalFinished(bool ok, const QString& reason);
+
+private:
+    enum class Mode
+    {
+        Idle,
+        Send,
+        Receive
+    };
+
+    void SlotNewConnection();
+    void Pump();
+    void PumpSend();
+    void PumpReceive();
+    void Finish(bool ok, const QString& reason);
+    qint64 Allowance() const;
+
+    QTcpServer* m_pServer = nullptr;
+    QPointer<QTcpSocket> m_pSocket;
+    QHostAddress m_allowedPeer;
+    QIODevice* m_pDevice = nullptr;
+    Mode m_mode = Mode::Idle;
+    qint64 m_nRateLimit;
+    qint64 m_nDropAfter;
+    qint64 m_nMoved = 0;
+    qint64 m_nBudget = 0;
+    bool m_bFinished = false;
+    bool m_bPeerClosed = false;
+    QTimer m_refillTimer;
+    QTimer m_connectTimer;
+};

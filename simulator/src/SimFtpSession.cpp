@@ -1,0 +1,615 @@
+#include "SimFtpSession.h"
+
+#include "SimFtpDataChannel.h"
+#include "SimFtpListing.h"
+#include "SimOptions.h"
+
+#include <QBuffer>
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QTcpSocket>
+#include <memory>
+
+namespace {
+constexpr int kMaxLine = 4096;
+constexpr int kIdleMs = 300000;
+
+enum ListingKind
+{
+    ListLong,
+    ListNames,
+    ListFacts
+};
+
+QString quoted(const QString& path)
+{
+    QString text = path;
+    return QLatin1Char('"') + text.replace(QLatin1Char('"'), QStringLiteral("\"\"")) + QLatin1Char('"');
+}
+} // namespace
+
+const QHash<QByteArray, SimFtpSession::Handler>& SimFtpSession::Handlers()
+{
+    static const QHash<QByteArray, Handler> handlers = {
+        {"USER", &SimFtpSession::CmdUser}, {"PASS", &SimFtpSession::CmdPass}, {"PWD", &SimFtpSession::CmdPwd},
+        {"XPWD", &SimFtpSession::CmdPwd},  {"CWD", &SimFtpSession::CmdCwd},   {"XCWD", &SimFtpSession::CmdCwd},
+        {"CDUP", &SimFtpSession::CmdCdup}, {"XCUP", &SimFtpSession::CmdCdup}, {"TYPE", &SimFtpSession::CmdType},
+        {"MODE", &SimFtpSession::CmdMode}, {"STRU", &SimFtpSession::CmdStru}, {"PASV", &SimFtpSession::CmdPasv},
+        {"EPSV", &SimFtpSession::CmdEpsv}, {"PORT", &SimFtpSession::CmdPort}, {"EPRT", &SimFtpSession::CmdPort},
+        {"LIST", &SimFtpSession::CmdList}, {"NLST", &SimFtpSession::CmdNlst}, {"MLSD", &SimFtpSession::CmdMlsd},
+        {"MLST", &SimFtpSession::CmdMlst}, {"RETR", &SimFtpSession::CmdRetr}, {"STOR", &SimFtpSession::CmdStor},
+        {"APPE", &SimFtpSession::CmdAppe}, {"REST", &SimFtpSession::CmdRest}, {"SIZE", &SimFtpSession::CmdSize},
+        {"MDTM", &SimFtpSession::CmdMdtm}, {"DELE", &SimFtpSession::CmdDele}, {"MKD", &SimFtpSession::CmdMkd},
+        {"XMKD", &SimFtpSession::CmdMkd},  {"RMD", &SimFtpSession::CmdRmd},   {"XRMD", &SimFtpSession::CmdRmd},
+        {"RNFR", &SimFtpSession::CmdRnfr}, {"RNTO", &SimFtpSession::CmdRnto}, {"FEAT", &SimFtpSession::CmdFeat},
+        {"OPTS", &SimFtpSession::CmdOpts}, {"SYST", &SimFtpSession::CmdSyst}, {"NOOP", &SimFtpSession::CmdNoop},
+        {"ALLO", &SimFtpSession::CmdAllo}, {"QUIT", &SimFtpSession::CmdQuit}, {"ABOR", &SimFtpSession::CmdAbor},
+        {"AUTH", &SimFtpSession::CmdAuth},
+    };
+    return handlers;
+}
+
+SimFtpSession::SimFtpSession(QTcpSocket* socket, const SimOptions& options, QObject* parent)
+    : QObject(parent), m_pSocket(socket), m_options(options), m_jail(options.rootDir)
+{
+    socket->setParent(this);
+    connect(socket, &QTcpSocket::readyRead, this, &SimFtpSession::SlotReadyRead);
+    connect(socket, &QTcpSocket::disconnected, this, &SimFtpSession::Close);
+    m_idleTimer.setSingleShot(true);
+    m_idleTimer.setInterval(kIdleMs);
+    connect(&m_idleTimer, &QTimer::timeout, this, [this] {
+        Reply(421, QStringLiteral("Timeout."));
+        Close();
+    });
+    m_idleTimer.start();
+    Reply(220, QStringLiteral("cnc-sim FTP ready."));
+}
+
+void SimFtpSession::SlotReadyRead()
+{
+    m_buffer += m_pSocket->readAll();
+    ProcessLines();
+}
+
+void SimFtpSession::ProcessLines()
+{
+    int end;
+    while ((end = m_buffer.indexOf('\n')) >= 0) {
+        QByteArray line = m_buffer.left(end);
+        m_buffer.remove(0, end + 1);
+        if (line.endsWith('\r'))
+            line.chop(1);
+        m_listPending << line;
+    }
+    if (m_buffer.size() > kMaxLine) {
+        Reply(500, QStringLiteral("Line too long."));
+        Close();
+        return;
+    }
+    // Commands wait while a transfer runs, except ABOR which must reach it.
+    while (!m_listPending.isEmpty() && !m_bClosing) {
+        if (m_bBusy && !m_listPending.first().toUpper().startsWith("ABOR"))
+            return;
+        Dispatch(m_listPending.takeFirst());
+    }
+}
+
+void SimFtpSession::Dispatch(const QByteArray& line)
+{
+    m_idleTimer.start();
+    const int space = line.indexOf(' ');
+    const QByteArray verb = (space < 0 ? line : line.left(space)).toUpper();
+    const QString argument = space < 0 ? QString() : QString::fromUtf8(line.mid(space + 1));
+    if (verb.isEmpty())
+        return;
+    if (m_options.ftpRefused.contains(QString::fromLatin1(verb))) {
+        Reply(550, QStringLiteral("Command refused."));
+        return;
+    }
+    const auto handler = Handlers().constFind(verb);
+    if (handler == Handlers().constEnd()) {
+        Reply(502, QStringLiteral("Command not implemented."));
+        return;
+    }
+    static const QByteArrayList beforeLogin = {"USER", "PASS", "QUIT", "FEAT", "SYST", "NOOP", "OPTS", "AUTH"};
+    if (!m_bLoggedIn && !beforeLogin.contains(verb)) {
+        Reply(530, QStringLiteral("Please login with USER and PASS."));
+        return;
+    }
+    if (verb != "RNTO" && verb != "RNFR")
+        m_strRenameFrom.clear();
+    (this->*handler.value())(argument);
+    if (verb != "REST" && verb != "RETR" && verb != "STOR" && verb != "APPE")
+        m_nRestOffset = 0;
+}
+
+void SimFtpSession::Reply(int code, const QString& text)
+{
+    ReplyRaw(QByteArray::number(code) + ' ' + text.toUtf8() + "\r\n");
+}
+
+void SimFtpSession::ReplyRaw(const QByteArray& text)
+{
+    if (m_pSocket && m_pSocket->state() == QAbstractSocket::ConnectedState)
+        m_pSocket->write(text);
+}
+
+void SimFtpSession::Close()
+{
+    if (m_bClosing)
+        return;
+    m_bClosing = true;
+    m_idleTimer.stop();
+    if (m_pRunning)
+        m_pRunning->Abort();
+    if (m_pSocket)
+        m_pSocket->disconnectFromHost();
+    emit SignalClosed();
+    deleteLater();
+}
+
+bool SimFtpSession::LocalFor(const QString& argument, QString* localPath, QString* virtualPath)
+{
+    QString path;
+    if (!m_jail.Resolve(m_strCwd, argument.isEmpty() ? QStringLiteral(".") : argument, &path)) {
+        Reply(550, QStringLiteral("Permission denied."));
+        return false;
+    }
+    const QString local = m_jail.LocalPath(path);
+    if (!m_jail.IsInside(local)) {
+        Reply(550, QStringLiteral("Permission denied."));
+        return false;
+    }
+    *localPath = local;
+    if (virtualPath)
+        *virtualPath = path;
+    return true;
+}
+
+void SimFtpSession::CmdUser(const QString& argument)
+{
+    m_strUser = argument;
+    m_bLoggedIn = false;
+    Reply(331, QStringLiteral("Password required for %1.").arg(argument));
+}
+
+void SimFtpSession::CmdPass(const QString& argument)
+{
+    if (m_strUser.isEmpty()) {
+        Reply(503, QStringLiteral("Login with USER first."));
+        return;
+    }
+    // A shop-floor machine without configured credentials lets anyone in.
+    if (!m_options.ftpUser.isEmpty() && (m_strUser != m_options.ftpUser || argument != m_options.ftpPassword)) {
+        Reply(530, QStringLiteral("Login incorrect."));
+        return;
+    }
+    m_bLoggedIn = true;
+    Reply(230, QStringLiteral("User %1 logged in.").arg(m_strUser));
+}
+
+void SimFtpSession::CmdPwd(const QString&)
+{
+    Reply(257, quoted(m_strCwd) + QStringLiteral(" is the current directory."));
+}
+
+void SimFtpSession::CmdCwd(const QString& argument)
+{
+    QString local;
+    QString path;
+    if (!LocalFor(argument, &local, &path))
+        return;
+    if (!QFileInfo(local).isDir()) {
+        Reply(550, QStringLiteral("No such directory."));
+        return;
+    }
+    m_strCwd = path;
+    Reply(250, QStringLiteral("Directory changed to %1.").arg(path));
+}
+
+void SimFtpSession::CmdCdup(const QString&)
+{
+    if (m_strCwd != QLatin1String("/"))
+        CmdCwd(QStringLiteral(".."));
+    else
+        Reply(250, QStringLiteral("Directory changed to /."));
+}
+
+void SimFtpSession::CmdType(const QString& argument)
+{
+    const QString type = argument.trimmed().toUpper();
+    if (type == QLatin1String("I") || type == QLatin1String("A") || type == QLatin1String("L 8") ||
+        type == QLatin1String("A N"))
+        Reply(200, QStringLiteral("Type set to %1.").arg(type));
+    else
+        Reply(504, QStringLiteral("Type not supported."));
+}
+
+void SimFtpSession::CmdMode(const QString& argument)
+{
+    if (argument.trimmed().toUpper() == QLatin1String("S"))
+        Reply(200, QStringLiteral("Mode set to S."));
+    else
+        Reply(504, QStringLiteral("Mode not supported."));
+}
+
+void SimFtpSession::CmdStru(const QString& argument)
+{
+    if (argument.trimmed().toUpper() == QLatin1String("F"))
+        Reply(200, QStringLiteral("Structure set to F."));
+    else
+        Reply(504, QStringLiteral("Structure not supported."));
+}
+
+void SimFtpSession::OpenPassive(bool extended)
+{
+    if (m_pData)
+        m_pData->deleteLater();
+    const QHostAddress local = m_pSocket->localAddress();
+    const QHostAddress peer = m_pSocket->peerAddress();
+    auto* channel = new SimFtpDataChannel(m_options.ftpRate, m_options.ftpDropAfter, this);
+    const quint16 port = channel->Listen(local, peer);
+    if (port == 0) {
+        channel->deleteLater();
+        Reply(425, QStringLiteral("Can't open passive connection."));
+        return;
+    }
+    m_pData = channel;
+    if (extended) {
+        Reply(229, QStringLiteral("Entering Extended Passive Mode (|||%1|)").arg(port));
+        return;
+    }
+    const quint32 ip = local.toIPv4Address();
+    Reply(227, QStringLiteral("Entering Passive Mode (%1,%2,%3,%4,%5,%6)")
+                   .arg(ip >> 24)
+                   .arg((ip >> 16) & 0xff)
+                   .arg((ip >> 8) & 0xff)
+                   .arg(ip & 0xff)
+                   .arg(port >> 8)
+                   .arg(port & 0xff));
+}
+
+void SimFtpSession::CmdPasv(const QString&)
+{
+    OpenPassive(false);
+}
+
+void SimFtpSession::CmdEpsv(const QString& argument)
+{
+    if (argument.trimmed().toUpper() == QLatin1String("ALL")) {
+        Reply(200, QStringLiteral("EPSV ALL ok."));
+        return;
+    }
+    OpenPassive(true);
+}
+
+void SimFtpSession::CmdPort(const QString&)
+{
+    Reply(502, QStringLiteral("Active mode not supported; use PASV or EPSV."));
+}
+
+bool SimFtpSession::TakeDataChannel(SimFtpDataChannel** channel)
+{
+    if (!m_pData) {
+        Reply(425, QStringLiteral("Use PASV or EPSV first."));
+        return false;
+    }
+    *channel = m_pData;
+    m_pData = nullptr;
+    return true;
+}
+
+void SimFtpSession::RunTransfer(SimFtpDataChannel* channel, QIODevice* device, bool send, const QString& opening)
+{
+    device->setParent(channel);
+    m_pRunning = channel;
+    m_bBusy = true;
+    connect(channel, &SimFtpDataChannel::SignalFinished, this, [this, channel, device](bool ok, const QString& reason) {
+        device->close(); // flushed before the client hears 226 and looks at the file
+        channel->deleteLater();
+        m_bBusy = false;
+        m_pRunning = nullptr;
+        if (ok)
+            Reply(226, QStringLiteral("Transfer complete."));
+        else
+            Reply(reason.startsWith(QLatin1String("Can't")) ? 425 : 426, reason);
+        ProcessLines();
+    });
+    Reply(150, opening);
+    if (send)
+        channel->StartSend(device);
+    else
+        channel->StartReceive(device);
+}
+
+void SimFtpSession::SendListing(const QString& argument, int kind)
+{
+    // Options such as "-la" that clients put before the path are ignored.
+    QString target = argument.trimmed();
+    while (target.startsWith(QLatin1Char('-'))) {
+        const int space = target.indexOf(QLatin1Char(' '));
+        target = space < 0 ? QString() : target.mid(space + 1).trimmed();
+    }
+    QString local;
+    if (!LocalFor(target, &local))
+        return;
+    const QFileInfo info(local);
+    if (!info.exists() || (kind == ListFacts && !info.isDir())) {
+        Reply(550, QStringLiteral("No such directory."));
+        return;
+    }
+    SimFtpDataChannel* channel = nullptr;
+    if (!TakeDataChannel(&channel))
+        return;
+    QFileInfoList entries;
+    if (info.isDir())
+        entries = QDir(local).entryInfoList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                                            QDir::Name | QDir::DirsFirst);
+    else
+        entries << info;
+    QByteArray text;
+    const QDateTime now = QDateTime::currentDateTime();
+    for (const QFileInfo& entry : entries) {
+        if (!m_jail.IsInside(entry.absoluteFilePath()))
+            continue; // links out of the root are not there for the client
+        if (kind == ListLong)
+            text += SimFtpListing::UnixLine(entry, now);
+        else if (kind == ListFacts)
+            text += SimFtpListing::Facts(entry) + ' ' + entry.fileName().toUtf8();
+        else
+            text += entry.fileName().toUtf8();
+        text += "\r\n";
+    }
+    auto* buffer = new QBuffer;
+    buffer->setData(text);
+    buffer->open(QIODevice::ReadOnly);
+    RunTransfer(channel, buffer, true, QStringLiteral("Here comes the directory listing."));
+}
+
+void SimFtpSession::CmdList(const QString& argument)
+{
+    SendListing(argument, ListLong);
+}
+
+void SimFtpSession::CmdNlst(const QString& argument)
+{
+    SendListing(argument, ListNames);
+}
+
+void SimFtpSession::CmdMlsd(const QString& argument)
+{
+    SendListing(argument, ListFacts);
+}
+
+void SimFtpSession::CmdMlst(const QString& argument)
+{
+    QString local;
+    QString path;
+    if (!LocalFor(argument, &local, &path))
+        return;
+    const QFileInfo info(local);
+    if (!info.exists()) {
+        Reply(550, QStringLiteral("No such file or directory."));
+        return;
+    }
+    ReplyRaw("250-Listing " + path.toUtf8() + "\r\n " + SimFtpListing::Facts(info) + ' ' + path.toUtf8() +
+             "\r\n250 End.\r\n");
+}
+
+void SimFtpSession::CmdRetr(const QString& argument)
+{
+    QString local;
+    if (!LocalFor(argument, &local))
+        return;
+    auto file = std::make_unique<QFile>(local);
+    if (!QFileInfo(local).isFile() || !file->open(QIODevice::ReadOnly)) {
+        Reply(550, QStringLiteral("No such file."));
+        return;
+    }
+    if (m_nRestOffset > 0 && !file->seek(m_nRestOffset)) {
+        Reply(554, QStringLiteral("Invalid restart position."));
+        return;
+    }
+    SimFtpDataChannel* channel = nullptr;
+    if (!TakeDataChannel(&channel))
+        return;
+    const qint64 size = file->size();
+    RunTransfer(channel, file.release(), true,
+                QStringLiteral("Opening BINARY mode data connection for %1 (%2 bytes).")
+                    .arg(QFileInfo(local).fileName())
+                    .arg(size));
+}
+
+void SimFtpSession::StoreFile(const QString& argument, bool append)
+{
+    QString local;
+    if (!LocalFor(argument, &local))
+        return;
+    if (QFileInfo(local).isDir() || argument.isEmpty()) {
+        Reply(553, QStringLiteral("Not a file name."));
+        return;
+    }
+    auto file = std::make_unique<QFile>(local);
+    bool opened;
+    if (append)
+        opened = file->open(QIODevice::WriteOnly | QIODevice::Append);
+    else if (m_nRestOffset > 0)
+        opened = file->open(QIODevice::ReadWrite) && file->resize(m_nRestOffset) && file->seek(m_nRestOffset);
+    else
+        opened = file->open(QIODevice::WriteOnly | QIODevice::Truncate);
+    if (!opened) {
+        Reply(553, QStringLiteral("Cannot write the file."));
+        return;
+    }
+    SimFtpDataChannel* channel = nullptr;
+    if (!TakeDataChannel(&channel))
+        return;
+    RunTransfer(channel, file.release(), false, QStringLiteral("Ok to send data."));
+}
+
+void SimFtpSession::CmdStor(const QString& argument)
+{
+    StoreFile(argument, false);
+}
+
+void SimFtpSession::CmdAppe(const QString& argument)
+{
+    StoreFile(argument, true);
+}
+
+void SimFtpSession::CmdRest(const QString& argument)
+{
+    bool ok = false;
+    const qint64 offset = argument.trimmed().toLongLong(&ok);
+    if (!ok || offset < 0) {
+        Reply(501, QStringLiteral("Bad restart position."));
+        return;
+    }
+    m_nRestOffset = offset;
+    Reply(350, QStringLiteral("Restarting at %1. Send STORE or RETRIEVE.").arg(offset));
+}
+
+void SimFtpSession::CmdSize(const QString& argument)
+{
+    QString local;
+    if (!LocalFor(argument, &local))
+        return;
+    const QFileInfo info(local);
+    if (!info.isFile())
+        Reply(550, QStringLiteral("Could not get file size."));
+    else
+        Reply(213, QString::number(info.size()));
+}
+
+void SimFtpSession::CmdMdtm(const QString& argument)
+{
+    QString local;
+    if (!LocalFor(argument, &local))
+        return;
+    const QFileInfo info(local);
+    if (!info.exists())
+        Reply(550, QStringLiteral("No such file or directory."));
+    else
+        Reply(213, QString::fromLatin1(SimFtpListing::TimeStamp(info.lastModified())));
+}
+
+void SimFtpSession::CmdDele(const QString& argument)
+{
+    QString local;
+    if (!LocalFor(argument, &local))
+        return;
+    const QFileInfo info(local);
+    if (info.isDir() || !QFile::remove(local))
+        Reply(550, QStringLiteral("Could not delete %1.").arg(argument));
+    else
+        Reply(250, QStringLiteral("File deleted."));
+}
+
+void SimFtpSession::CmdMkd(const QString& argument)
+{
+    QString local;
+    QString path;
+    if (!LocalFor(argument, &local, &path))
+        return;
+    if (QFileInfo::exists(local) || !QDir().mkdir(local))
+        Reply(550, QStringLiteral("Could not create %1.").arg(argument));
+    else
+        Reply(257, quoted(path) + QStringLiteral(" created."));
+}
+
+void SimFtpSession::CmdRmd(const QString& argument)
+{
+    QString local;
+    QString path;
+    if (!LocalFor(argument, &local, &path))
+        return;
+    if (path == QLatin1String("/") || !QFileInfo(local).isDir() || QFileInfo(local).isSymLink() || !QDir().rmdir(local))
+        Reply(550, QStringLiteral("Could not remove %1.").arg(argument));
+    else
+        Reply(250, QStringLiteral("Directory removed."));
+}
+
+void SimFtpSession::CmdRnfr(const QString& argument)
+{
+    QString local;
+    QString path;
+    if (!LocalFor(argument, &local, &path))
+        return;
+    if (path == QLatin1String("/") || !QFileInfo::exists(local)) {
+        Reply(550, QStringLiteral("No such file or directory."));
+        return;
+    }
+    m_strRenameFrom = local;
+    Reply(350, QStringLiteral("Ready for RNTO."));
+}
+
+void SimFtpSession::CmdRnto(const QString& argument)
+{
+    const QString from = m_strRenameFrom;
+    m_strRenameFrom.clear();
+    if (from.isEmpty()) {
+        Reply(503, QStringLiteral("RNFR required first."));
+        return;
+    }
+    QString local;
+    if (!LocalFor(argument, &local))
+        return;
+    if (QFileInfo::exists(local) || !QDir().rename(from, local))
+        Reply(553, QStringLiteral("Rename failed."));
+    else
+        Reply(250, QStringLiteral("Rename successful."));
+}
+
+void SimFtpSession::CmdFeat(const QString&)
+{
+    ReplyRaw("211-Features:\r\n EPSV\r\n PASV\r\n SIZE\r\n MDTM\r\n REST STREAM\r\n"
+             " MLST type*;size*;modify*;perm*;\r\n UTF8\r\n211 End\r\n");
+}
+
+void SimFtpSession::CmdOpts(const QString& argument)
+{
+    const QString option = argument.trimmed().toUpper();
+    if (option == QLatin1String("UTF8 ON") || option == QLatin1String("UTF8"))
+        Reply(200, QStringLiteral("UTF8 set to on."));
+    else if (option.startsWith(QLatin1String("MLST")))
+        Reply(200, QStringLiteral("MLST OPTS type;size;modify;perm;"));
+    else
+        Reply(501, QStringLiteral("Option not understood."));
+}
+
+void SimFtpSession::CmdSyst(const QString&)
+{
+    Reply(215, QStringLiteral("UNIX Type: L8"));
+}
+
+void SimFtpSession::CmdNoop(const QString&)
+{
+    Reply(200, QStringLiteral("NOOP ok."));
+}
+
+void SimFtpSession::CmdAllo(const QString&)
+{
+    Reply(202, QStringLiteral("No storage allocation necessary."));
+}
+
+void SimFtpSession::CmdQuit(const QString&)
+{
+    Reply(221, QStringLiteral("Goodbye."));
+    Close();
+}
+
+void SimFtpSession::CmdAbor(const QString&)
+{
+    if (m_pRunning) {
+        m_pRunning->Abort(); // answers 426 through the transfer's own ending
+        Reply(226, QStringLiteral("Abort successful."));
+    } else {
+        Reply(225, QStringLiteral("No transfer to abort."));
+    }
+}
+
+void SimFtpSession::CmdAuth(const QString&)
+{
+    Reply(502, QStringLiteral("TLS not available."));
+}

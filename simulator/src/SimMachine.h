@@ -1,0 +1,74 @@
+#pragma once
+
+#include "SimGCodeProgram.h"
+
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QStringList>
+
+struct SimOptions;
+
+// The simulated machine: runs a program from its root and moves through time in
+// whatever steps Advance() is given, so tests can drive it without waiting.
+// States as the workbench shows them: 0 offline (starting up), 1 running, 2 error,
+// 3 waiting, 4 forbidden (interlock open).
+class SimMachine
+{
+public:
+    enum Status
+    {
+        Offline = 0,
+        Running = 1,
+        Error = 2,
+        Waiting = 3,
+        Forbidden = 4
+    };
+
+    static constexpr double kErrorHoldSeconds = 8;
+
+    explicit SimMachine(const SimOptions& options);
+
+    void Advance(double seconds);
+    // Loads and starts a program given by its path inside the root.
+    bool StartProgram(const QString& virtualPath, QString* error);
+
+    Status CurrentStatus() const;
+    const SimAxes& MachinePosition() const { return m_pos; }
+    const QString& LastFault() const { return m_strFault; }
+
+    QJsonObject RealTimeData() const;
+    QJsonObject MachineInfo(const QString& reportedIp) const;
+    QJsonArray Tools() const { return m_tools; }
+    // Replaces the tool table; false when an entry lacks a tool number.
+    bool SetTools(const QJsonArray& tools);
+
+private:
+    void StartNextAutorunProgram();
+    int CurrentLine() const;
+    double SecondsLeft() const;
+    QJsonObject ToolJson() const;
+    QJsonArray Loads() const;
+
+    const SimOptions& m_options;
+    QJsonArray m_tools;
+    SimGCodeProgram m_program;
+    bool m_bRunning = false;
+    bool m_bFinished = false;
+    int m_iStep = 0;
+    double m_dStepElapsed = 0;
+    double m_dProgramElapsed = 0;
+    double m_dClock = 0;
+    double m_dErrorLeft = 0;
+    double m_dIdle = 0;
+    int m_iAutorun = 0;
+    QString m_strFault;
+    SimAxes m_pos{};
+    SimAxes m_velocity{}; // units per minute, for the loads
+    SimAxes m_workOffset = {-200, -150, -100, 0, 0};
+    int m_nTool = 1;
+    int m_nSpindle = 0;
+    int m_nFeed = 0;
+    bool m_bCutting = false;
+    bool m_bChangingTool = false;
+    double m_dSpindleTemp = 24.0;
+};

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QHostAddress>
+#include <QString>
+#include <QStringList>
+
+// Everything cnc-sim can be told on its command line, including the fault switches
+// that let the workbench's failure paths be exercised against the real wire.
+struct SimOptions
+{
+    QHostAddress bindAddress{QHostAddress::LocalHost};
+    QString rootDir;
+    quint16 ftpPort = 2121;
+    quint16 infoPort = 30001;
+    quint16 snPort = 5002;
+    quint16 discoveryPort = 30002;
+    QString serialNumber = QStringLiteral("PB01A2406001");
+    QString sysVersion = QStringLiteral("1.5.2");
+    QString fwVersion = QStringLiteral("2.3.0");
+    QString interfaceName = QStringLiteral("eth");
+    QString ftpUser;
+    QString ftpPassword;
+
+    // The simulated machine.
+    QString runProgram;       // started at once, relative to the root
+    bool autorun = false;     // cycle through every program of the root
+    double timeScale = 1.0;   // simulated seconds per wall-clock second
+    double bootSeconds = 0;   // state 0 while the controller starts
+    bool forbid = false;      // interlock open: state 4, nothing runs
+    double idleSeconds = 3.0; // waiting between programs in autorun
+
+    // Fault switches.
+    qint64 ftpDropAfter = -1; // bytes per transfer before the data link is cut
+    qint64 ftpRate = 0;       // bytes per second per transfer, 0 = unlimited
+    QStringList ftpRefused;   // upper-case command verbs answered with 550
+    int snErrorCode = 0;
+    bool snSilent = false;
+    bool realTimeSilent = false;
+    double vanishAfter = -1; // seconds until every port closes
+
+    // Returns false with a message for the user on a bad command line; --help and
+    // --version print and exit inside.
+    static bool Parse(const QStringList& arguments, SimOptions* options, QString* error);
+};

@@ -1,0 +1,183 @@
+#include <FtpListingParser.h>
+#include <QTest>
+#include <QTimeZone>
+
+namespace {
+QDateTime Utc(int y, int mo, int d, int h = 0, int mi = 0, int s = 0)
+{
+    return QDateTime(QDate(y, mo, d), QTime(h, mi, s), QTimeZone::utc());
+}
+
+const QDateTime kNow = Utc(2024, 3, 10, 12, 0);
+} // namespace
+
+class TestFtpListingParser : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void parsesLine_data();
+    void parsesLine();
+    void ignoresLine_data();
+    void ignoresLine();
+    void parsesWholeListing();
+    void survivesInsertedBlanksAndBreaks();
+};
+
+void TestFtpListingParser::parsesLine_data()
+{
+    QTest::addColumn<QString>("line");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("type");
+    QTest::addColumn<qint64>("size");
+    QTest::addColumn<QDateTime>("time");
+
+    QTest::newRow("unix-pure-ftpd-year")
+        << "-rw-r--r--    1 0          0                   2 Jan  2  2020 old file 旧.nc"
+        << "old file 旧.nc"
+        << "file" << qint64(2) << Utc(2020, 1, 2);
+    QTest::newRow("unix-vsftpd-year") << "-rw-r--r--    1 0        0               2 Jan 02  2020 old file 旧.nc"
+                                      << "old file 旧.nc"
+                                      << "file" << qint64(2) << Utc(2020, 1, 2);
+    QTest::newRow("unix-pyftpdlib-year") << "-rw-r--r--   1 root     root            2 Jan 02  2020 old file 旧.nc"
+                                         << "old file 旧.nc"
+                                         << "file" << qint64(2) << Utc(2020, 1, 2);
+    QTest::newRow("unix-time-this-year") << "-rw-r--r-- 1 ftp ftp 4096 Mar  9 04:45 recent.nc"
+                                         << "recent.nc"
+                                         << "file" << qint64(4096) << Utc(2024, 3, 9, 4, 45);
+    QTest::newRow("unix-time-tomorrow-is-this-year") << "-rw-r--r-- 1 ftp ftp 1 Mar 11 23:59 t.nc"
+                                                     << "t.nc"
+                                                     << "file" << qint64(1) << Utc(2024, 3, 11, 23, 59);
+    QTest::newRow("unix-time-future-is-last-year") << "-rw-r--r-- 1 ftp ftp 1 Nov 23 04:45 last.nc"
+                                                   << "last.nc"
+                                                   << "file" << qint64(1) << Utc(2023, 11, 23, 4, 45);
+    QTest::newRow("unix-dir") << "drwxr-xr-x 2 ftp ftp 4096 Feb 29 10:00 程序 目录"
+                              << "程序 目录"
+                              << "dir" << qint64(4096) << Utc(2024, 2, 29, 10, 0);
+    QTest::newRow("unix-symlink") << "lrwxrwxrwx 1 0 0 8 Jan  2  2020 link.nc -> plain.nc"
+                                  << "link.nc"
+                                  << "file" << qint64(8) << Utc(2020, 1, 2);
+    QTest::newRow("unix-no-group") << "-rw-r--r-- 1 owner 77 Dec 31  1999 a.nc"
+                                   << "a.nc"
+                                   << "file" << qint64(77) << Utc(1999, 12, 31);
+    QTest::newRow("unix-device") << "crw-rw-rw- 1 root root 1, 3 Jan  2  2020 null"
+                                 << "null"
+                                 << "file" << qint64(0) << Utc(2020, 1, 2);
+    QTest::newRow("unix-leading-and-double-spaces") << "-rw-r--r-- 1 a b 5 Jan  2  2020 two  spaces.nc"
+                                                    << "two  spaces.nc"
+                                                    << "file" << qint64(5) << Utc(2020, 1, 2);
+    QTest::newRow("unix-big-size") << "-rw-r--r-- 1 a b 1073741824 Jan  2  2020 big.bin"
+                                   << "big.bin"
+                                   << "file" << qint64(1073741824) << Utc(2020, 1, 2);
+    QTest::newRow("unix-crlf") << "-rw-r--r-- 1 a b 5 Jan  2  2020 crlf.nc\r"
+                               << "crlf.nc"
+                               << "file" << qint64(5) << Utc(2020, 1, 2);
+    QTest::newRow("dos-dir") << "01-02-20  10:30AM       <DIR>          folder name"
+                             << "folder name"
+                             << "dir" << qint64(0) << Utc(2020, 1, 2, 10, 30);
+    QTest::newRow("dos-file-pm") << "12-31-99  11:05PM              1234 old.nc"
+                                 << "old.nc"
+                                 << "file" << qint64(1234) << Utc(1999, 12, 31, 23, 5);
+    QTest::newRow("dos-noon") << "03-04-2021  12:15PM  10 noon.nc"
+                              << "noon.nc"
+                              << "file" << qint64(10) << Utc(2021, 3, 4, 12, 15);
+    QTest::newRow("dos-iso-24h") << "2020-01-02  17:45    5,678 iso file.nc"
+                                 << "iso file.nc"
+                                 << "file" << qint64(5678) << Utc(2020, 1, 2, 17, 45);
+    QTest::newRow("mlsd-file") << "type=file;size=6;modify=20261123090048;UNIX.mode=0644; 中 a.txt"
+                               << "中 a.txt"
+                               << "file" << qint64(6) << Utc(2026, 11, 23, 9, 0, 48);
+    QTest::newRow("mlsd-dir-upper-facts") << "Type=dir;Sizd=4096;Modify=20200102030405.123; sub dir"
+                                          << "sub dir"
+                                          << "dir" << qint64(4096) << Utc(2020, 1, 2, 3, 4, 5);
+    QTest::newRow("mlsd-create-fallback") << "type=file;size=1;create=20200102030405; c.nc"
+                                          << "c.nc"
+                                          << "file" << qint64(1) << Utc(2020, 1, 2, 3, 4, 5);
+    QTest::newRow("mlsd-symlink") << "type=OS.unix=symlink;size=3;modify=20200102030405; l.nc"
+                                  << "l.nc"
+                                  << "file" << qint64(3) << Utc(2020, 1, 2, 3, 4, 5);
+    QTest::newRow("mlsd-name-with-semicolon") << "type=file;size=1;modify=20200102030405; a; b=c.nc"
+                                              << "a; b=c.nc"
+                                              << "file" << qint64(1) << Utc(2020, 1, 2, 3, 4, 5);
+}
+
+void TestFtpListingParser::parsesLine()
+{
+    QFETCH(QString, line);
+    FtpFileInfo info;
+    QVERIFY(FtpListingParser(kNow).ParseLine(line, &info));
+    QTEST(info.name, "name");
+    QTEST(info.type, "type");
+    QTEST(info.size, "size");
+    QTEST(info.time, "time");
+}
+
+void TestFtpListingParser::ignoresLine_data()
+{
+    QTest::addColumn<QString>("line");
+    QTest::newRow("total") << "total 12";
+    QTest::newRow("empty") << "";
+    QTest::newRow("blank") << "   \t ";
+    QTest::newRow("unix-dot") << "drwxr-xr-x 2 a b 4096 Jan  2  2020 .";
+    QTest::newRow("unix-dotdot") << "drwxr-xr-x 2 a b 4096 Jan  2  2020 ..";
+    QTest::newRow("mlsd-cdir") << "type=cdir;sizd=4096;modify=20261123090048; .";
+    QTest::newRow("mlsd-pdir") << "type=pdir;sizd=4096;modify=20261123090048; ..";
+    QTest::newRow("mlsd-cdir-full-path") << "type=cdir;modify=20261123090048; /some/dir";
+    QTest::newRow("slash-in-name") << "-rw-r--r-- 1 a b 5 Jan  2  2020 ../../etc/passwd";
+    QTest::newRow("bad-month") << "-rw-r--r-- 1 a b 5 Foo  2  2020 x.nc";
+    QTest::newRow("bad-day") << "-rw-r--r-- 1 a b 5 Jan 32  2020 x.nc";
+    QTest::newRow("bad-permissions") << "-rw-r--r-Q 1 a b 5 Jan  2  2020 x.nc";
+    QTest::newRow("no-name") << "-rw-r--r-- 1 a b 5 Jan  2  2020";
+    QTest::newRow("server-banner") << "226 Transfer complete.";
+    QTest::newRow("dos-bad-date") << "13-45-20  10:30AM  5 x.nc";
+    QTest::newRow("dos-no-size") << "01-02-20  10:30AM  big x.nc";
+    QTest::newRow("mlsd-no-name") << "type=file;size=1;";
+}
+
+void TestFtpListingParser::ignoresLine()
+{
+    QFETCH(QString, line);
+    FtpFileInfo info;
+    QVERIFY(!FtpListingParser(kNow).ParseLine(line, &info));
+}
+
+void TestFtpListingParser::parsesWholeListing()
+{
+    const QByteArray listing = "total 3\r\n"
+                               "drwxr-xr-x 2 a b 4096 Jan  2  2020 .\r\n"
+                               "-rw-r--r-- 1 a b 5 Jan  2  2020 one.nc\r\n"
+                               "garbage line\r\n"
+                               "drwxr-xr-x 2 a b 4096 Jan  2  2020 目录\r\n"
+                               "-rw-r--r-- 1 a b 7 Jan  2  2020 last.nc"; // no final line end
+    const QList<FtpFileInfo> entries = FtpListingParser(kNow).Parse(listing);
+    QCOMPARE(entries.size(), 3);
+    QCOMPARE(entries[0].name, QStringLiteral("one.nc"));
+    QCOMPARE(entries[1].name, QStringLiteral("目录"));
+    QVERIFY(entries[1].isDir());
+    QCOMPARE(entries[2].size, 7);
+}
+
+void TestFtpListingParser::survivesInsertedBlanksAndBreaks()
+{
+    // Any line mangled anywhere must be parsed or dropped, never crash or yield a bad name.
+    const QStringList lines{"-rw-r--r-- 1 a b 5 Jan  2  2020 one.nc", "01-02-20  10:30AM       <DIR>          folder",
+                            "type=file;size=6;modify=20261123090048; x.nc", "lrwxrwxrwx 1 0 0 8 Jan  2 10:00 l -> t"};
+    const FtpListingParser parser(kNow);
+    for (const QString& line : lines) {
+        for (qsizetype pos = 0; pos <= line.size(); ++pos) {
+            for (const QString& insert :
+                 {QStringLiteral(" "), QStringLiteral("\t"), QStringLiteral("\r"), QStringLiteral("\n")}) {
+                const QString mangled = QString(line).insert(pos, insert);
+                const QList<FtpFileInfo> entries = parser.Parse(mangled.toUtf8());
+                for (const FtpFileInfo& entry : entries) {
+                    QVERIFY(!entry.name.isEmpty());
+                    QVERIFY(!entry.name.contains(QLatin1Char('/')));
+                    QVERIFY(entry.name != QLatin1String(".") && entry.name != QLatin1String(".."));
+                }
+            }
+        }
+    }
+}
+
+QTEST_GUILESS_MAIN(TestFtpListingParser)
+#include "tst_FtpListingParser.moc"

@@ -1,0 +1,268 @@
+#include "CDebugLog.h"
+#include "CncSimulator.h"
+#include "FileTransferClient.h"
+#include "MachineFrameDecoder.h"
+#include "SimMachine.h"
+
+#include <QFile>
+#include <QSignalSpy>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QTemporaryDir>
+#include <QTest>
+#include <memory>
+
+// The machine client against the simulator, and against a raw socket that sends
+// what no machine should.
+class tst_FileTransferClient : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+    void machineInfoFilledFieldByField();
+    void realTimeDataMovesWhileAProgramRuns();
+    void unansweredRequestFailsAfterTheTimeout();
+    void machineGoingAwayFailsWhatIsPending();
+    void refusedConnectionAndRequestsWithoutOne();
+    void explicitDisconnect();
+    void rawFrames_data();
+    void rawFrames();
+
+private:
+    bool Connect(FileTransferClient& client, quint16 port);
+
+    QTemporaryDir m_config;
+    QTemporaryDir m_root;
+    std::unique_ptr<CncSimulator> m_sim;
+};
+
+void tst_FileTransferClient::initTestCase()
+{
+    qputenv("KORV_CONFIG_DIR", m_config.path().toUtf8());
+    QFile program(m_root.filePath("part.nc"));
+    QVERIFY(program.open(QIODevice::WriteOnly));
+    program.write("G90 G21\nG0 X0 Y0 Z50\nS8000 M3\nG1 X100 Y100 Z0 F1200\nG1 X0 Y0\nM30\n");
+}
+
+void tst_FileTransferClient::init()
+{
+    SimOptions options;
+    options.rootDir = m_root.path();
+    options.serialNumber = "PB03CLIENT01";
+    options.sysVersion = "1.4.6";
+    options.fwVersion = "3.1.4";
+    options.runProgram = "part.nc";
+    options.timeScale = 20;
+    options.ftpPort = options.infoPort = options.snPort = options.discoveryPort = 0;
+    m_sim = std::make_unique<CncSimulator>(options);
+    QString error;
+    QVERIFY2(m_sim->Start(&error), qPrintable(error));
+}
+
+void tst_FileTransferClient::cleanup()
+{
+    m_sim.reset();
+}
+
+bool tst_FileTransferClient::Connect(FileTransferClient& client, quint16 port)
+{
+    QSignalSpy status(&client, &FileTransferClient::SignalTcpConnectStatus);
+    if (!client.connectToMachine("127.0.0.1", port) || !status.wait(5000))
+        return false;
+    return status.first().first().toBool() && client.isConnected();
+}
+
+void tst_FileTransferClient::machineInfoFilledFieldByField()
+{
+    FileTransferClient client;
+    QVERIFY(Connect(client, m_sim->InfoPort()));
+    QSignalSpy finished(&client, &FileTransferClient::SignalGetMachineInfoFinished);
+    QVERIFY(client.GetMachineInfo());
+    QVERIFY(finished.wait(5000));
+    QVERIFY(finished.first().at(0).toBool());
+    const auto system = finished.first().at(1).value<StructMachineSystemInfo>();
+    const auto net = finished.first().at(2).value<StructMachineNetInfo>();
+    QCOMPARE(system.sn, QString("PB03CLIENT01"));
+    QCOMPARE(system.SysVer, QString("1.4.6"));
+    QCOMPARE(system.FwVer, QString("3.1.4"));
+    QCOMPARE(system.ProbeSendVer, QString("1.0.3"));
+    QCOMPARE(system.ProbeRecvVer, QString("1.0.5"));
+    QCOMPARE(system.CameraVer, QString("0.9.8"));
+    QVERIFY(system.TotalRunTime >= 1260);
+    QCOMPARE(system.TotalMachineTime, 845);
+    QCOMPARE(system.Mqtt, 1);
+    QCOMPARE(net.eth.ip, QString("127.0.0.1"));
+    QCOMPARE(net.eth.mask, QString("255.255.255.0"));
+    QVERIFY(!net.eth.mac.isEmpty());
+    QCOMPARE(net.wlan.ip, QString());
+}
+
+void tst_FileTransferClient::realTimeDataMovesWhileAProgramRuns()
+{
+    FileTransferClient client;
+    QVERIFY(Connect(client, m_sim->InfoPort()));
+    QSignalSpy data(&client, &FileTransferClient::SignalGetMachineRealTimeData);
+    QList<StructRealTimeData> records;
+    for (int i = 0; i < 3; ++i) {
+        QVERIFY(client.GetMachineRealTimeData());
+        QVERIFY(data.wait(5000));
+        QVERIFY(data.last().at(0).toBool());
+        records << data.last().at(1).value<StructRealTimeData>();
+        QTest::qWait(150); // three simulated seconds
+    }
+    QCOMPARE(records.first().sn, QString("PB03CLIENT01"));
+    QCOMPARE(records.first().status, int(SimMachine::Running));
+    QCOMPARE(records.first().program.name, QString("part.nc"));
+    QCOMPARE(records.first().program.totalLine, 6);
+    QCOMPARE(records.first().load.size(), 7);
+    QCOMPARE(records.first().originOffset.index, QString("G54"));
+    const auto moved = [](const StructRealTimeData& a, const StructRealTimeData& b) {
+        return a.MCS.x != b.MCS.x || a.MCS.y != b.MCS.y || a.MCS.z != b.MCS.z;
+    };
+    QVERIFY(moved(records.at(0), records.at(1)));
+    QVERIFY(moved(records.at(1), records.at(2)));
+    QVERIFY(records.at(2).runTime > records.at(0).runTime);
+    QCOMPARE(records.at(2).WCS.x, records.at(2).MCS.x - records.at(2).originOffset.offset.x);
+}
+
+void tst_FileTransferClient::unansweredRequestFailsAfterTheTimeout()
+{
+    m_sim->Options().realTimeSilent = true;
+    FileTransferClient client;
+    client.SetRequestTimeout(300);
+    QVERIFY(Connect(client, m_sim->InfoPort()));
+    QSignalSpy data(&client, &FileTransferClient::SignalGetMachineRealTimeData);
+    QSignalSpy info(&client, &FileTransferClient::SignalGetMachineInfoFinished);
+    QVERIFY(client.GetMachineRealTimeData());
+    QVERIFY(client.GetMachineInfo());
+    // The information request is still answered; only the silent one fails.
+    QVERIFY(info.wait(5000));
+    QVERIFY(info.first().at(0).toBool());
+    QVERIFY(data.wait(5000));
+    QCOMPARE(data.size(), 1);
+    QVERIFY(!data.first().at(0).toBool());
+    QVERIFY(client.isConnected());
+}
+
+void tst_FileTransferClient::machineGoingAwayFailsWhatIsPending()
+{
+    m_sim->Options().realTimeSilent = true;
+    FileTransferClient client;
+    QVERIFY(Connect(client, m_sim->InfoPort()));
+    QSignalSpy status(&client, &FileTransferClient::SignalTcpConnectStatus);
+    QSignalSpy data(&client, &FileTransferClient::SignalGetMachineRealTimeData);
+    QVERIFY(client.GetMachineRealTimeData());
+    QTest::qWait(50);
+    m_sim->Vanish();
+    QVERIFY(status.wait(5000));
+    QCOMPARE(status.size(), 1);
+    QCOMPARE(status.first().first().toBool(), false);
+    QCOMPARE(data.size(), 1);
+    QVERIFY(!data.first().at(0).toBool());
+    QVERIFY(!client.isConnected());
+    QVERIFY(!client.GetMachineRealTimeData());
+}
+
+void tst_FileTransferClient::refusedConnectionAndRequestsWithoutOne()
+{
+    FileTransferClient client;
+    QVERIFY(!client.GetMachineInfo());
+    QVERIFY(!client.connectToMachine("", 30001));
+    QTcpServer closed;
+    QVERIFY(closed.listen(QHostAddress::LocalHost));
+    const quint16 port = closed.serverPort();
+    closed.close();
+    QSignalSpy status(&client, &FileTransferClient::SignalTcpConnectStatus);
+    QVERIFY(client.connectToMachine("127.0.0.1", port));
+    QVERIFY(status.wait(5000));
+    QCOMPARE(status.size(), 1);
+    QCOMPARE(status.first().first().toBool(), false);
+}
+
+void tst_FileTransferClient::explicitDisconnect()
+{
+    m_sim->Options().realTimeSilent = true;
+    FileTransferClient client;
+    QVERIFY(Connect(client, m_sim->InfoPort()));
+    QSignalSpy status(&client, &FileTransferClient::SignalTcpConnectStatus);
+    QSignalSpy data(&client, &FileTransferClient::SignalGetMachineRealTimeData);
+    QVERIFY(client.GetMachineRealTimeData());
+    client.disconnectFromMachine();
+    QCOMPARE(status.size(), 1);
+    QCOMPARE(status.first().first().toBool(), false);
+    QCOMPARE(data.size(), 1);
+    QVERIFY(!client.isConnected());
+    QTest::qWait(50);
+    QCOMPARE(status.size(), 1); // reported once, not again by the socket
+}
+
+void tst_FileTransferClient::rawFrames_data()
+{
+    QTest::addColumn<QList<QByteArray>>("pieces");
+    QTest::addColumn<bool>("closeAfter");
+    QTest::addColumn<int>("answered");
+    QTest::addColumn<bool>("connectionLost");
+    QTest::addColumn<QString>("logLine");
+    const QByteArray reply = MachineFrameDecoder::Encode(
+        {{"type", "RealTimeDataRes"}, {"code", 0}, {"data", QJsonObject{{"sn", "RAW"}, {"status", 1}}}});
+    QTest::newRow("split") << QList<QByteArray>{reply.left(2), reply.mid(2, 9), reply.mid(11)} << false << 1 << false
+                           << "";
+    QTest::newRow("merged") << QList<QByteArray>{reply + reply} << false << 2 << false << "";
+    QTest::newRow("truncated") << QList<QByteArray>{reply.left(reply.size() - 3)} << true << 0 << true
+                               << "connection to";
+    QTest::newRow("malformed") << QList<QByteArray>{QByteArray::fromHex("00000005") + "{nope"} << false << 0 << true
+                               << "bad frame";
+    QTest::newRow("oversized") << QList<QByteArray>{QByteArray::fromHex("40000000") + QByteArray(64, 'x')} << false << 0
+                               << true << "bad frame";
+    QTest::newRow("error-code") << QList<QByteArray>{MachineFrameDecoder::Encode(
+                                       {{"type", "RealTimeDataRes"}, {"code", 7}, {"msg", "busy"}})}
+                                << false << 0 << false << "";
+}
+
+void tst_FileTransferClient::rawFrames()
+{
+    QFETCH(QList<QByteArray>, pieces);
+    QFETCH(bool, closeAfter);
+    QFETCH(int, answered);
+    QFETCH(bool, connectionLost);
+    QFETCH(QString, logLine);
+    QTcpServer server;
+    QVERIFY(server.listen(QHostAddress::LocalHost));
+    FileTransferClient client;
+    client.SetRequestTimeout(1000);
+    QVERIFY(Connect(client, server.serverPort()));
+    QVERIFY(QTest::qWaitFor([&server] { return server.hasPendingConnections(); }, 5000));
+    QTcpSocket* peer = server.nextPendingConnection();
+    QSignalSpy status(&client, &FileTransferClient::SignalTcpConnectStatus);
+    QSignalSpy data(&client, &FileTransferClient::SignalGetMachineRealTimeData);
+    QVERIFY(client.GetMachineRealTimeData());
+    QVERIFY(client.GetMachineRealTimeData());
+    for (const QByteArray& piece : pieces) {
+        peer->write(piece);
+        peer->flush();
+        QTest::qWait(30);
+    }
+    if (closeAfter)
+        peer->disconnectFromHost();
+    // Both requests end one way or another: answered, failed by the loss, or by the error code.
+    QVERIFY(QTest::qWaitFor([&] { return data.size() == 2 || (!connectionLost && answered == 1 && data.size() == 1); },
+                            5000));
+    int ok = 0;
+    for (const auto& arguments : data)
+        ok += arguments.at(0).toBool() ? 1 : 0;
+    QCOMPARE(ok, answered);
+    if (answered > 0)
+        QCOMPARE(data.first().at(1).value<StructRealTimeData>().sn, QString("RAW"));
+    QCOMPARE(status.size(), connectionLost ? 1 : 0);
+    QCOMPARE(client.isConnected(), !connectionLost);
+    if (!logLine.isEmpty()) {
+        QFile log(CDebugLog::LogFilePath());
+        QVERIFY(log.open(QIODevice::ReadOnly));
+        QVERIFY(log.readAll().contains(("FileTransferClient: " + logLine).toUtf8()));
+    }
+}
+
+QTEST_GUILESS_MAIN(tst_FileTransferClient)
+#include "tst_FileTransferClient.moc"

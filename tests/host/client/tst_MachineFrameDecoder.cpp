@@ -1,0 +1,155 @@
+#include "MachineFrameDecoder.h"
+#include "MachineRecordJson.h"
+
+#include <QJsonArray>
+#include <QTest>
+
+namespace {
+QByteArray frame(const QByteArray& payload)
+{
+    QByteArray header(4, '\0');
+    const quint32 size = quint32(payload.size());
+    header[0] = char(size >> 24);
+    header[1] = char(size >> 16);
+    header[2] = char(size >> 8);
+    header[3] = char(size);
+    return header + payload;
+}
+} // namespace
+
+class tst_MachineFrameDecoder : public QObject
+{
+    Q_OBJECT
+private slots:
+    void decodesHoweverTheBytesArrive_data();
+    void decodesHoweverTheBytesArrive();
+    void untrustworthyFramesBreakTheStream_data();
+    void untrustworthyFramesBreakTheStream();
+    void machineInfoFieldByField();
+    void realTimeDataWithWrongKinds();
+};
+
+void tst_MachineFrameDecoder::decodesHoweverTheBytesArrive_data()
+{
+    QTest::addColumn<int>("chunk");
+    QTest::newRow("byte-by-byte") << 1;
+    QTest::newRow("three-bytes") << 3;
+    QTest::newRow("header-split") << 2;
+    QTest::newRow("all-merged") << 100000;
+}
+
+void tst_MachineFrameDecoder::decodesHoweverTheBytesArrive()
+{
+    QFETCH(int, chunk);
+    const QJsonObject first{{"type", "RealTimeDataRes"}, {"code", 0}, {"msg", "零件"}};
+    const QJsonObject second{{"type", "GetMachineInfoRes"}, {"code", 0}};
+    const QByteArray bytes = MachineFrameDecoder::Encode(first) + MachineFrameDecoder::Encode(second);
+    MachineFrameDecoder decoder;
+    QList<QJsonObject> messages;
+    for (int i = 0; i < bytes.size(); i += chunk) {
+        QVERIFY(decoder.Feed(bytes.mid(i, chunk)));
+        QJsonObject message;
+        while (decoder.Next(&message))
+            messages << message;
+    }
+    QCOMPARE(messages, (QList<QJsonObject>{first, second}));
+    QVERIFY(!decoder.IsBroken());
+}
+
+void tst_MachineFrameDecoder::untrustworthyFramesBreakTheStream_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QString>("error");
+    QTest::newRow("zero-length") << QByteArray(4, '\0') << "frame length 0";
+    QTest::newRow("oversized") << frame("{}").replace(0, 4, QByteArray::fromHex("00100001")) << "frame length 1048577";
+    QTest::newRow("truncated-json") << frame(R"({"type":"Real)") << "malformed JSON";
+    QTest::newRow("array") << frame("[1,2]") << "payload is not a JSON object";
+    QTest::newRow("binary") << frame(QByteArray("\xff\xfe\x00\x01", 4)) << "malformed JSON";
+}
+
+void tst_MachineFrameDecoder::untrustworthyFramesBreakTheStream()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(QString, error);
+    MachineFrameDecoder decoder;
+    // A good message first: it stays deliverable, nothing after the bad frame is.
+    QVERIFY(!decoder.Feed(MachineFrameDecoder::Encode({{"type", "A"}}) + bytes + MachineFrameDecoder::Encode({})));
+    QVERIFY(decoder.IsBroken());
+    QVERIFY2(decoder.ErrorString().startsWith(error), qPrintable(decoder.ErrorString()));
+    QVERIFY(!decoder.Feed(MachineFrameDecoder::Encode({{"type", "B"}})));
+    QJsonObject message;
+    QVERIFY(decoder.Next(&message));
+    QCOMPARE(message.value("type").toString(), QString("A"));
+    QVERIFY(!decoder.Next(&message));
+    decoder.Reset();
+    QVERIFY(decoder.Feed(MachineFrameDecoder::Encode({{"type", "C"}})));
+}
+
+void tst_MachineFrameDecoder::machineInfoFieldByField()
+{
+    const QJsonObject data{
+        {"system", QJsonObject{{"Sn", "PB01X"},
+                               {"SysVer", "1.4.7"},
+                               {"FwVer", "2.0"},
+                               {"ProbeSendVer", "p1"},
+                               {"ProbeRecvVer", "p2"},
+                               {"CameraVer", "c3"},
+                               {"TotalRunTime", 12},
+                               {"TotalMachineTime", 34},
+                               {"Mqtt", 1}}},
+        {"Net", QJsonObject{{"eth", QJsonObject{{"mac", "m1"}, {"ip", "10.0.0.2"}, {"mask", "255.0.0.0"}}},
+                            {"usb", QJsonObject{{"ip", "192.168.7.1"}}}}}};
+    StructMachineSystemInfo system;
+    StructMachineNetInfo net;
+    QVERIFY(MachineRecordJson::ReadMachineInfo(data, &system, &net));
+    QCOMPARE(system.sn, QString("PB01X"));
+    QCOMPARE(system.SysVer, QString("1.4.7"));
+    QCOMPARE(system.FwVer, QString("2.0"));
+    QCOMPARE(system.ProbeSendVer, QString("p1"));
+    QCOMPARE(system.ProbeRecvVer, QString("p2"));
+    QCOMPARE(system.CameraVer, QString("c3"));
+    QCOMPARE(system.TotalRunTime, 12);
+    QCOMPARE(system.TotalMachineTime, 34);
+    QCOMPARE(system.Mqtt, 1);
+    QCOMPARE(net.eth.mac, QString("m1"));
+    QCOMPARE(net.eth.ip, QString("10.0.0.2"));
+    QCOMPARE(net.eth.mask, QString("255.0.0.0"));
+    QCOMPARE(net.usb.ip, QString("192.168.7.1"));
+    QCOMPARE(net.wlan.ip, QString());
+    QVERIFY(!MachineRecordJson::ReadMachineInfo({{"system", "text"}}, &system, &net));
+}
+
+void tst_MachineFrameDecoder::realTimeDataWithWrongKinds()
+{
+    const QJsonObject data{
+        {"sn", 42},
+        {"status", "3"},
+        {"feed", 1e300},
+        {"spindleSpeed", -1e300},
+        {"runTime", 12.6},
+        {"load", QJsonArray{86, "58", QJsonObject{}}},
+        {"MCS", QJsonObject{{"x", -1.5}, {"c", "7.25"}}},
+        {"program", QJsonObject{{"name", "a.nc"}, {"currentLines", QJsonObject{{"lines", QJsonArray{"G0 X0", 5}}}}}},
+        {"toolInfo", QJsonArray{}},
+        {"originOffset", QJsonObject{{"index", "G54"}, {"offset", QJsonObject{{"z", -100}}}}},
+    };
+    StructRealTimeData record;
+    QVERIFY(MachineRecordJson::ReadRealTimeData(data, &record));
+    QCOMPARE(record.sn, QString("42"));
+    QCOMPARE(record.status, 3);
+    QCOMPARE(record.feed, std::numeric_limits<int>::max());
+    QCOMPARE(record.spindleSpeed, std::numeric_limits<int>::min());
+    QCOMPARE(record.runTime, 13);
+    QCOMPARE(record.load, (QList<double>{86, 58, 0}));
+    QCOMPARE(record.MCS.x, -1.5);
+    QCOMPARE(record.MCS.c, 7.25);
+    QCOMPARE(record.program.name, QString("a.nc"));
+    QCOMPARE(record.program.currentLines.lines, (QStringList{"G0 X0", "5"}));
+    QCOMPARE(record.toolInfo.toolNo, 0);
+    QCOMPARE(record.originOffset.index, QString("G54"));
+    QCOMPARE(record.originOffset.offset.z, -100.0);
+    QVERIFY(!MachineRecordJson::ReadRealTimeData({}, &record));
+}
+
+QTEST_GUILESS_MAIN(tst_MachineFrameDecoder)
+#include "tst_MachineFrameDecoder.moc"

@@ -1,0 +1,174 @@
+#include "SimMachine.h"
+#include "SimOptions.h"
+
+#include <QFile>
+#include <QJsonArray>
+#include <QTemporaryDir>
+#include <QTest>
+#include <memory>
+
+namespace {
+void writeProgram(const std::unique_ptr<QTemporaryDir>& dir, const QString& name, const QByteArray& text)
+{
+    QFile file(dir->filePath(name));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(text);
+}
+
+int status(const SimMachine& machine)
+{
+    return machine.RealTimeData().value("status").toInt();
+}
+} // namespace
+
+class tst_SimMachine : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init();
+    void runningProgramMovesAndFinishes();
+    void toolChangeEmptiesTheSpindle();
+    void faultGivesErrorThenWaiting();
+    void bootAndForbidStates();
+    void autorunCyclesPrograms();
+    void refusesPathsOutsideTheRoot();
+    void machineInfoAndTools();
+
+private:
+    std::unique_ptr<QTemporaryDir> m_pDir;
+    SimOptions m_options;
+};
+
+void tst_SimMachine::init()
+{
+    m_pDir = std::make_unique<QTemporaryDir>();
+    m_options = SimOptions();
+    m_options.rootDir = m_pDir->path();
+    writeProgram(m_pDir, "part.nc", "G90 G21\nG0 X0 Y0 Z50\nS10000 M3\nG1 X60 Y80 Z0 F600\nG0 Z20\nM5\nM30\n");
+}
+
+void tst_SimMachine::runningProgramMovesAndFinishes()
+{
+    SimMachine machine(m_options);
+    QCOMPARE(status(machine), int(SimMachine::Waiting));
+    QString error;
+    QVERIFY(machine.StartProgram("part.nc", &error));
+    machine.Advance(0.5);
+    QCOMPARE(status(machine), int(SimMachine::Running));
+    // From machine home: 2.55 s rapid to X0 Y0 Z50, 1.5 s spin-up, then 2.95 s of the 11.2 s cut.
+    machine.Advance(6.5);
+    QJsonObject data = machine.RealTimeData();
+    const QJsonObject wcs = data.value("WCS").toObject();
+    QVERIFY(wcs.value("x").toDouble() > 0 && wcs.value("x").toDouble() < 60);
+    QCOMPARE(data.value("MCS").toObject().value("x").toDouble(), wcs.value("x").toDouble() - 200);
+    QCOMPARE(data.value("feed").toInt(), 600);
+    QCOMPARE(data.value("spindleSpeed").toInt(), 10000);
+    QVERIFY(data.value("G5xDTG").toObject().value("x").toDouble() > 0);
+    const QJsonObject program = data.value("program").toObject();
+    QCOMPARE(program.value("name").toString(), QString("part.nc"));
+    QCOMPARE(program.value("curLine").toInt(), 4);
+    QCOMPARE(program.value("totalLine").toInt(), 7);
+    QCOMPARE(program.value("timeUsed").toInt(), 7);
+    QVERIFY(program.value("timeLeft").toInt() > 0);
+    const QJsonObject lines = program.value("currentLines").toObject();
+    QCOMPARE(lines.value("startLine").toInt(), 1);
+    QCOMPARE(lines.value("lines").toArray().at(3).toString(), QString("G1 X60 Y80 Z0 F600"));
+    QCOMPARE(data.value("load").toArray().size(), 7);
+    QVERIFY(data.value("load").toArray().at(0).toDouble() > 0);
+
+    machine.Advance(60);
+    data = machine.RealTimeData();
+    QCOMPARE(status(machine), int(SimMachine::Waiting));
+    QCOMPARE(data.value("program").toObject().value("isFinish").toInt(), 1);
+    QCOMPARE(data.value("program").toObject().value("timeLeft").toInt(), 0);
+    QCOMPARE(data.value("WCS").toObject().value("z").toDouble(), 20.0);
+    QVERIFY(data.value("spindleTemp").toDouble() > 24.0);
+}
+
+void tst_SimMachine::toolChangeEmptiesTheSpindle()
+{
+    writeProgram(m_pDir, "tool.nc", "T4 M6\nG0 Z10\n");
+    SimMachine machine(m_options);
+    QString error;
+    QVERIFY(machine.StartProgram("tool.nc", &error));
+    machine.Advance(1);
+    QJsonObject tool = machine.RealTimeData().value("toolInfo").toObject();
+    QCOMPARE(tool.value("toolNo").toInt(), -1);
+    machine.Advance(SimGCodeProgram::kToolChangeSeconds);
+    tool = machine.RealTimeData().value("toolInfo").toObject();
+    QCOMPARE(tool.value("toolNo").toInt(), 4);
+    QCOMPARE(tool.value("toolDiameter").toDouble(), 2.5);
+    QCOMPARE(tool.value("bInPos").toArray(), QJsonArray{1});
+}
+
+void tst_SimMachine::faultGivesErrorThenWaiting()
+{
+    writeProgram(m_pDir, "bad.nc", "G0 X0\nG0 X500\n");
+    SimMachine machine(m_options);
+    QString error;
+    QVERIFY(machine.StartProgram("bad.nc", &error));
+    machine.Advance(30);
+    QCOMPARE(status(machine), int(SimMachine::Error));
+    QVERIFY(machine.LastFault().startsWith("line 2:"));
+    machine.Advance(SimMachine::kErrorHoldSeconds);
+    QCOMPARE(status(machine), int(SimMachine::Waiting));
+}
+
+void tst_SimMachine::bootAndForbidStates()
+{
+    m_options.bootSeconds = 5;
+    m_options.runProgram = "part.nc";
+    SimMachine booting(m_options);
+    booting.Advance(1);
+    QCOMPARE(status(booting), int(SimMachine::Offline));
+    QCOMPARE(booting.RealTimeData().value("MCS").toObject().value("z").toDouble(), 0.0);
+    booting.Advance(5);
+    QCOMPARE(status(booting), int(SimMachine::Running));
+
+    m_options.bootSeconds = 0;
+    m_options.forbid = true;
+    SimMachine forbidden(m_options);
+    forbidden.Advance(1);
+    QCOMPARE(status(forbidden), int(SimMachine::Forbidden));
+    QString error;
+    QVERIFY(!forbidden.StartProgram("part.nc", &error));
+}
+
+void tst_SimMachine::autorunCyclesPrograms()
+{
+    writeProgram(m_pDir, "second.nc", "G0 Z10\n");
+    m_options.autorun = true;
+    m_options.idleSeconds = 2;
+    SimMachine machine(m_options);
+    machine.Advance(2.5);
+    QCOMPARE(status(machine), int(SimMachine::Running));
+    QCOMPARE(machine.RealTimeData().value("program").toObject().value("name").toString(), QString("part.nc"));
+    machine.Advance(60); // finishes, waits, starts the next one
+    for (int i = 0; i < 6; ++i)
+        machine.Advance(0.5);
+    QCOMPARE(machine.RealTimeData().value("program").toObject().value("name").toString(), QString("second.nc"));
+}
+
+void tst_SimMachine::refusesPathsOutsideTheRoot()
+{
+    SimMachine machine(m_options);
+    QString error;
+    QVERIFY(!machine.StartProgram("../../etc/passwd", &error));
+    QVERIFY(!machine.StartProgram("missing.nc", &error));
+}
+
+void tst_SimMachine::machineInfoAndTools()
+{
+    m_options.interfaceName = "wlan";
+    SimMachine machine(m_options);
+    const QJsonObject info = machine.MachineInfo("10.1.2.3");
+    QCOMPARE(info.value("system").toObject().value("Sn").toString(), m_options.serialNumber);
+    QCOMPARE(info.value("Net").toObject().value("wlan").toObject().value("ip").toString(), QString("10.1.2.3"));
+    QCOMPARE(info.value("Net").toObject().value("eth").toObject().value("ip").toString(), QString());
+    QVERIFY(!machine.SetTools(QJsonArray{QJsonObject{{"toolType", 1}}}));
+    QVERIFY(machine.SetTools(QJsonArray{QJsonObject{{"toolNo", 9}, {"toolDiameter", 12.0}}}));
+    QCOMPARE(machine.Tools().size(), 1);
+}
+
+QTEST_GUILESS_MAIN(tst_SimMachine)
+#include "tst_SimMachine.moc"

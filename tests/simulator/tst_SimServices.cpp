@@ -1,0 +1,275 @@
+#include "CncSimulator.h"
+#include "SimFrameCodec.h"
+
+#include <QCryptographicHash>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QSignalSpy>
+#include <QTcpSocket>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QUdpSocket>
+#include <QtEndian>
+#include <memory>
+
+// The serial-number, request/response and discovery services on the wire, and the
+// cnc-sim program itself.
+class tst_SimServices : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init();
+    void cleanup();
+    void serialNumber_data();
+    void serialNumber();
+    void serialNumberSilent();
+    void requestsAnsweredInOrder();
+    void brokenFrameClosesTheConnection_data();
+    void brokenFrameClosesTheConnection();
+    void fileAndToolMessages();
+    void discoveryReply();
+    void vanishClosesEveryPort();
+    void programStartsAndStops();
+
+private:
+    QByteArray Exchange(quint16 port, const QList<QByteArray>& pieces, bool* closed = nullptr);
+    QJsonObject Request(QTcpSocket& socket, const QJsonObject& request);
+
+    QTemporaryDir m_root;
+    std::unique_ptr<CncSimulator> m_sim;
+};
+
+void tst_SimServices::init()
+{
+    SimOptions options;
+    options.rootDir = m_root.path();
+    options.serialNumber = "PB01TEST0001";
+    options.ftpPort = options.infoPort = options.snPort = options.discoveryPort = 0;
+    m_sim = std::make_unique<CncSimulator>(options);
+    QString error;
+    QVERIFY2(m_sim->Start(&error), qPrintable(error));
+}
+
+void tst_SimServices::cleanup()
+{
+    m_sim.reset();
+}
+
+QByteArray tst_SimServices::Exchange(quint16 port, const QList<QByteArray>& pieces, bool* closed)
+{
+    QTcpSocket socket;
+    socket.connectToHost(QHostAddress::LocalHost, port);
+    if (!QTest::qWaitFor([&socket] { return socket.state() == QAbstractSocket::ConnectedState; }, 5000))
+        return "<no connection>";
+    for (const QByteArray& piece : pieces) {
+        socket.write(piece);
+        socket.flush();
+        QTest::qWait(20);
+    }
+    QByteArray received;
+    // No answer at all is a valid outcome here (the silent mode): the wait may time out.
+    (void)QTest::qWaitFor(
+        [&] {
+            received += socket.readAll();
+            return socket.state() != QAbstractSocket::ConnectedState || received.endsWith('}');
+        },
+        1000);
+    if (closed)
+        *closed = socket.state() != QAbstractSocket::ConnectedState;
+    return received;
+}
+
+void tst_SimServices::serialNumber_data()
+{
+    QTest::addColumn<int>("errorCode");
+    QTest::addColumn<QList<QByteArray>>("pieces");
+    QTest::addColumn<int>("expectedCode");
+    QTest::addColumn<QString>("expectedData");
+    const QByteArray request = R"({"action":"GET_SN_FROM_3255"})";
+    QTest::newRow("whole") << 0 << QList<QByteArray>{request} << 0 << "PB01TEST0001";
+    QTest::newRow("split") << 0 << QList<QByteArray>{request.left(7), request.mid(7)} << 0 << "PB01TEST0001";
+    QTest::newRow("error-3") << 3 << QList<QByteArray>{request} << 3 << "";
+    QTest::newRow("unknown-action") << 0 << QList<QByteArray>{R"({"action":"REBOOT"})"} << 1 << "";
+    QTest::newRow("not-json") << 0 << QList<QByteArray>{"{hello}"} << 2 << "";
+}
+
+void tst_SimServices::serialNumber()
+{
+    QFETCH(int, errorCode);
+    QFETCH(QList<QByteArray>, pieces);
+    QFETCH(int, expectedCode);
+    QFETCH(QString, expectedData);
+    m_sim->Options().snErrorCode = errorCode;
+    const QByteArray reply = Exchange(m_sim->SnPort(), pieces);
+    // The workbench reads the answer as one JSON object: errorCode, msg, data.
+    const QJsonObject answer = QJsonDocument::fromJson(reply).object();
+    QVERIFY2(!answer.isEmpty(), reply.constData());
+    QCOMPARE(answer.value("errorCode").toInt(-1), expectedCode);
+    QCOMPARE(answer.value("data").toString(), expectedData);
+    QVERIFY(answer.value("msg").isString());
+    if (expectedCode != 0)
+        QVERIFY(!answer.value("msg").toString().isEmpty());
+}
+
+void tst_SimServices::serialNumberSilent()
+{
+    m_sim->Options().snSilent = true;
+    bool closed = true;
+    QCOMPARE(Exchange(m_sim->SnPort(), {R"({"action": "GET_SN_FROM_3255"})"}, &closed), QByteArray());
+    QVERIFY(!closed);
+}
+
+QJsonObject tst_SimServices::Request(QTcpSocket& socket, const QJsonObject& request)
+{
+    socket.write(SimFrameCodec::Encode(request));
+    SimFrameCodec codec;
+    QList<QByteArray> frames;
+    (void)QTest::qWaitFor(
+        [&] {
+            frames += codec.Feed(socket.readAll());
+            return !frames.isEmpty();
+        },
+        5000);
+    return frames.isEmpty() ? QJsonObject() : QJsonDocument::fromJson(frames.first()).object();
+}
+
+void tst_SimServices::requestsAnsweredInOrder()
+{
+    QTcpSocket socket;
+    socket.connectToHost(QHostAddress::LocalHost, m_sim->InfoPort());
+    QVERIFY(socket.waitForConnected(5000));
+    // Three requests in one segment: three answers, in order.
+    socket.write(SimFrameCodec::Encode({{"type", "RealTimeDataReq"}}) + SimFrameCodec::Encode({{"type", "NoSuchReq"}}) +
+                 SimFrameCodec::Encode({{"type", "GetMachineInfoReq"}}));
+    SimFrameCodec codec;
+    QList<QByteArray> frames;
+    QVERIFY(QTest::qWaitFor(
+        [&] {
+            frames += codec.Feed(socket.readAll());
+            return frames.size() == 3;
+        },
+        5000));
+    QStringList types;
+    QList<int> codes;
+    for (const QByteArray& frame : frames) {
+        const QJsonObject reply = QJsonDocument::fromJson(frame).object();
+        types << reply.value("type").toString();
+        codes << reply.value("code").toInt(-1);
+    }
+    QCOMPARE(types, (QStringList{"RealTimeDataRes", "ErrorRes", "GetMachineInfoRes"}));
+    QCOMPARE(codes, (QList<int>{0, 2, 0}));
+    const QJsonObject info = QJsonDocument::fromJson(frames.at(2)).object().value("data").toObject();
+    QCOMPARE(info.value("system").toObject().value("Sn").toString(), QString("PB01TEST0001"));
+}
+
+void tst_SimServices::brokenFrameClosesTheConnection_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::newRow("zero-length") << QByteArray(4, '\0');
+    QTest::newRow("oversized") << QByteArray::fromHex("7fffffff");
+    QByteArray notJson = QByteArray::fromHex("00000003") + "abc";
+    QTest::newRow("not-json") << notJson;
+    QTest::newRow("json-array") << QByteArray::fromHex("00000002") + "[]";
+}
+
+void tst_SimServices::brokenFrameClosesTheConnection()
+{
+    QFETCH(QByteArray, bytes);
+    QTcpSocket socket;
+    socket.connectToHost(QHostAddress::LocalHost, m_sim->InfoPort());
+    QVERIFY(socket.waitForConnected(5000));
+    socket.write(bytes);
+    QVERIFY(QTest::qWaitFor([&socket] { return socket.state() == QAbstractSocket::UnconnectedState; }, 5000));
+}
+
+void tst_SimServices::fileAndToolMessages()
+{
+    QTcpSocket socket;
+    socket.connectToHost(QHostAddress::LocalHost, m_sim->InfoPort());
+    QVERIFY(socket.waitForConnected(5000));
+    const QByteArray content = "G0 X0\nM30\n";
+    const QString md5 = QCryptographicHash::hash(content, QCryptographicHash::Md5).toHex();
+    QJsonObject upload{{"type", "UploadFileReq"},     {"name", "/up.nc"},
+                       {"totalSize", content.size()}, {"hash", md5},
+                       {"encoding", "base64"},        {"data", QString(content.toBase64())}};
+    QCOMPARE(Request(socket, upload).value("code").toInt(-1), 0);
+    upload["hash"] = "00";
+    QCOMPARE(Request(socket, upload).value("code").toInt(-1), 3);
+    upload["name"] = "../escape.nc";
+    QCOMPARE(Request(socket, upload).value("code").toInt(-1), 4);
+
+    const QJsonObject download = Request(socket, {{"type", "DownloadFileReq"}, {"name", "up.nc"}});
+    QCOMPARE(download.value("type").toString(), QString("DownloadFileRes"));
+    QCOMPARE(QByteArray::fromBase64(download.value("data").toString().toLatin1()), content);
+    QCOMPARE(download.value("hash").toString(), md5);
+
+    const QJsonArray tools{QJsonObject{{"toolNo", 7}, {"toolType", 2}, {"toolDiameter", 8.0}}};
+    QCOMPARE(Request(socket, {{"type", "UploadToolsReq"}, {"tools", tools}}).value("code").toInt(-1), 0);
+    QCOMPARE(Request(socket, {{"type", "DownloadToolsReq"}}).value("tools").toArray(), tools);
+}
+
+void tst_SimServices::discoveryReply()
+{
+    QUdpSocket socket;
+    QVERIFY(socket.bind(QHostAddress::LocalHost, 0));
+    socket.writeDatagram("CNC_DISCOVER", QHostAddress::LocalHost, m_sim->DiscoveryPort());
+    QVERIFY(QTest::qWaitFor([&socket] { return socket.hasPendingDatagrams(); }, 5000));
+    QByteArray reply(int(socket.pendingDatagramSize()), '\0');
+    socket.readDatagram(reply.data(), reply.size());
+    const QList<QByteArray> fields = reply.split('*');
+    QCOMPARE(fields.size(), 6);
+    QCOMPARE(fields.at(1), QByteArray("PB01TEST0001"));
+    QCOMPARE(fields.at(3), QByteArray("127.0.0.1"));
+    QCOMPARE(fields.at(5), QByteArray("eth"));
+}
+
+void tst_SimServices::vanishClosesEveryPort()
+{
+    QTcpSocket held;
+    held.connectToHost(QHostAddress::LocalHost, m_sim->InfoPort());
+    QVERIFY(held.waitForConnected(5000));
+    QTest::qWait(50);
+    const QList<quint16> ports{m_sim->FtpPort(), m_sim->InfoPort(), m_sim->SnPort()};
+    m_sim->Vanish();
+    QVERIFY(QTest::qWaitFor([&held] { return held.state() == QAbstractSocket::UnconnectedState; }, 5000));
+    for (quint16 port : ports) {
+        QTcpSocket socket;
+        socket.connectToHost(QHostAddress::LocalHost, port);
+        QVERIFY(!socket.waitForConnected(2000));
+    }
+}
+
+void tst_SimServices::programStartsAndStops()
+{
+    const QString program = qEnvironmentVariable("KORV_BINARY_DIR") + "/bin/cnc-sim";
+    QProcess help;
+    help.start(program, {"--help"});
+    QVERIFY(help.waitForFinished(10000));
+    const QByteArray usage = help.readAllStandardOutput();
+    for (const char* option :
+         {"--bind", "--root", "--ftp-port", "--info-port", "--sn-port", "--discovery-port", "--sn", "--sys-version",
+          "--fw-version", "--ftp-user", "--ftp-password", "--ftp-drop-after", "--ftp-rate", "--ftp-refuse",
+          "--sn-error", "--sn-silent", "--old-version", "--rt-silent", "--vanish-after"})
+        QVERIFY2(usage.contains(option), option);
+
+    QProcess bad;
+    bad.start(program, {"--ftp-port", "70000"});
+    QVERIFY(bad.waitForFinished(10000));
+    QCOMPARE(bad.exitCode(), 2);
+
+    QProcess sim;
+    sim.start(program, {"--root", m_root.path(), "--ftp-port", "0", "--info-port", "0", "--sn-port", "0",
+                        "--discovery-port", "0"});
+    QVERIFY(sim.waitForReadyRead(10000));
+    const QByteArray ready = sim.readAllStandardOutput();
+    QVERIFY2(ready.startsWith("cnc-sim ready ip=127.0.0.1 ftp="), ready.constData());
+    sim.terminate();
+    QVERIFY(sim.waitForFinished(5000));
+    QCOMPARE(sim.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(sim.exitCode(), 0);
+}
+
+QTEST_GUILESS_MAIN(tst_SimServices)
+#include "tst_SimServices.moc"
