@@ -1,17 +1,24 @@
 // Times the file panel on big folders: a local folder of 100,000 files listed and
 // sorted by name, compared with the same sort comparing names through the
-// collator inside lessThan. Prints one "name=value" line per figure, the speed-up last.
+// collator inside lessThan, and a machine folder of 20,000 entries listed from
+// cnc-sim (run as a child process) into rows. Prints one "name=value" line per
+// figure, the speed-up last.
 
+#include "CamBaseTextHelper.h"
+#include "KorvBaseGlobals.h"
 #include "filepanel/FileItemRoles.h"
 #include "filepanel/FileSelectPanel.h"
 #include "filepanel/FileSortProxyModel.h"
 
 #include <QApplication>
 #include <QCollator>
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QLineEdit>
+#include <QProcess>
 #include <QRandomGenerator>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QSortFilterProxyModel>
 #include <QStandardItemModel>
@@ -96,6 +103,64 @@ void BenchLocalListing(FileSelectPanel& panel, const QString& folder)
     Print("local_list_longest_gui_stall_ms", double(longestStall));
 }
 
+// Starts cnc-sim on free loopback ports serving root; returns its FTP port, 0 on failure.
+quint16 StartSimulator(QProcess& simulator, const QString& root)
+{
+    simulator.setProgram(QStringLiteral(KORV_CNC_SIM_PATH));
+    simulator.setArguments(
+        {"--root", root, "--ftp-port", "0", "--info-port", "0", "--sn-port", "0", "--discovery-port", "0"});
+    simulator.start();
+    QByteArray output;
+    while (simulator.waitForReadyRead(10000)) {
+        output += simulator.readAllStandardOutput();
+        const QRegularExpressionMatch match = QRegularExpression(QStringLiteral("ftp=(\\d+)")).match(output);
+        if (match.hasMatch()) {
+            return match.captured(1).toUShort();
+        }
+    }
+    return 0;
+}
+
+bool BenchMachineListing(int entryCount)
+{
+    QTemporaryDir root;
+    for (int i = 0; i < entryCount; ++i) {
+        if (i % 20 == 0) {
+            QDir(root.path()).mkdir(QStringLiteral("folder%1").arg(i));
+            continue;
+        }
+        QFile file(root.filePath(QStringLiteral("O%1.nc").arg(i)));
+        if (!file.open(QIODevice::WriteOnly)) {
+            return false;
+        }
+    }
+    QProcess simulator;
+    const quint16 port = StartSimulator(simulator, root.path());
+    if (port == 0) {
+        std::fprintf(stderr, "cnc-sim did not start: %s\n", simulator.readAllStandardError().constData());
+        return false;
+    }
+    // The panel addresses the machine on port 21; the host's mapping sends it to the simulator.
+    CamBaseTextHelper::instance()->SetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal,
+                                                        QString::fromLatin1(g_strSettingFtpPortMapping), port, true);
+    FileSelectPanel panel(false);
+    panel.SetMachineIp(QStringLiteral("127.0.0.1"));
+    QSignalSpy spy(&panel, &FileSelectPanel::SignalListingFinished);
+    QElapsedTimer timer;
+    timer.start();
+    panel.RefreshPanel();
+    const bool bListed = spy.wait(60000) && spy.last().at(1).toBool();
+    const double elapsed = timer.nsecsElapsed() / 1e6;
+    simulator.kill();
+    simulator.waitForFinished();
+    if (!bListed || panel.SortModel()->rowCount() != entryCount) {
+        std::fprintf(stderr, "machine listing failed or incomplete (%d rows)\n", panel.SortModel()->rowCount());
+        return false;
+    }
+    Print("machine_list_20000_ms", elapsed);
+    return true;
+}
+
 double TimeSort(QSortFilterProxyModel& proxy)
 {
     QElapsedTimer timer;
@@ -108,6 +173,9 @@ double TimeSort(QSortFilterProxyModel& proxy)
 int main(int argc, char** argv)
 {
     qputenv("QT_QPA_PLATFORM", qgetenv("QT_QPA_PLATFORM").isEmpty() ? "offscreen" : qgetenv("QT_QPA_PLATFORM"));
+    // Private settings, so the port mapping never lands in a user's configuration.
+    QTemporaryDir config;
+    qputenv("KORV_CONFIG_DIR", config.path().toUtf8());
     QApplication app(argc, argv);
     const int fileCount = 100000;
 
@@ -162,6 +230,9 @@ int main(int argc, char** argv)
             std::fprintf(stderr, "orders differ at row %d\n", row);
             return 1;
         }
+    }
+    if (!BenchMachineListing(20000)) {
+        return 1;
     }
     std::printf("sort_speedup=%.1f\n", referenceMs / ourMs);
     return 0;

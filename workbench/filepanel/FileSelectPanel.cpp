@@ -6,13 +6,10 @@
 #include "FileSortProxyModel.h"
 #include "FileTreeView.h"
 #include "KorvBaseGlobals.h"
+#include "ListFtpDirectory.h"
 #include "LocalDirectoryReader.h"
 #include "LocalVolumeLister.h"
 #include "ui_FileSelectPanel.h"
-
-#if __has_include("ListFtpDirectory.h")
-#include "ListFtpDirectory.h"
-#endif
 
 #include <QAction>
 #include <QDesktopServices>
@@ -353,14 +350,12 @@ bool FileSelectPanel::startListFtp(const QString& path)
     SetCurrentPath(NormalizedMachinePath(path));
     ReplaceRows({FileRowData::Placeholder()});
 
-#if __has_include("ListFtpDirectory.h")
     auto* task = new ListFtpDirectory(url, encoded.toString(QUrl::FullyEncoded), path, nullptr);
     connect(task, &ListFtpDirectory::SignalListFileFinished, this,
             [this, task](bool ok, const QList<FtpFileInfo>& entries) { ApplyMachineListing(task, ok, entries); });
     connect(task, &QThread::finished, task, &QObject::deleteLater);
     m_pListTask = task;
     task->start();
-#endif
     return true;
 }
 

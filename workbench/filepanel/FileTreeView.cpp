@@ -120,14 +120,17 @@ void FileTreeView::drawRow(QPainter* painter, const QStyleOptionViewItem& option
         textLeft += kIconSize + kNameGap;
     }
     const QRect nameRect(textLeft, rowRect.top(), nameLeft + nameWidth - textLeft - kCellPadding, rowRect.height());
-    painter->setPen(QColor(51, 51, 51));
+    // The text colours are for plain rows; on the selection's fill they would not read.
+    const bool bSelected = selectionModel() && selectionModel()->isRowSelected(index.row(), index.parent());
+    const QColor selectedText = option.palette.color(QPalette::HighlightedText);
+    painter->setPen(bSelected ? selectedText : QColor(51, 51, 51));
     painter->drawText(nameRect, Qt::AlignLeft | Qt::AlignVCenter,
                       metrics.elidedText(item.data(FileItemRole::Name).toString(), Qt::ElideRight, nameRect.width()));
 
     if (kind != FileItemKind::Loading) {
         const QString cells[] = {item.data(FileItemRole::Time).toString(), TypeCellText(item),
                                  item.data(FileItemRole::SizeText).toString()};
-        painter->setPen(QColor(102, 102, 102));
+        painter->setPen(bSelected ? selectedText : QColor(102, 102, 102));
         for (int column = 1; column <= 3; ++column) {
             if (isColumnHidden(column)) {
                 continue;
