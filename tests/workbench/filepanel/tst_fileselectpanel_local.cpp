@@ -384,6 +384,22 @@ private Q_SLOTS:
         QCOMPARE(info.type, int(FileItemKind::File));
     }
 
+    void flashAlternatesAndEndsSelected()
+    {
+        FileSelectPanel panel(true);
+        QVERIFY(GoTo(panel, m_strRoot));
+        const QModelIndex row = RowNamed(panel, QStringLiteral("README"));
+        panel.SetFlashInterval(60000); // ticks are driven by hand below
+        panel.startFlash(row);
+        QList<bool> states;
+        for (int tick = 0; tick < 5; ++tick) {
+            panel.onFlashTimeout();
+            states << panel.TreeView()->selectionModel()->isRowSelected(row.row(), row.parent());
+        }
+        QCOMPARE(states, (QList<bool>{true, false, true, false, true}));
+        QCOMPARE(panel.TreeView()->currentIndex().data(FileItemRole::Name).toString(), QStringLiteral("README"));
+    }
+
     void bigFolderListsOffTheGuiThread()
     {
         QTemporaryDir big;
