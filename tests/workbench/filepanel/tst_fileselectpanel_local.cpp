@@ -1,0 +1,432 @@
+#include "CVarnokMessageBox.h"
+#include "filepanel/FileItemRoles.h"
+#include "filepanel/FileSelectPanel.h"
+#include "filepanel/FileSortProxyModel.h"
+#include "filepanel/FileTreeView.h"
+
+#include <QApplication>
+#include <QDesktopServices>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QLocalServer>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QStandardItemModel>
+#include <QTemporaryDir>
+#include <QTest>
+#include <sys/stat.h>
+
+namespace {
+// Receives the open requests that QDesktopServices would hand to the desktop.
+class UrlCatcher : public QObject
+{
+    Q_OBJECT
+
+public:
+    QList<QUrl> listUrls;
+
+public Q_SLOTS:
+    void Open(const QUrl& url) { listUrls.append(url); }
+};
+
+QStringList ShownNames(const FileSelectPanel& panel)
+{
+    QStringList names;
+    const QAbstractItemModel* model = panel.TreeView()->model();
+    for (int row = 0; row < model->rowCount(); ++row) {
+        names << model->index(row, 0).data(FileItemRole::Name).toString();
+    }
+    return names;
+}
+
+QModelIndex RowNamed(const FileSelectPanel& panel, const QString& name)
+{
+    const QAbstractItemModel* model = panel.TreeView()->model();
+    for (int row = 0; row < model->rowCount(); ++row) {
+        if (model->index(row, 0).data(FileItemRole::Name).toString() == name) {
+            return model->index(row, 0);
+        }
+    }
+    return QModelIndex();
+}
+
+void WriteFile(const QString& path, int bytes)
+{
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(QByteArray(bytes, 'x'));
+}
+} // namespace
+
+class TestFileSelectPanelLocal : public QObject
+{
+    Q_OBJECT
+
+private:
+    QString m_strHome; // the test's own home folder, set in main()
+    QString m_strRoot; // a folder with known content
+
+    // Runs an action that lists a folder and waits until the rows are in.
+    bool Listed(FileSelectPanel& panel, const std::function<void()>& action)
+    {
+        QSignalSpy spy(&panel, &FileSelectPanel::SignalListingFinished);
+        action();
+        return spy.count() > 0 || spy.wait(5000);
+    }
+
+    void EditPath(FileSelectPanel& panel, const QString& text)
+    {
+        auto* edit = panel.findChild<QLineEdit*>(QStringLiteral("pathLineEdit"));
+        QVERIFY(edit);
+        panel.showPathEdit();
+        edit->setText(text);
+        panel.SlotPathEditReturnPressed();
+        panel.SlotPathEditFinished();
+    }
+
+    bool GoTo(FileSelectPanel& panel, const QString& path)
+    {
+        return Listed(panel, [&] { EditPath(panel, path); });
+    }
+
+    QPushButton* Button(FileSelectPanel& panel, const char* name)
+    {
+        return panel.findChild<QPushButton*>(QLatin1String(name));
+    }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        m_strHome = qEnvironmentVariable("HOME");
+        // Desktop and downloads exist, documents does not.
+        QVERIFY(QDir(m_strHome).mkpath(QStringLiteral("Desktop")));
+        QVERIFY(QDir(m_strHome).mkpath(QStringLiteral("Downloads")));
+        QVERIFY(QDir(m_strHome).mkpath(QStringLiteral("root")));
+        m_strRoot = (m_strHome + "/" + QStringLiteral("root"));
+        QDir root(m_strRoot);
+        WriteFile(root.filePath(QStringLiteral("part10.nc")), 512);
+        WriteFile(root.filePath(QStringLiteral("part9.NC")), 1536);
+        WriteFile(root.filePath(QStringLiteral("notes.Tap")), 20480);
+        WriteFile(root.filePath(QStringLiteral("tool.exe")), 1);
+        WriteFile(root.filePath(QStringLiteral("README")), 3);
+        WriteFile(root.filePath(QStringLiteral(".hidden.nc")), 4);
+        QVERIFY(root.mkpath(QStringLiteral("sub.exe/deeper")));
+        QVERIFY(root.mkpath(QStringLiteral("folder2")));
+        // Entries that a file manager does not show.
+        QVERIFY(QFile::link(root.filePath(QStringLiteral("gone")), root.filePath(QStringLiteral("broken-link"))));
+        QCOMPARE(::mkfifo(QFile::encodeName(root.filePath(QStringLiteral("fifo"))).constData(), 0600), 0);
+        QLocalServer::removeServer(root.filePath(QStringLiteral("socket")));
+        auto* server = new QLocalServer(this);
+        QVERIFY(server->listen(root.filePath(QStringLiteral("socket"))));
+    }
+
+    void startsInComputerView()
+    {
+        FileSelectPanel panel(true);
+        QCOMPARE(panel.CurrentPath(), QStringLiteral("/"));
+        QCOMPARE(panel.HistoryPaths(), QStringList{"/"});
+        const QStringList names = ShownNames(panel);
+        QCOMPARE(names.mid(0, 2), (QStringList{"桌面", "下载"})); // documents is missing
+        QVERIFY2(names.size() >= 3, "at least one volume");
+        const QModelIndex volume = panel.TreeView()->model()->index(2, 0);
+        QVERIFY(QStringList({"本地磁盘", "可移动磁盘", "网络驱动器", "光盘驱动器"})
+                    .contains(volume.data(FileItemRole::Type).toString()));
+        QCOMPARE(volume.data(FileItemRole::Kind).toInt(), int(FileItemKind::Folder));
+        QVERIFY(QFileInfo(volume.data(FileItemRole::FullPath).toString()).isDir());
+
+        // The computer view cannot be sorted.
+        QVERIFY(!panel.TreeView()->header()->isSortIndicatorShown());
+        panel.SlotHeaderClicked(3);
+        QVERIFY(!panel.TreeView()->header()->isSortIndicatorShown());
+        QCOMPARE(panel.SortModel()->SortRoleValue(), 0);
+    }
+
+    void rowsCarryTheEntryData()
+    {
+        FileSelectPanel panel(true);
+        QVERIFY(GoTo(panel, m_strRoot));
+        QCOMPARE(panel.CurrentPath(), m_strRoot);
+        QStringList names = ShownNames(panel);
+        QCOMPARE(names.mid(0, 2), (QStringList{"桌面", "下载"}));
+        names = names.mid(2);
+        names.sort();
+        QCOMPARE(names, (QStringList{".hidden.nc", "README", "folder2", "notes.Tap", "part10.nc", "part9.NC", "sub.exe",
+                                     "tool.exe"}));
+        QCOMPARE(panel.FolderNames().size(), 2);
+        QCOMPARE(panel.FileNames().size(), 6);
+
+        const QModelIndex file = RowNamed(panel, QStringLiteral("part9.NC"));
+        QCOMPARE(file.data(FileItemRole::Type).toString(), QStringLiteral(".NC"));
+        QCOMPARE(file.data(FileItemRole::SizeText).toString(), QStringLiteral("1.50 KB"));
+        QCOMPARE(file.data(FileItemRole::Size).toLongLong(), 1536);
+        QCOMPARE(file.data(FileItemRole::Kind).toInt(), int(FileItemKind::File));
+        QCOMPARE(file.data(FileItemRole::FullPath).toString(), m_strRoot + QStringLiteral("/part9.NC"));
+        QVERIFY(!file.data(FileItemRole::QuickAccess).toBool());
+        const QDateTime modified = QFileInfo(m_strRoot + QStringLiteral("/part9.NC")).lastModified();
+        QCOMPARE(file.data(FileItemRole::Time).toString(), modified.toString(QStringLiteral("yyyy-MM-dd hh:mm:ss")));
+
+        QCOMPARE(RowNamed(panel, QStringLiteral("README")).data(FileItemRole::Type).toString(), QString());
+        const QModelIndex folder = RowNamed(panel, QStringLiteral("sub.exe"));
+        QCOMPARE(folder.data(FileItemRole::Type).toString(), QStringLiteral("文件夹"));
+        QCOMPARE(folder.data(FileItemRole::Kind).toInt(), int(FileItemKind::Folder));
+        const QModelIndex desktop = RowNamed(panel, QStringLiteral("桌面"));
+        QCOMPARE(desktop.data(FileItemRole::Kind).toInt(), int(FileItemKind::Desktop));
+        QVERIFY(desktop.data(FileItemRole::QuickAccess).toBool());
+        QCOMPARE(desktop.data(FileItemRole::FullPath).toString(), (m_strHome + "/" + QStringLiteral("Desktop")));
+    }
+
+    void headerClicksSortAndToggle()
+    {
+        FileSelectPanel panel(true);
+        QVERIFY(GoTo(panel, m_strRoot));
+        QHeaderView* header = panel.TreeView()->header();
+        panel.SlotHeaderClicked(0);
+        QCOMPARE(header->sortIndicatorOrder(), Qt::AscendingOrder);
+        QCOMPARE(ShownNames(panel).mid(2, 4), (QStringList{"folder2", "sub.exe", ".hidden.nc", "notes.Tap"}));
+        QCOMPARE(ShownNames(panel).mid(6, 2), (QStringList{"part9.NC", "part10.nc"}));
+        panel.SlotHeaderClicked(0);
+        QCOMPARE(header->sortIndicatorOrder(), Qt::DescendingOrder);
+        QCOMPARE(ShownNames(panel).first(), QStringLiteral("tool.exe"));
+        QCOMPARE(ShownNames(panel).last(), QStringLiteral("桌面"));
+        panel.SlotHeaderClicked(3);
+        QCOMPARE(header->sortIndicatorSection(), 3);
+        QCOMPARE(header->sortIndicatorOrder(), Qt::AscendingOrder);
+        QCOMPARE(panel.SortModel()->SortRoleValue(), int(FileItemRole::Size));
+        QCOMPARE(ShownNames(panel).mid(4),
+                 (QStringList{"tool.exe", "README", ".hidden.nc", "part10.nc", "part9.NC", "notes.Tap"}));
+    }
+
+    void filterHidesOtherFileTypesOnly()
+    {
+        FileSelectPanel panel(true);
+        QVERIFY(GoTo(panel, m_strRoot));
+        QSignalSpy selected(&panel, &FileSelectPanel::SignalItemSelected);
+        QVERIFY(Listed(panel, [&] { panel.on_filiterBox_checkStateChanged(Qt::Checked); }));
+        QStringList names = ShownNames(panel).mid(2);
+        names.sort();
+        QCOMPARE(names, (QStringList{".hidden.nc", "folder2", "notes.Tap", "part10.nc", "part9.NC", "sub.exe"}));
+        // The naming lists still know every entry.
+        QCOMPARE(panel.FileNames().size(), 6);
+        QCOMPARE(selected.count(), 1);
+        QCOMPARE(selected.at(0).at(0).value<StructItemInfo>().path, m_strRoot);
+        QCOMPARE(selected.at(0).at(0).value<StructItemInfo>().type, 0);
+
+        QVERIFY(Listed(panel, [&] { panel.on_filiterBox_checkStateChanged(Qt::Unchecked); }));
+        QCOMPARE(ShownNames(panel).size(), 2 + 8);
+    }
+
+    void historyDropsLaterEntriesAndUnlockEnablesBoth()
+    {
+        FileSelectPanel panel(true);
+        const QString d1 = m_strRoot, d2 = m_strRoot + "/sub.exe", d3 = m_strRoot + "/sub.exe/deeper";
+        const QString d4 = m_strRoot + "/folder2";
+        QVERIFY(GoTo(panel, d1));
+        QVERIFY(GoTo(panel, d2));
+        QVERIFY(GoTo(panel, d3));
+        QCOMPARE(panel.HistoryPaths(), (QStringList{"/", d1, d2, d3}));
+        QVERIFY(Button(panel, "m_btnFront")->isEnabled());
+        QVERIFY(!Button(panel, "m_btnBack")->isEnabled());
+
+        QSignalSpy selected(&panel, &FileSelectPanel::SignalItemSelected);
+        QVERIFY(Listed(panel, [&] { panel.on_m_btnFront_clicked(); }));
+        QVERIFY(Listed(panel, [&] { panel.on_m_btnFront_clicked(); }));
+        QCOMPARE(panel.HistoryIndex(), 1);
+        QCOMPARE(panel.CurrentPath(), d1);
+        QCOMPARE(selected.last().at(0).value<StructItemInfo>().path, d1);
+        QVERIFY(Button(panel, "m_btnBack")->isEnabled());
+        QVERIFY(Listed(panel, [&] { panel.on_m_btnFront_clicked(); }));
+        QCOMPARE(panel.CurrentPath(), QStringLiteral("/"));
+        QVERIFY(!Button(panel, "m_btnFront")->isEnabled());
+        QVERIFY(Listed(panel, [&] { panel.on_m_btnBack_clicked(); }));
+
+        // A navigation from the middle drops d2 and d3.
+        QVERIFY(GoTo(panel, d4));
+        QCOMPARE(panel.HistoryPaths(), (QStringList{"/", d1, d4}));
+        QCOMPARE(panel.HistoryIndex(), 2);
+        QVERIFY(!Button(panel, "m_btnBack")->isEnabled());
+
+        panel.SetPanelLocked(true);
+        for (const char* name : {"m_btnFront", "m_btnBack", "m_btnUp", "m_btnReset"}) {
+            QVERIFY2(!Button(panel, name)->isEnabled(), name);
+        }
+        panel.SetPanelLocked(false);
+        for (const char* name : {"m_btnFront", "m_btnBack", "m_btnUp", "m_btnReset"}) {
+            QVERIFY2(Button(panel, name)->isEnabled(), name);
+        }
+        // Stepping recomputes them.
+        QVERIFY(Listed(panel, [&] { panel.on_m_btnFront_clicked(); }));
+        QVERIFY(Listed(panel, [&] { panel.on_m_btnBack_clicked(); }));
+        QVERIFY(!Button(panel, "m_btnBack")->isEnabled());
+    }
+
+    void upWalksToTheComputerView()
+    {
+        FileSelectPanel panel(true);
+        QVERIFY(GoTo(panel, m_strRoot + "/sub.exe"));
+        QVERIFY(Listed(panel, [&] { panel.on_m_btnUp_clicked(); }));
+        QCOMPARE(panel.CurrentPath(), m_strRoot);
+
+        // The file-system root is a folder like any other; up from it is the computer view.
+        QVERIFY(GoTo(panel, QStringLiteral("/tmp")));
+        QVERIFY(Listed(panel, [&] { panel.on_m_btnUp_clicked(); }));
+        QCOMPARE(panel.CurrentPath(), QStringLiteral("/."));
+        QVERIFY(RowNamed(panel, QStringLiteral("tmp")).isValid());
+        QVERIFY(Listed(panel, [&] { panel.on_m_btnUp_clicked(); }));
+        QCOMPARE(panel.CurrentPath(), QStringLiteral("/"));
+        QCOMPARE(panel.HistoryPaths().last(), QStringLiteral("/"));
+        const int depth = panel.HistoryPaths().size();
+        panel.on_m_btnUp_clicked();
+        QCOMPARE(panel.HistoryPaths().size(), depth);
+    }
+
+    void pathEditAndComputerEntry()
+    {
+        FileSelectPanel panel(true);
+        panel.resize(800, 400);
+        panel.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&panel));
+        QVERIFY(GoTo(panel, m_strRoot));
+        const QStringList history = panel.HistoryPaths();
+        EditPath(panel, QString());
+        EditPath(panel, m_strRoot + QStringLiteral("/missing"));
+        QCOMPARE(panel.HistoryPaths(), history);
+        QCOMPARE(panel.CurrentPath(), m_strRoot);
+
+        // A press on the path box opens the editor; on the computer entry goes home.
+        auto* edit = panel.findChild<QLineEdit*>(QStringLiteral("pathLineEdit"));
+        QVERIFY(!edit->isVisible());
+        QTest::mouseClick(panel.findChild<QWidget*>(QStringLiteral("m_labelPath")), Qt::LeftButton);
+        QVERIFY(edit->isVisible());
+        QCOMPARE(edit->text(), m_strRoot);
+        panel.SlotPathEditFinished();
+        QVERIFY(!edit->isVisible());
+
+        panel.SetPanelLocked(true);
+        QTest::mouseClick(panel.findChild<QWidget*>(QStringLiteral("m_labelComputer")), Qt::LeftButton);
+        QCOMPARE(panel.CurrentPath(), m_strRoot);
+        panel.SetPanelLocked(false);
+        QTest::mouseClick(panel.findChild<QWidget*>(QStringLiteral("m_labelComputer")), Qt::LeftButton);
+        QCOMPARE(panel.CurrentPath(), QStringLiteral("/"));
+        QCOMPARE(panel.HistoryPaths().last(), QStringLiteral("/"));
+        QVERIFY(Button(panel, "m_btnFront")->isEnabled());
+    }
+
+    void doubleClickOpensFoldersAndFiles()
+    {
+        UrlCatcher catcher;
+        QDesktopServices::setUrlHandler(QStringLiteral("file"), &catcher, "Open");
+        FileSelectPanel panel(true);
+        QVERIFY(GoTo(panel, m_strRoot));
+        panel.SlotTreeDoubleClicked(RowNamed(panel, QStringLiteral("part10.nc")));
+        QCOMPARE(catcher.listUrls, QList<QUrl>{QUrl::fromLocalFile(m_strRoot + QStringLiteral("/part10.nc"))});
+
+        QVERIFY(Listed(panel, [&] { panel.SlotTreeDoubleClicked(RowNamed(panel, QStringLiteral("sub.exe"))); }));
+        QCOMPARE(panel.CurrentPath(), m_strRoot + QStringLiteral("/sub.exe"));
+        QCOMPARE(panel.HistoryPaths().last(), panel.CurrentPath());
+        QVERIFY(Listed(panel, [&] { panel.SlotTreeDoubleClicked(RowNamed(panel, QStringLiteral("下载"))); }));
+        QCOMPARE(panel.CurrentPath(), (m_strHome + "/" + QStringLiteral("Downloads")));
+        QDesktopServices::unsetUrlHandler(QStringLiteral("file"));
+    }
+
+    void missingEntriesAreReportedInBoxes()
+    {
+        QList<StructMsgBoxRequest> boxes;
+        CVarnokMessageBox::SetTestResponder([&boxes](const StructMsgBoxRequest& request) {
+            boxes.append(request);
+            return StructMsgBoxAnswer{MsgButtonConfirm, false};
+        });
+        QTemporaryDir folder;
+        QDir dir(folder.path());
+        WriteFile(dir.filePath(QStringLiteral("gone.nc")), 1);
+        WriteFile(dir.filePath(QStringLiteral("now-a-folder.nc")), 1);
+        QVERIFY(dir.mkpath(QStringLiteral("gone-folder")));
+        FileSelectPanel panel(true);
+        QVERIFY(GoTo(panel, folder.path()));
+        QVERIFY(QFile::remove(dir.filePath(QStringLiteral("gone.nc"))));
+        QVERIFY(QFile::remove(dir.filePath(QStringLiteral("now-a-folder.nc"))));
+        QVERIFY(dir.mkpath(QStringLiteral("now-a-folder.nc")));
+        QVERIFY(dir.rmdir(QStringLiteral("gone-folder")));
+        const QStringList history = panel.HistoryPaths();
+
+        panel.SlotTreeDoubleClicked(RowNamed(panel, QStringLiteral("gone.nc")));
+        panel.SlotTreeDoubleClicked(RowNamed(panel, QStringLiteral("now-a-folder.nc")));
+        panel.SlotTreeDoubleClicked(RowNamed(panel, QStringLiteral("gone-folder")));
+        panel.SlotTreeDoubleClicked(QModelIndex());
+        QCOMPARE(boxes.size(), 3);
+        QCOMPARE(boxes.at(0).strTitle, QStringLiteral("提示"));
+        QCOMPARE(boxes.at(0).strText, QStringLiteral("文件不存在或无权限访问。"));
+        QCOMPARE(boxes.at(1).strText, QStringLiteral("所选路径不是文件。"));
+        QCOMPARE(boxes.at(2).strText, QStringLiteral("目录不存在或无权限访问。"));
+        QCOMPARE(panel.HistoryPaths(), history);
+        QCOMPARE(panel.CurrentPath(), folder.path());
+
+        // A mistyped path is answered a moment later, after the editor has closed.
+        boxes.clear();
+        EditPath(panel, folder.path() + QStringLiteral("/nowhere"));
+        QVERIFY(boxes.isEmpty());
+        QTRY_COMPARE(boxes.size(), 1);
+        QCOMPARE(boxes.at(0).strText,
+                 QStringLiteral("找不到路径\"%1\",请检查拼写并重试。").arg(folder.path() + "/nowhere"));
+        QCOMPARE(panel.HistoryPaths(), history);
+        CVarnokMessageBox::SetTestResponder({});
+    }
+
+    void selectionIsReported()
+    {
+        FileSelectPanel panel(true);
+        QVERIFY(GoTo(panel, m_strRoot));
+        QSignalSpy selected(&panel, &FileSelectPanel::SignalItemSelected);
+        panel.TreeView()->setCurrentIndex(RowNamed(panel, QStringLiteral("notes.Tap")));
+        QCOMPARE(selected.count(), 1);
+        const auto info = selected.at(0).at(0).value<StructItemInfo>();
+        QCOMPARE(info.name, QStringLiteral("notes.Tap"));
+        QCOMPARE(info.path, m_strRoot + QStringLiteral("/notes.Tap"));
+        QCOMPARE(info.type, int(FileItemKind::File));
+    }
+
+    void flashAlternatesAndEndsSelected()
+    {
+        FileSelectPanel panel(true);
+        QVERIFY(GoTo(panel, m_strRoot));
+        const QModelIndex row = RowNamed(panel, QStringLiteral("README"));
+        panel.SetFlashInterval(60000); // ticks are driven by hand below
+        panel.startFlash(row);
+        QList<bool> states;
+        for (int tick = 0; tick < 5; ++tick) {
+            panel.onFlashTimeout();
+            states << panel.TreeView()->selectionModel()->isRowSelected(row.row(), row.parent());
+        }
+        QCOMPARE(states, (QList<bool>{true, false, true, false, true}));
+        QCOMPARE(panel.TreeView()->currentIndex().data(FileItemRole::Name).toString(), QStringLiteral("README"));
+    }
+
+    void bigFolderListsOffTheGuiThread()
+    {
+        QTemporaryDir big;
+        for (int i = 0; i < 3000; ++i) {
+            WriteFile(big.filePath(QStringLiteral("f%1.nc").arg(i)), 1);
+        }
+        FileSelectPanel panel(true);
+        QSignalSpy spy(&panel, &FileSelectPanel::SignalListingFinished);
+        EditPath(panel, big.path());
+        // The path is current at once; the rows follow when the read is done.
+        QCOMPARE(panel.CurrentPath(), big.path());
+        QCOMPARE(ShownNames(panel).last(), QStringLiteral("加载中..."));
+        QVERIFY(spy.wait(10000));
+        QCOMPARE(panel.TreeView()->model()->rowCount(), 2 + 3000);
+        QVERIFY(!ShownNames(panel).contains(QStringLiteral("加载中...")));
+    }
+};
+
+int main(int argc, char** argv)
+{
+    // The quick-access rows come from the user's folders; give the test its own.
+    static QTemporaryDir home;
+    qputenv("HOME", home.path().toUtf8());
+    qputenv("XDG_CONFIG_HOME", (home.path() + "/config").toUtf8());
+    qputenv("KORV_CONFIG_DIR", (home.path() + "/korv").toUtf8());
+    QApplication app(argc, argv);
+    TestFileSelectPanelLocal test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "tst_fileselectpanel_local.moc"

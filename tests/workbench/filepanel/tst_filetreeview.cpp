@@ -1,0 +1,186 @@
+#include "filepanel/CFileHeaderView.h"
+#include "filepanel/CFileTreeDelegate.h"
+#include "filepanel/FileItemRoles.h"
+#include "filepanel/FileTreeView.h"
+
+#include <QApplication>
+#include <QHelpEvent>
+#include <QLineEdit>
+#include <QSignalSpy>
+#include <QStandardItemModel>
+#include <QTest>
+#include <QToolTip>
+#include <QValidator>
+
+namespace {
+QStandardItem* MakeFile(const QString& name)
+{
+    auto* item = new QStandardItem;
+    item->setData(name, FileItemRole::Name);
+    item->setData(int(FileItemKind::File), FileItemRole::Kind);
+    item->setData(QStringLiteral("2024-05-06 07:08:09"), FileItemRole::Time);
+    item->setData(QStringLiteral("1.00 KB"), FileItemRole::SizeText);
+    item->setData(QStringLiteral(".nc"), FileItemRole::Type);
+    return item;
+}
+} // namespace
+
+class TestFileTreeView : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void cleanName_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("stored");
+        QTest::newRow("unchanged") << "part.nc"
+                                   << "part.nc";
+        QTest::newRow("surrounding-blanks") << "  part.nc  "
+                                            << "part.nc";
+        QTest::newRow("trailing-dots") << "part..."
+                                       << "part";
+        QTest::newRow("dots-and-blanks-mixed") << "part. . "
+                                               << "part";
+        QTest::newRow("inner-dots-kept") << "a.b.c"
+                                         << "a.b.c";
+        QTest::newRow("leading-dot-kept") << ".hidden"
+                                          << ".hidden";
+        QTest::newRow("dots-only") << "..."
+                                   << "";
+        QTest::newRow("blanks-only") << "   "
+                                     << "";
+    }
+    void cleanName()
+    {
+        QFETCH(QString, typed);
+        QFETCH(QString, stored);
+        QCOMPARE(CFileTreeDelegate::CleanName(typed), stored);
+    }
+
+    void commitStoresCleanNameAndSignals_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("stored");
+        QTest::addColumn<bool>("signalled");
+        QTest::newRow("new-name") << "new.nc"
+                                  << "new.nc" << true;
+        QTest::newRow("trailing-dots") << "new.."
+                                       << "new" << true;
+        QTest::newRow("dots-only-changes-nothing") << ".."
+                                                   << "old.nc" << false;
+        QTest::newRow("blanks-change-nothing") << "  "
+                                               << "old.nc" << false;
+    }
+    void commitStoresCleanNameAndSignals()
+    {
+        QFETCH(QString, typed);
+        QFETCH(QString, stored);
+        QFETCH(bool, signalled);
+        QStandardItemModel model(1, 4);
+        model.setItem(0, 0, MakeFile(QStringLiteral("old.nc")));
+        CFileTreeDelegate delegate;
+        QSignalSpy spy(&delegate, &CFileTreeDelegate::SignalDataChanged);
+        QWidget parent;
+        std::unique_ptr<QWidget> editor(delegate.createEditor(&parent, QStyleOptionViewItem(), model.index(0, 0)));
+        auto* lineEdit = qobject_cast<QLineEdit*>(editor.get());
+        QVERIFY(lineEdit);
+        delegate.setEditorData(lineEdit, model.index(0, 0));
+        QCOMPARE(lineEdit->text(), QStringLiteral("old.nc"));
+        lineEdit->setText(typed);
+        delegate.setModelData(lineEdit, &model, model.index(0, 0));
+        QCOMPARE(model.index(0, 0).data(FileItemRole::Name).toString(), stored);
+        QCOMPARE(spy.count(), signalled ? 1 : 0);
+        if (signalled) {
+            QCOMPARE(spy.at(0).at(0).toString(), stored);
+        }
+    }
+
+    void validatorRefusesForbiddenCharacters_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<bool>("accepted");
+        QTest::newRow("plain") << "name.nc" << true;
+        QTest::newRow("chinese-and-blanks") << "程序 1.nc" << true;
+        for (const char* bad : {"\\", "/", ":", "*", "?", "\"", "<", ">", "|"}) {
+            QTest::newRow(qPrintable(QStringLiteral("refuses %1").arg(QLatin1String(bad))))
+                << QStringLiteral("a%1b").arg(QLatin1String(bad)) << false;
+        }
+    }
+    void validatorRefusesForbiddenCharacters()
+    {
+        QFETCH(QString, text);
+        QFETCH(bool, accepted);
+        CFileTreeDelegate delegate;
+        QWidget parent;
+        std::unique_ptr<QWidget> editor(delegate.createEditor(&parent, QStyleOptionViewItem(), QModelIndex()));
+        auto* lineEdit = qobject_cast<QLineEdit*>(editor.get());
+        QVERIFY(lineEdit && lineEdit->validator());
+        int pos = 0;
+        QCOMPARE(lineEdit->validator()->validate(text, pos) == QValidator::Acceptable, accepted);
+        // Input goes through the validator too: the forbidden character never lands.
+        lineEdit->clear();
+        lineEdit->insert(text);
+        QCOMPARE(lineEdit->text() == text, accepted);
+    }
+
+    void rowHeightIsFixed()
+    {
+        QStandardItemModel model(1, 4);
+        model.setItem(0, 0, MakeFile(QStringLiteral("a.nc")));
+        CFileTreeDelegate delegate;
+        QCOMPARE(delegate.sizeHint(QStyleOptionViewItem(), model.index(0, 0)).height(), 24);
+    }
+
+    void viewRelaysCommittedRename()
+    {
+        QStandardItemModel model(0, 4);
+        model.appendRow(MakeFile(QStringLiteral("old.nc")));
+        FileTreeView view(false);
+        view.setModel(&model);
+        view.resize(600, 200);
+        view.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&view));
+        QSignalSpy spy(&view, &FileTreeView::SignalDataChanged);
+        // A double click must not start an edit: renames come from the panel's menu.
+        QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, view.visualRect(model.index(0, 0)).center());
+        QVERIFY(!view.findChild<QLineEdit*>());
+
+        view.edit(model.index(0, 0));
+        auto* editor = view.findChild<QLineEdit*>();
+        QVERIFY(editor);
+        editor->selectAll();
+        QTest::keyClicks(editor, QStringLiteral("renamed.nc."));
+        QTest::keyClick(editor, Qt::Key_Return);
+        QTRY_COMPARE(spy.count(), 1);
+        QCOMPARE(spy.at(0).at(0).toString(), QStringLiteral("renamed.nc"));
+        QCOMPARE(model.index(0, 0).data(FileItemRole::Name).toString(), QStringLiteral("renamed.nc"));
+    }
+
+    void toolTipsShowNameAndTime()
+    {
+        QStandardItemModel model(0, 4);
+        model.appendRow(MakeFile(QStringLiteral("a rather long program name.nc")));
+        FileTreeView view(true);
+        view.setModel(&model);
+        view.resize(600, 200);
+        view.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&view));
+        QCOMPARE(view.header(), static_cast<QHeaderView*>(view.FileHeader()));
+        QVERIFY(view.header()->sectionsClickable());
+
+        const auto tipAt = [&view](int column) {
+            const QPoint pos = view.visualRect(view.model()->index(0, column)).center();
+            QHelpEvent event(QEvent::ToolTip, pos, view.viewport()->mapToGlobal(pos));
+            QApplication::sendEvent(view.viewport(), &event);
+            const QString text = QToolTip::isVisible() ? QToolTip::text() : QString();
+            QToolTip::hideText();
+            return text;
+        };
+        QCOMPARE(tipAt(0), QStringLiteral("a rather long program name.nc"));
+        QCOMPARE(tipAt(1), QStringLiteral("2024-05-06 07:08:09"));
+    }
+};
+
+QTEST_MAIN(TestFileTreeView)
+#include "tst_filetreeview.moc"
