@@ -191,14 +191,22 @@ StructMsgBoxAnswer CVarnokMessageBox::Run(QWidget* parent, const StructMsgBoxReq
     return answer;
 }
 
-int CVarnokMessageBox::ShowWindow(QWidget* parent, int buttons, EnumMsgIcon icon, const QString& title,
-                                  const QString& text, const QMap<EnumMsgButtonFunction, QString>& buttonTexts)
+namespace {
+StructMsgBoxRequest MakeRequest(int buttons, EnumMsgIcon icon, const QString& title, const QString& text)
 {
     StructMsgBoxRequest request;
     request.strTitle = title;
     request.strText = text;
     request.iButtons = buttons;
     request.eIcon = icon;
+    return request;
+}
+} // namespace
+
+int CVarnokMessageBox::ShowWindow(QWidget* parent, int buttons, EnumMsgIcon icon, const QString& title,
+                                  const QString& text, const QMap<EnumMsgButtonFunction, QString>& buttonTexts)
+{
+    StructMsgBoxRequest request = MakeRequest(buttons, icon, title, text);
     request.mapButtonTexts = buttonTexts;
     return Run(parent, request).iButton;
 }
@@ -208,11 +216,7 @@ QPair<int, bool> CVarnokMessageBox::ShowWindowWithCheckBox(QWidget* parent, int 
                                                            const QString& checkText, bool checked,
                                                            const QMap<EnumMsgButtonFunction, QString>& buttonTexts)
 {
-    StructMsgBoxRequest request;
-    request.strTitle = title;
-    request.strText = text;
-    request.iButtons = buttons;
-    request.eIcon = icon;
+    StructMsgBoxRequest request = MakeRequest(buttons, icon, title, text);
     request.bHasCheckBox = true;
     request.strCheckText = checkText;
     request.bChecked = checked;
@@ -224,11 +228,7 @@ QPair<int, bool> CVarnokMessageBox::ShowWindowWithCheckBox(QWidget* parent, int 
 int CVarnokMessageBox::ShowWindowAutoClose(QWidget* parent, int buttons, EnumMsgIcon icon, const QString& title,
                                            const QString& text)
 {
-    StructMsgBoxRequest request;
-    request.strTitle = title;
-    request.strText = text;
-    request.iButtons = buttons;
-    request.eIcon = icon;
+    StructMsgBoxRequest request = MakeRequest(buttons, icon, title, text);
     request.bAutoClose = true;
     return Run(parent, request).iButton;
 }

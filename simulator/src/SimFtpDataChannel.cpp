@@ -66,21 +66,18 @@ void SimFtpDataChannel::SlotNewConnection()
 
 void SimFtpDataChannel::StartSend(QIODevice* source)
 {
-    m_pDevice = source;
-    m_mode = Mode::Send;
-    if (m_nRateLimit > 0) {
-        m_nBudget = m_nRateLimit * kRefillMs / 1000 + 1;
-        m_refillTimer.start();
-    }
-    if (!m_pSocket)
-        m_connectTimer.start();
-    Pump();
+    Start(source, Mode::Send);
 }
 
 void SimFtpDataChannel::StartReceive(QIODevice* sink)
 {
-    m_pDevice = sink;
-    m_mode = Mode::Receive;
+    Start(sink, Mode::Receive);
+}
+
+void SimFtpDataChannel::Start(QIODevice* device, Mode mode)
+{
+    m_pDevice = device;
+    m_mode = mode;
     if (m_nRateLimit > 0) {
         m_nBudget = m_nRateLimit * kRefillMs / 1000 + 1;
         m_refillTimer.start();

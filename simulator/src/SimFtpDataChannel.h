@@ -43,6 +43,7 @@ private:
     };
 
     void SlotNewConnection();
+    void Start(QIODevice* device, Mode mode);
     void Pump();
     void PumpSend();
     void PumpReceive();
