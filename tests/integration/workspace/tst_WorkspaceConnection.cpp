@@ -1,4 +1,6 @@
+#include "CSelectMachineBox.h"
 #include "CVarnokMessageBox.h"
+#include "CamBaseSignalHelper.h"
 #include "CamBaseRegisterHelper.h"
 #include "CamBaseTextHelper.h"
 #include "CncSimulator.h"
@@ -7,8 +9,12 @@
 #include "transfer/TransInfo.h"
 #include "transfer/TransLogModel.h"
 #include "transfer/TransManager.h"
+#include "toolpage/ToolPage.h"
 #include "workspace/Workspace.h"
 
+#include <QAbstractButton>
+
+#include <QListWidget>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QTabBar>
@@ -65,6 +71,9 @@ private Q_SLOTS:
     void pollsRealTimeDataOneRequestAtATime();
     void silentConnectFindsTheSavedMachine();
     void silentConnectNeedsASavedSerialNumber();
+    void selectBoxDiscoversAndConnects();
+    void pendingRequestRunsAfterTheConnect();
+    void typeCSwitchAndHostLogLines();
 
 private:
     void StartSimulator(const SimOptions& options);
@@ -453,6 +462,69 @@ void TestWorkspaceConnection::silentConnectNeedsASavedSerialNumber()
     QCOMPARE(started.count(), 0);
     QTest::qWait(300);
     QVERIFY(Log().isEmpty());
+}
+
+void TestWorkspaceConnection::selectBoxDiscoversAndConnects()
+{
+    StartSimulator(DefaultOptions());
+    m_workspace = MakeWorkspace();
+    m_workspace->show();
+    m_workspace->GetToolPage()->Button(ToolPage::ActionNewConnection)->click();
+    CSelectMachineBox* box = m_workspace->SelectMachineBox();
+    QVERIFY(box);
+    QVERIFY(box->isVisible());
+    QVERIFY(QTest::qWaitFor([&]() { return box->MachineCount() >= 1; }, 8000));
+
+    // Refresh empties the list and asks again.
+    Q_EMIT box->SignalSelectRefresh();
+    QCOMPARE(box->MachineCount(), 0);
+    QVERIFY(QTest::qWaitFor([&]() { return box->MachineCount() >= 1; }, 8000));
+
+    auto* list = box->findChild<QListWidget*>();
+    QVERIFY(list);
+    list->setCurrentRow(0);
+    box->SlotConfirm();
+    const QString expected = QStringLiteral("机床连接成功，IP: %1, SN: PB01SIM0001").arg(Ip);
+    QVERIFY(QTest::qWaitFor([&]() { return HasLine(expected, Green); }, 10000));
+    QVERIFY(QTest::qWaitFor([&]() { return !box->isVisible(); }, 3000));
+
+    m_workspace->GetToolPage()->Button(ToolPage::ActionDisconnect)->click();
+    QVERIFY(HasLine(QStringLiteral("机床断开连接"), Orange));
+    QCOMPARE(box->MachineCount(), 0);
+}
+
+void TestWorkspaceConnection::pendingRequestRunsAfterTheConnect()
+{
+    StartSimulator(DefaultOptions());
+    m_workspace = MakeWorkspace();
+    QStringList replayed;
+    m_workspace->SetPendingRequest(QStringLiteral("/tmp/a.nc"), QStringLiteral("/programs"), 2,
+                                   [&](const QString& first, const QString& second, int third) {
+                                       replayed << first << second << QString::number(third);
+                                   });
+    QVERIFY(ConnectAndWait(QStringLiteral("PB01SIM0001")));
+    QVERIFY(QTest::qWaitFor([&]() { return !replayed.isEmpty(); }, 2000));
+    QCOMPARE(replayed, (QStringList{"/tmp/a.nc", "/programs", "2"}));
+
+    // The slot is empty afterwards: a second connect replays nothing.
+    m_workspace->DisconnectMachine(false);
+    replayed.clear();
+    QVERIFY(ConnectAndWait(QStringLiteral("PB01SIM0001")));
+    QTest::qWait(300);
+    QVERIFY(replayed.isEmpty());
+}
+
+void TestWorkspaceConnection::typeCSwitchAndHostLogLines()
+{
+    StartSimulator(DefaultOptions());
+    m_workspace = MakeWorkspace();
+    QVERIFY(ConnectAndWait(QStringLiteral("PB01SIM0001")));
+    m_workspace->SlotReConnectByTypeC(QStringLiteral("127.0.0.1"));
+    QVERIFY(HasLine(QStringLiteral("机床切换为Type-C连接，IP: 127.0.0.1, SN: PB01SIM0001"), Green));
+    QCOMPARE(m_workspace->MachineIp(), QStringLiteral("127.0.0.1"));
+
+    Q_EMIT CamBaseSignalHelper::instance()->signalFilePluginAppendLog(QStringLiteral("来自主程序"), Orange);
+    QVERIFY(HasLine(QStringLiteral("来自主程序"), Orange));
 }
 
 QTEST_MAIN(TestWorkspaceConnection)
