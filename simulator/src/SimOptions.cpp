@@ -50,6 +50,7 @@ bool SimOptions::Parse(const QStringList& arguments, SimOptions* options, QStrin
         {"old-version", "Fault: report system version 1.4.6."},
         {"rt-silent", "Fault: stop answering real-time data requests."},
         {"vanish-after", "Fault: close every port after S seconds.", "S"},
+        {"alarm-after", "Fault: raise a servo alarm after S seconds of running; it holds until a reset.", "S"},
     };
     parser.addOptions(list);
     if (!parser.parse(arguments)) {
@@ -113,7 +114,8 @@ bool SimOptions::Parse(const QStringList& arguments, SimOptions* options, QStrin
     const std::pair<const char*, double*> reals[] = {{"time-scale", &o.timeScale},
                                                      {"boot-seconds", &o.bootSeconds},
                                                      {"idle-seconds", &o.idleSeconds},
-                                                     {"vanish-after", &o.vanishAfter}};
+                                                     {"vanish-after", &o.vanishAfter},
+                                                     {"alarm-after", &o.alarmAfter}};
     for (const auto& [name, value] : reals) {
         if (!set(name))
             continue;

@@ -37,6 +37,7 @@ struct SimOptions
     bool snSilent = false;
     bool realTimeSilent = false;
     double vanishAfter = -1; // seconds until every port closes
+    double alarmAfter = -1;  // seconds of running until a servo alarm latches
 
     // Returns false with a message for the user on a bad command line; --help and
     // --version print and exit inside.

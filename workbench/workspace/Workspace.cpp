@@ -13,15 +13,17 @@
 #include "FtpConnection.h"
 #include "CheckConnect.h"
 #include "LogColors.h"
+#include "MachineCommandSender.h"
 #include "MachinePortMap.h"
 #include "SerialNumberReader.h"
+#include "machinestatus/MachineStatusProgramPanel.h"
+#include "machinestatus/MachineStatusWidget.h"
 #include "toolpage/ToolPage.h"
 #include "transfer/TransManager.h"
 
 #include <QAbstractButton>
 #include <QDebug>
 #include <QFutureWatcher>
-#include <QLabel>
 #include <QSettings>
 #include <QStackedWidget>
 #include <QTabBar>
@@ -67,6 +69,7 @@ Workspace::Workspace(QWidget* parent) : QWidget(parent)
     m_pSnReader = new SerialNumberReader(this);
 
     BuildUi();
+    ConnectStatusPage();
 
     connect(this, &Workspace::SignalAppendLog, this, &Workspace::SlotAppendLog);
     connect(m_pCheckTimer, &QTimer::timeout, this, &Workspace::SlotCheckConnectTimerOut);
@@ -132,13 +135,12 @@ void Workspace::BuildUi()
     auto* listLayout = new QVBoxLayout(listPage);
     listLayout->setContentsMargins(0, 0, 0, 0);
 
-    auto* statusPage = new QLabel(tr("离线"));
-    statusPage->setObjectName(QStringLiteral("m_widgetMachineStatusPage"));
-    statusPage->setAlignment(Qt::AlignCenter);
+    m_pStatusWidget = new MachineStatusWidget;
+    m_pStatusWidget->setObjectName(QStringLiteral("m_widgetMachineStatusPage"));
 
     m_pPages->addWidget(filePage);
     m_pPages->addWidget(listPage);
-    m_pPages->addWidget(statusPage);
+    m_pPages->addWidget(m_pStatusWidget);
 
     contentLayout->addWidget(m_pPageBar);
     contentLayout->addWidget(m_pPages, 1);
@@ -176,6 +178,38 @@ void Workspace::ConnectToolActions()
             break;
         }
     });
+}
+
+void Workspace::ConnectStatusPage()
+{
+    // Commands go over the polling client: it is the connection kept open all the time.
+    m_pCommandSender = new MachineCommandSender(m_pRealTimeClient, this, this);
+    MachineStatusWidget* page = m_pStatusWidget;
+    MachineStatusProgramPanel* panel = page->ProgramPanel();
+    connect(this, &Workspace::SignalRealTimeData, page, [this, page](const StructRealTimeData& record) {
+        // Two polling intervals without an answer make the shown data stale.
+        page->SetStaleAfter(2 * m_nRealTimeInterval);
+        page->SetRealTimeData(record);
+    });
+    connect(this, &Workspace::SignalRealTimeData, m_pCommandSender, &MachineCommandSender::SetRealTimeData);
+    connect(this, &Workspace::SignalMachineOffline, page, &MachineStatusWidget::ShowOffline);
+    connect(this, &Workspace::SignalMachineOffline, this, [this, panel]() {
+        panel->SetMachineIp(QString());
+        m_pCommandSender->SetConnected(false);
+    });
+    connect(this, &Workspace::SignalMachineConnected, this, [this, panel](const QString& ip, const QString&) {
+        panel->SetMachineIp(ip);
+        m_pCommandSender->SetConnected(true);
+    });
+    connect(page, &MachineStatusWidget::signalStartRequested, m_pCommandSender,
+            &MachineCommandSender::SlotStartRequested);
+    connect(page, &MachineStatusWidget::signalStopRequested, m_pCommandSender,
+            &MachineCommandSender::SlotStopRequested);
+    connect(page, &MachineStatusWidget::signalResetRequested, m_pCommandSender,
+            &MachineCommandSender::SlotResetRequested);
+    connect(page, &MachineStatusWidget::signalLoadProgramRequested, m_pCommandSender,
+            &MachineCommandSender::SlotLoadProgramRequested);
+    connect(m_pCommandSender, &MachineCommandSender::SignalAppendLog, this, &Workspace::SignalAppendLog);
 }
 
 void Workspace::ShowPage(Page page)
@@ -466,11 +500,11 @@ void Workspace::SlotRealTimeTcpConnectStatus(bool bConnect)
     }
 }
 
-void Workspace::SlotGetMachineRealTimeDataFinished(bool success, StructRealTimeData data)
+void Workspace::SlotGetMachineRealTimeDataFinished(bool success, StructRealTimeData record)
 {
     m_bRealTimeBusy = false;
     if (success)
-        Q_EMIT SignalRealTimeData(data);
+        Q_EMIT SignalRealTimeData(record);
 }
 
 void Workspace::ResetMachineSide()

@@ -5,12 +5,13 @@
 #include <QColor>
 #include <QPointer>
 #include <QWidget>
-
 #include <functional>
 
 class BroadCastSender;
 class CSelectMachineBox;
 class FileTransferClient;
+class MachineCommandSender;
+class MachineStatusWidget;
 class QStackedWidget;
 class QTabBar;
 class QTimer;
@@ -66,6 +67,7 @@ public:
     ToolPage* GetToolPage() const { return m_pToolPage; }
     QTabBar* PageBar() const { return m_pPageBar; }
     CSelectMachineBox* SelectMachineBox() const { return m_pSelectBox; }
+    MachineStatusWidget* StatusWidget() const { return m_pStatusWidget; }
 
 Q_SIGNALS:
     void SignalSilentConnectStarted();
@@ -92,6 +94,7 @@ protected:
 private:
     void BuildUi();
     void ConnectToolActions();
+    void ConnectStatusPage();
     void OpenSelectMachineBox();
     void RunFtpTest(const QString& ip, const QString& sn, bool silent);
     void OnFtpTestResult(bool result, const QString& sn);
@@ -139,4 +142,6 @@ private:
     QStackedWidget* m_pPages = nullptr;
     TransManager* m_pTransManager = nullptr;
     CSelectMachineBox* m_pSelectBox = nullptr;
+    MachineStatusWidget* m_pStatusWidget = nullptr;
+    MachineCommandSender* m_pCommandSender = nullptr;
 };
