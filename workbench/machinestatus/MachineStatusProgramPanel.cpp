@@ -60,6 +60,7 @@ MachineStatusProgramPanel::MachineStatusProgramPanel(QWidget* parent)
     table->setFocusPolicy(Qt::NoFocus);
     table->verticalHeader()->setDefaultSectionSize(24);
     m_pProgramModel->setColumnCount(2);
+    table->setColumnWidth(0, table->fontMetrics().horizontalAdvance(QStringLiteral("000000")) + 12);
 
     QTreeView* tree = m_pUi->treeViewFiles;
     tree->setModel(m_pFileModel);
@@ -117,29 +118,44 @@ void MachineStatusProgramPanel::SetProgramInfo(const StructProgramInfo& program)
 void MachineStatusProgramPanel::SetCurrentLines(const StructCurrentLines& currentLines, int curLine)
 {
     m_iCurLine = curLine;
-    m_pProgramModel->removeRows(0, m_pProgramModel->rowCount());
+    const int previousHighlight = m_iHighlightedRow;
     m_iHighlightedRow = -1;
-    if (currentLines.lines.isEmpty())
+    const int count = int(currentLines.lines.size());
+    // The window keeps its size while a program runs: rows are rewritten in place.
+    if (m_pProgramModel->rowCount() != count)
+        m_pProgramModel->removeRows(0, m_pProgramModel->rowCount());
+    if (count == 0)
         return;
     if (currentLines.startLine <= curLine && curLine <= currentLines.endLine)
         m_iHighlightedRow = curLine - currentLines.startLine;
-    for (int i = 0; i < currentLines.lines.size(); ++i) {
-        auto* number = new QStandardItem(QStringLiteral("%1").arg(currentLines.startLine + i, 5, 10, QLatin1Char('0')));
-        number->setTextAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-        number->setEditable(false);
-        number->setForeground(Green);
-        auto* text = new QStandardItem(currentLines.lines.at(i));
-        text->setEditable(false);
-        if (i == m_iHighlightedRow) {
-            text->setForeground(Green);
-            // The executing line also stands out from a distance.
-            number->setBackground(QColor(0xe7, 0xf5, 0xee));
-            text->setBackground(QColor(0xe7, 0xf5, 0xee));
+    const QColor plain = palette().color(QPalette::Text);
+    const QBrush highlight(QColor(0xe7, 0xf5, 0xee));
+    for (int i = 0; i < count; ++i) {
+        QStandardItem* number = m_pProgramModel->item(i, 0);
+        QStandardItem* text = m_pProgramModel->item(i, 1);
+        if (!number) {
+            number = new QStandardItem;
+            number->setTextAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+            number->setEditable(false);
+            number->setForeground(Green);
+            text = new QStandardItem;
+            text->setEditable(false);
+            m_pProgramModel->appendRow({number, text});
         }
-        m_pProgramModel->appendRow({number, text});
+        const QString numberText = QStringLiteral("%1").arg(currentLines.startLine + i, 5, 10, QLatin1Char('0'));
+        if (number->text() != numberText)
+            number->setText(numberText);
+        if (text->text() != currentLines.lines.at(i))
+            text->setText(currentLines.lines.at(i));
+        const bool lit = i == m_iHighlightedRow;
+        // The executing line also stands out from a distance.
+        if (text->foreground().color() != (lit ? Green : plain)) {
+            text->setForeground(lit ? Green : plain);
+            number->setBackground(lit ? highlight : QBrush());
+            text->setBackground(lit ? highlight : QBrush());
+        }
     }
-    m_pUi->TableViewProgram->resizeColumnToContents(0);
-    if (m_iHighlightedRow >= 0)
+    if (m_iHighlightedRow >= 0 && m_iHighlightedRow != previousHighlight)
         m_pUi->TableViewProgram->scrollTo(m_pProgramModel->index(m_iHighlightedRow, 1));
 }
 

@@ -42,7 +42,7 @@ QLabel#CutterLabelImage{background:#f3f5f4;border:1px solid #e4e8e6;border-radiu
 #widgetTime{background:rgba(255,255,255,225);border:1px solid #dfe4e2;border-radius:13px;}
 #widgetTime QLabel{background:transparent;border:none;color:#555555;}
 QLabel#LabelSNTime{color:#17a061;}
-QPushButton#BtnCNCStatus{border:none;border-radius:13px;padding:4px 14px;color:#ffffff;background:#999999;text-align:center;}
+QPushButton#BtnCNCStatus{border:none;border-radius:14px;min-height:28px;padding:0px 16px;color:#ffffff;background:#999999;}
 QPushButton#BtnCNCStatus[status="running"]{background:#17a061;}
 QPushButton#BtnCNCStatus[status="error"]{background:#e53b32;}
 QPushButton#BtnCNCStatus[status="forbid"]{background:#e53b32;}
@@ -470,7 +470,11 @@ void MachineStatusWidget::SetLoads(const QList<double>& loads)
     if (loads.size() < 6)
         return;
     auto show = [this](int bar, double percent) {
-        m_listLoadBars.at(bar)->setValue(std::clamp(RoundHalfAway(percent * 10.0), 0, 1000));
+        // QProgressBar repaints at once on a visible change; let it join the next frame instead.
+        QProgressBar* progress = m_listLoadBars.at(bar);
+        progress->setUpdatesEnabled(false);
+        progress->setValue(std::clamp(RoundHalfAway(percent * 10.0), 0, 1000));
+        progress->setUpdatesEnabled(true);
         m_listLoadLabels.at(bar)->setText(QString::number(percent, 'f', 1) + QLatin1Char('%'));
     };
     for (int i = 0; i < 5; ++i)
@@ -487,6 +491,7 @@ void MachineStatusWidget::SetTool(const StructToolInfo& tool)
         m_pUi->CutterLabelNumber->setText(QStringLiteral("#--"));
         m_pUi->CutterLabelType->setText(QStringLiteral("----"));
         m_pUi->CutterLabelImage->clear();
+        m_pUi->CutterLabelImage->setProperty("image", QString());
         m_pUi->CutterLabelValue->setText(QStringLiteral("0.0"));
         m_pUi->CutterLabelUnit->setText(QStringLiteral("mm"));
         m_pUi->CutterLengthValue->setText(QStringLiteral("0.0000"));
@@ -513,6 +518,8 @@ void MachineStatusWidget::SetTool(const StructToolInfo& tool)
     }
     m_pUi->CutterLengthUnit->setText(QStringLiteral("mm"));
     m_pUi->CutterRadiusUnit->setText(QStringLiteral("mm"));
+    // An empty picture frame says nothing: the block closes up without one.
+    m_pUi->CutterLabelImage->setVisible(!m_pUi->CutterLabelImage->property("image").toString().isEmpty());
 }
 
 void MachineStatusWidget::SetAlarm(int status, const QString& alarm)
