@@ -20,7 +20,7 @@ private Q_SLOTS:
         QVERIFY2(fixture.Start(options, &error), qPrintable(error));
         QTRY_COMPARE_WITH_TIMEOUT(fixture.Find<QPushButton>("BtnCNCStatus")->text(), QStringLiteral("运行中"), 10000);
         // Let the cut get going, so that loads, feed and the program lines are those of real work.
-        QTRY_VERIFY_WITH_TIMEOUT(fixture.Text("DeviceFValue") != QStringLiteral("0.00") &&
+        QTRY_VERIFY_WITH_TIMEOUT(fixture.Text("LabelNowNumber").toInt() >= 14 &&
                                      fixture.Text("LabelValueMain") != QStringLiteral("0.0%"),
                                  20000);
         QTest::qWait(500);
