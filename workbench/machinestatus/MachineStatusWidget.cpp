@@ -384,11 +384,12 @@ void MachineStatusWidget::SetBadgeLook(const QString& key, const QString& text, 
     PlaceOverlays();
 }
 
-void MachineStatusWidget::SetStaleAfter(int milliseconds)
+void MachineStatusWidget::StartStaleWatch(const QString& sn, int milliseconds)
 {
-    m_pStaleTimer->setInterval(std::max(0, milliseconds));
-    if (milliseconds <= 0)
-        m_pStaleTimer->stop();
+    m_pUi->LabelSN->setText(QStringLiteral("SN:%1").arg(sn));
+    m_lastRecordTime = QDateTime::currentDateTime();
+    m_pStaleTimer->setInterval(std::max(1, milliseconds));
+    m_pStaleTimer->start();
 }
 
 void MachineStatusWidget::ShowStale()
@@ -410,7 +411,7 @@ void MachineStatusWidget::SetRealTimeData(const StructRealTimeData& record)
         m_bStale = false;
         m_lastRecordTime = QDateTime::currentDateTime();
         m_pUi->BtnCNCStatus->setToolTip(QString());
-        if (m_pStaleTimer->interval() > 0)
+        if (m_pStaleTimer->isActive())
             m_pStaleTimer->start();
     }
 

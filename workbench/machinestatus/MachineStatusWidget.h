@@ -39,8 +39,8 @@ public:
     // Only the coordinate tables and the 3D view.
     void SetCoordinateData(const StructRealTimeData& record);
     void ShowOffline();
-    // A record older than this (milliseconds) shows as stale; 0 switches the watch off.
-    void SetStaleAfter(int milliseconds);
+    // A machine was connected: from now on, no record for `milliseconds` shows the data as stale.
+    void StartStaleWatch(const QString& sn, int milliseconds);
 
     MachineStatusProgramPanel* ProgramPanel() const { return m_pProgramPanel; }
     CModule3DView* View3D() const { return m_pView3D; }

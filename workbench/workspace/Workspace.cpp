@@ -186,20 +186,19 @@ void Workspace::ConnectStatusPage()
     m_pCommandSender = new MachineCommandSender(m_pRealTimeClient, this, this);
     MachineStatusWidget* page = m_pStatusWidget;
     MachineStatusProgramPanel* panel = page->ProgramPanel();
-    connect(this, &Workspace::SignalRealTimeData, page, [this, page](const StructRealTimeData& record) {
-        // Two polling intervals without an answer make the shown data stale.
-        page->SetStaleAfter(2 * m_nRealTimeInterval);
-        page->SetRealTimeData(record);
-    });
+    connect(this, &Workspace::SignalRealTimeData, page, &MachineStatusWidget::SetRealTimeData);
     connect(this, &Workspace::SignalRealTimeData, m_pCommandSender, &MachineCommandSender::SetRealTimeData);
     connect(this, &Workspace::SignalMachineOffline, page, &MachineStatusWidget::ShowOffline);
     connect(this, &Workspace::SignalMachineOffline, this, [this, panel]() {
         panel->SetMachineIp(QString());
         m_pCommandSender->SetConnected(false);
     });
-    connect(this, &Workspace::SignalMachineConnected, this, [this, panel](const QString& ip, const QString&) {
+    connect(this, &Workspace::SignalMachineConnected, this, [this, page, panel](const QString& ip, const QString& sn) {
         panel->SetMachineIp(ip);
         m_pCommandSender->SetConnected(true);
+        // Polling reads its interval once the connect step is through: two of them without
+        // an answer make the shown data stale.
+        QTimer::singleShot(0, page, [this, page, sn]() { page->StartStaleWatch(sn, 2 * m_nRealTimeInterval); });
     });
     connect(page, &MachineStatusWidget::signalStartRequested, m_pCommandSender,
             &MachineCommandSender::SlotStartRequested);

@@ -108,16 +108,16 @@ void TestStatusPageLive::staleThenOffline()
     StatusPageFixture fixture;
     QString error;
     SimOptions options = fixture.Options();
+    options.realTimeSilent = true;
     QVERIFY2(fixture.Start(options, &error), qPrintable(error));
+
+    // Connected, but the machine gives no real-time data: within three polling intervals the badge says so.
+    QTRY_VERIFY_WITH_TIMEOUT(Badge(fixture).startsWith(QStringLiteral("数据已过期")), 3 * StatusPageFixture::PollMs);
+    QCOMPARE(fixture.Text("LabelSN"), QStringLiteral("SN:PB01SIM0001"));
+    fixture.Sim().Options().realTimeSilent = false;
     QTRY_COMPARE_WITH_TIMEOUT(Badge(fixture), QStringLiteral("运行中"), Wait);
 
-    // The machine stops answering: within three polling intervals the badge says so.
-    fixture.Sim().Options().realTimeSilent = true;
-    QTest::qWait(StatusPageFixture::PollMs);
-    QTRY_VERIFY_WITH_TIMEOUT(Badge(fixture).startsWith(QStringLiteral("数据已过期")), 3 * StatusPageFixture::PollMs);
-    fixture.Sim().Options().realTimeSilent = false;
-
-    // The machine goes away altogether: the page shows the offline display.
+    // The machine goes away altogether (what --vanish-after does): the page shows the offline display.
     fixture.Sim().Vanish();
     QTRY_COMPARE_WITH_TIMEOUT(fixture.Text("LabelSN"), QStringLiteral("设备未连接"), 20000);
     QCOMPARE(Badge(fixture), QStringLiteral("离线"));

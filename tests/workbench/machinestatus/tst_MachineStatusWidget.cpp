@@ -240,7 +240,7 @@ void TestMachineStatusWidget::offlineDisplay()
 
 void TestMachineStatusWidget::staleDataAndAlarm()
 {
-    m_page->SetStaleAfter(60);
+    m_page->StartStaleWatch(QStringLiteral("PB01SIM0001"), 60);
     StructRealTimeData data = Record();
     data.status = 2;
     data.alarm = QStringLiteral("X轴伺服报警：跟随误差过大");
