@@ -12,7 +12,6 @@
 #include <QButtonGroup>
 #include <QDebug>
 #include <QHeaderView>
-#include <QMouseEvent>
 #include <QStyle>
 #include <QTimer>
 #include <algorithm>
@@ -188,7 +187,6 @@ void MachineStatusWidget::SetUpFonts()
          {m_pUi->DeviceFUnit, m_pUi->DeviceSUnit, m_pUi->CutterLabelUnit, m_pUi->CutterLengthUnit,
           m_pUi->CutterRadiusUnit, m_pUi->labelColAxis, m_pUi->labelColPos, m_pUi->labelColDtg, m_pUi->labelColUnit})
         label->setFont(FontCnMedium_12);
-    // Captions that are longer in English get the smaller font there.
     const QFont& caption = m_bChinese ? FontCnMedium_13 : FontCnMedium_11;
     for (QLabel* label :
          {m_pUi->labelDeviceFCaption, m_pUi->labelDeviceSCaption, m_pUi->labelTemperatureCaption,
@@ -197,8 +195,9 @@ void MachineStatusWidget::SetUpFonts()
     m_pUi->LabelSNTime->setFont(FontCnBold_14);
     m_pUi->BtnCNCStatus->setFont(FontCnBold_14);
     m_pUi->LabelAlarm->setFont(FontCnBold_15);
+    // The command words are longer in English.
     for (QLabel* label : {m_pUi->labelStartText, m_pUi->labelStopText, m_pUi->labelResetText})
-        label->setFont(m_bChinese ? FontCnBold_16 : FontCnBold_14);
+        label->setFont(m_bChinese ? FontCnMedium_16 : FontCnMedium_14);
     m_pUi->BtnMachineSystem->setFont(FontCnMedium_13);
     m_pUi->BtnWorkSystem->setFont(FontCnMedium_13);
     for (int i = 0; i < m_pUi->widgetLoads->layout()->count(); ++i) {
