@@ -57,16 +57,6 @@ void TaskOwner::StopAll()
     Forget();
 }
 
-int TaskOwner::RunningCount() const
-{
-    int count = 0;
-    for (const QPointer<FtpTaskThread>& task : m_listThreads)
-        count += task && !task->isFinished() ? 1 : 0;
-    for (const PoolTask& task : m_listPoolTasks)
-        count += task.future.isFinished() ? 0 : 1;
-    return count;
-}
-
 void TaskOwner::Forget()
 {
     m_listThreads.removeIf([](const QPointer<FtpTaskThread>& task) { return !task || task->isFinished(); });

@@ -31,7 +31,6 @@ public:
     void RequestStopAll();
     // Asks everything running to stop and waits for it, within the bound.
     void StopAll();
-    int RunningCount() const;
 
 private:
     struct PoolTask

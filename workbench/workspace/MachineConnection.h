@@ -41,13 +41,11 @@ public:
     ~MachineConnection() override;
 
     State GetState() const { return m_eState; }
-    quint64 Generation() const { return m_nGeneration; }
     QString Ip() const { return m_strIp; }
     QString Sn() const { return m_strSn; }
     int CheckFailCount() const { return m_nCheckFailCount; }
     bool IsCheckTimerActive() const;
     int RealTimeInterval() const { return m_nRealTimeInterval; }
-    int RunningTaskCount() const { return m_tasks.RunningCount(); }
 
     // Shorter waits for tests; the defaults are the machine's real timings.
     void SetCheckInterval(int milliseconds) { m_nCheckIntervalMs = milliseconds; }
