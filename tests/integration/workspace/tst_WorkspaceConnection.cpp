@@ -510,7 +510,7 @@ void TestWorkspaceConnection::givesUpAboutEightTicksAfterTheMachineWentSilent()
     // The machine's real timings: a check every second, five seconds for an FTP log-in.
     SetSetting(QString::fromLatin1(g_strSettingFtpConnectTimeoutMs), 5000);
     SimOptions options = DefaultOptions();
-    options.vanishAfter = 2;
+    options.vanishAfter = 3;
     options.vanishSilently = true;
     StartSimulator(options);
     m_workspace = MakeWorkspace();
