@@ -13,11 +13,10 @@ namespace {
 constexpr int StatusWaiting = 3;
 }
 
-MachineCommandSender::MachineCommandSender(FileTransferClient* client, QWidget* window, QObject* parent)
-    : QObject(parent), m_pClient(client), m_pWindow(window)
-{
-    connect(client, &FileTransferClient::SignalCommandFinished, this, &MachineCommandSender::OnFinished);
-}
+MachineCommandSender::MachineCommandSender(std::function<FileTransferClient*()> client, QWidget* window,
+                                           QObject* parent)
+    : QObject(parent), m_client(std::move(client)), m_pWindow(window)
+{}
 
 void MachineCommandSender::SetConnected(bool connected)
 {
@@ -60,7 +59,7 @@ void MachineCommandSender::Log(const QString& text, const QColor& color)
 
 bool MachineCommandSender::RefuseUnlessConnected(Command command)
 {
-    if (m_bConnected && m_pClient)
+    if (m_bConnected && m_client())
         return false;
     Log(tr("%1命令未发送：当前未与机床进行连接！").arg(CommandName(command)), LogColors::Failure);
     return true;
@@ -113,19 +112,22 @@ void MachineCommandSender::AskThenSend(Command command, const QString& question)
 
 void MachineCommandSender::Send(Command command, const QString& machinePath)
 {
+    FileTransferClient* client = m_client();
+    connect(client, &FileTransferClient::SignalCommandFinished, this, &MachineCommandSender::OnFinished,
+            Qt::UniqueConnection);
     bool sent = false;
     switch (command) {
     case CommandStart:
-        sent = m_pClient->StartProgram();
+        sent = client->StartProgram();
         break;
     case CommandStop:
-        sent = m_pClient->StopProgram();
+        sent = client->StopProgram();
         break;
     case CommandReset:
-        sent = m_pClient->ResetMachine();
+        sent = client->ResetMachine();
         break;
     case CommandLoad:
-        sent = m_pClient->LoadProgram(machinePath);
+        sent = client->LoadProgram(machinePath);
         break;
     }
     if (!sent)

@@ -5,6 +5,7 @@
 #include <QColor>
 #include <QObject>
 #include <QPointer>
+#include <functional>
 
 class FileTransferClient;
 class QWidget;
@@ -17,8 +18,9 @@ class MachineCommandSender : public QObject
     Q_OBJECT
 
 public:
-    // Boxes are parented to `window`; the client belongs to the caller.
-    MachineCommandSender(FileTransferClient* client, QWidget* window, QObject* parent = nullptr);
+    // `client` gives the machine client in use at the moment of sending (connections make
+    // new ones); boxes are parented to `window`.
+    MachineCommandSender(std::function<FileTransferClient*()> client, QWidget* window, QObject* parent = nullptr);
 
     void SetConnected(bool connected);
     // The latest record tells the machine's state and the program a start would run.
@@ -48,7 +50,7 @@ private:
     void OnFinished(const QString& replyType, bool ok, const QString& message);
     void Log(const QString& text, const QColor& color);
 
-    QPointer<FileTransferClient> m_pClient;
+    std::function<FileTransferClient*()> m_client;
     QPointer<QWidget> m_pWindow;
     bool m_bConnected = false;
     int m_iStatus = 0;
