@@ -10,6 +10,7 @@
 
 class BroadCastSender;
 class CSelectMachineBox;
+class DeviceVerifyDialog;
 class FileTransferClient;
 class QStackedWidget;
 class QTabBar;
@@ -92,6 +93,8 @@ protected:
 private:
     void BuildUi();
     void ConnectToolActions();
+    void ConnectDeviceActions();
+    void OpenDeviceDialog(int action);
     void OpenSelectMachineBox();
     void RunFtpTest(const QString& ip, const QString& sn, bool silent);
     void OnFtpTestResult(bool result, const QString& sn);
@@ -139,4 +142,5 @@ private:
     QStackedWidget* m_pPages = nullptr;
     TransManager* m_pTransManager = nullptr;
     CSelectMachineBox* m_pSelectBox = nullptr;
+    QPointer<DeviceVerifyDialog> m_pDeviceDialog;
 };
