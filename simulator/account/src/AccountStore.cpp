@@ -78,7 +78,7 @@ AccountAnswer AccountStore::RequestImage(const QString& nationCode, const QStrin
     if (jpeg.isEmpty())
         return Refuse(CodeStorageFailed, tr("验证码图片生成失败"));
     const QString imgId = QUuid::createUuid().toString(QUuid::WithoutBraces);
-    m_hashImages.insert(imgId, {text, phone, now + m_options.imageTtlMs});
+    m_hashImages.insert(imgId, {text, phone, Now() + m_options.imageTtlMs});
     Q_EMIT SignalImageIssued(imgId, text);
     return {CodeOk,
             QStringLiteral("success"),

@@ -33,6 +33,7 @@ private Q_SLOTS:
     void bindThenUnbind();
     void refusals_data();
     void refusals();
+    void resendWaitsForTheCountdown();
     void actionsFollowTheConnection();
 };
 
@@ -129,6 +130,24 @@ void TestDeviceBinding::refusals()
         QCOMPARE(bindings.value(Sn).toObject().value("mobile").toString(), OtherMobile);
     else
         QVERIFY(!bindings.contains(Sn));
+}
+
+void TestDeviceBinding::resendWaitsForTheCountdown()
+{
+    DeviceBindingFixture fixture;
+    AccountOptions options = fixture.DefaultAccountOptions();
+    options.smsIntervalMs = 2000; // the service's interval drives the countdown
+    QString error;
+    QVERIFY2(fixture.Start(options, &error), qPrintable(error));
+    DeviceVerifyDialog* dialog = fixture.OpenDialog(ToolPage::ActionBindDevice);
+    QVERIFY(dialog);
+    QCOMPARE(fixture.RequestSmsCode(dialog, Mobile), QStringLiteral("验证码已发送，请查看手机短信"));
+    auto* resend = dialog->findChild<QPushButton*>(QStringLiteral("m_btnSendSms"));
+    QVERIFY(!resend->isEnabled());
+    QCOMPARE(resend->text(), QStringLiteral("2秒后重新获取"));
+    QTRY_COMPARE_WITH_TIMEOUT(resend->text(), QStringLiteral("1秒后重新获取"), 5000);
+    QTRY_VERIFY_WITH_TIMEOUT(resend->isEnabled(), 5000);
+    QCOMPARE(resend->text(), QStringLiteral("获取验证码"));
 }
 
 void TestDeviceBinding::actionsFollowTheConnection()

@@ -76,12 +76,12 @@ void TestAccountStore::pictureCodeIsCheckedOnce()
     QFETCH(QString, first);
     QFETCH(int, firstCode);
     AccountOptions options = Options();
-    options.imageTtlMs = 100;
+    options.imageTtlMs = 300;
     AccountStore store(options);
     const auto [imgId, text] = Picture(store);
     QVERIFY(!imgId.isEmpty());
     if (first == "late")
-        QTest::qWait(150);
+        QTest::qWait(400);
     const QString mobile = first == "other number" ? QStringLiteral("13900000000") : Mobile;
     const QString answer = first == "wrong" ? QStringLiteral("0000") : text.toLower();
     QCOMPARE(store.RequestSms(Nation, mobile, imgId, answer).iCode, firstCode);
@@ -93,7 +93,7 @@ void TestAccountStore::requestsAreLimitedPerNumber()
 {
     AccountOptions options = Options();
     options.rateLimit = 4;
-    options.rateWindowMs = 300;
+    options.rateWindowMs = 1500;
     options.smsIntervalMs = 60000;
     AccountStore store(options);
     const auto [imgId, text] = Picture(store);
@@ -103,7 +103,7 @@ void TestAccountStore::requestsAreLimitedPerNumber()
     QCOMPARE(store.RequestSms(Nation, Mobile, imgId2, text2).iCode, int(AccountStore::CodeSmsTooSoon));
     QCOMPARE(store.RequestImage(Nation, Mobile).iCode, int(AccountStore::CodeTooManyRequests));
     QCOMPARE(store.RequestImage(Nation, QStringLiteral("13900000000")).iCode, 0);
-    QTRY_COMPARE_WITH_TIMEOUT(store.RequestImage(Nation, Mobile).iCode, 0, 2000);
+    QTRY_COMPARE_WITH_TIMEOUT(store.RequestImage(Nation, Mobile).iCode, 0, 5000);
 }
 
 void TestAccountStore::bindingsSurviveARestart()
