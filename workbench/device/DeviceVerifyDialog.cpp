@@ -103,6 +103,7 @@ DeviceVerifyDialog::DeviceVerifyDialog(const StructDeviceDialogTexts& texts, con
     connect(m_pEditSmsCode, &QLineEdit::textChanged, this, &DeviceVerifyDialog::UpdateButtons);
     connect(&m_watcher, &QFutureWatcher<StructAccountReply>::finished, this, &DeviceVerifyDialog::OnReply);
     UpdateButtons();
+    m_pEditMobile->setFocus();
 }
 
 DeviceVerifyDialog::~DeviceVerifyDialog()
@@ -148,7 +149,7 @@ void DeviceVerifyDialog::SlotRequestSmsCode()
     m_pVerifyWindow = new VerificationImageWindow(NationCode(), m_pEditMobile->text(), this);
     m_pVerifyWindow->setAttribute(Qt::WA_DeleteOnClose);
     connect(m_pVerifyWindow, &VerificationImageWindow::SignalClose, this, &DeviceVerifyDialog::OnVerificationClosed);
-    m_pVerifyWindow->move(mapToGlobal(rect().center()) - QPoint(180, 145));
+    m_pVerifyWindow->move(mapToGlobal(rect().center()) - m_pVerifyWindow->rect().center());
     m_pVerifyWindow->show();
     UpdateButtons();
 }

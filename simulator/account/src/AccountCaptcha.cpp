@@ -7,7 +7,7 @@
 #include <QRandomGenerator>
 
 namespace {
-const char kAlphabet[] = "ABCDEFGHJKMNPQRSTUVWXYZ23456789";
+const char kAlphabet[] = "ABCDEFGHJKMNPRSTUVWXYZ23456789";
 
 int Random(int low, int high)
 {

@@ -13,7 +13,7 @@ public:
     static constexpr int kWidth = 120;
     static constexpr int kHeight = 40;
 
-    // kLength characters without the easily confused ones (0/O, 1/I/L).
+    // kLength characters without the easily confused ones (0/O/Q, 1/I/L).
     static QString RandomText();
     static QImage Draw(const QString& text);
     // JPEG bytes of Draw(text); empty if the JPEG writer is missing.
