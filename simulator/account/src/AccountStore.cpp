@@ -76,7 +76,7 @@ AccountAnswer AccountStore::RequestImage(const QString& nationCode, const QStrin
     const QString text = AccountCaptcha::RandomText();
     const QByteArray jpeg = AccountCaptcha::DrawJpeg(text);
     if (jpeg.isEmpty())
-        return Refuse(CodeStorageFailed, tr("验证码图片生成失败"));
+        return Refuse(CodeServiceFailed, tr("验证码图片生成失败"));
     const QString imgId = QUuid::createUuid().toString(QUuid::WithoutBraces);
     m_hashImages.insert(imgId, {text, phone, Now() + m_options.imageTtlMs});
     Q_EMIT SignalImageIssued(imgId, text);
@@ -161,7 +161,7 @@ AccountAnswer AccountStore::ChangeBinding(const QString& nationCode, const QStri
     }
     if (!Save()) {
         m_objBindings = previous;
-        return Refuse(CodeStorageFailed, tr("服务器保存失败，请稍后再试"));
+        return Refuse(CodeServiceFailed, tr("服务器保存失败，请稍后再试"));
     }
     return {CodeOk, QStringLiteral("success"), {{"sn", sn}}};
 }

@@ -36,7 +36,7 @@ public:
         CodeSmsCodeExpired = 1007,
         CodeBoundToOther = 1008,
         CodeNotBound = 1009,
-        CodeStorageFailed = 1010,
+        CodeServiceFailed = 1010,
     };
 
     explicit AccountStore(const AccountOptions& options, QObject* parent = nullptr);
