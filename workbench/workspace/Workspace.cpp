@@ -14,6 +14,8 @@
 #include "WorkbenchLog.h"
 #include "machinestatus/MachineStatusProgramPanel.h"
 #include "machinestatus/MachineStatusWidget.h"
+#include "device/DeviceBindDialog.h"
+#include "device/DeviceUnbindDialog.h"
 #include "toolpage/ToolPage.h"
 #include "transfer/TransManager.h"
 
@@ -125,7 +127,40 @@ void Workspace::BuildUi()
 
     connect(m_pPageBar, &QTabBar::currentChanged, this, [this](int index) { ShowPage(static_cast<Page>(index)); });
     ConnectToolActions();
+    ConnectDeviceActions();
     ShowPage(PageFileTransfer);
+}
+
+void Workspace::ConnectDeviceActions()
+{
+    // Binding needs the serial number of a machine that is connected right now.
+    connect(this, &Workspace::SignalMachineConnected, this, [this]() {
+        m_pToolPage->SetEnabled(ToolPage::ActionBindDevice, true);
+        m_pToolPage->SetEnabled(ToolPage::ActionUnbindDevice, true);
+    });
+    connect(this, &Workspace::SignalMachineOffline, this, [this]() {
+        m_pToolPage->SetEnabled(ToolPage::ActionBindDevice, false);
+        m_pToolPage->SetEnabled(ToolPage::ActionUnbindDevice, false);
+        if (m_pDeviceDialog)
+            m_pDeviceDialog->reject();
+    });
+}
+
+void Workspace::OpenDeviceDialog(int action)
+{
+    const QString sn = MachineSn();
+    if (m_pDeviceDialog || sn.isEmpty())
+        return;
+    if (action == ToolPage::ActionBindDevice)
+        m_pDeviceDialog = new DeviceBindDialog(sn, this);
+    else
+        m_pDeviceDialog = new DeviceUnbindDialog(sn, this);
+    m_pDeviceDialog->setAttribute(Qt::WA_DeleteOnClose);
+    connect(m_pDeviceDialog, &DeviceVerifyDialog::SignalAppendLog, this, &Workspace::SlotAppendLog);
+    // The tool button stays pressed while its dialog is open.
+    connect(m_pDeviceDialog, &QDialog::finished, this, [this, action]() { m_pToolPage->SetChecked(action, false); });
+    m_pToolPage->SetChecked(action, true);
+    m_pDeviceDialog->open();
 }
 
 void Workspace::ConnectToolActions()
@@ -146,6 +181,10 @@ void Workspace::ConnectToolActions()
             break;
         case ToolPage::ActionFileTransfer:
             ShowPage(PageFileTransfer);
+            break;
+        case ToolPage::ActionBindDevice:
+        case ToolPage::ActionUnbindDevice:
+            OpenDeviceDialog(action);
             break;
         default:
             break;

@@ -10,6 +10,7 @@
 class BroadCastSender;
 class CSelectMachineBox;
 class MachineCommandSender;
+class DeviceVerifyDialog;
 class MachineConnection;
 class MachineStatusWidget;
 class QStackedWidget;
@@ -105,6 +106,8 @@ private:
     void BuildUi();
     void ConnectToolActions();
     void ConnectStatusPage();
+    void ConnectDeviceActions();
+    void OpenDeviceDialog(int action);
     void OpenSelectMachineBox();
     void OnConnected();
     void OnOffline();
@@ -138,4 +141,5 @@ private:
     CSelectMachineBox* m_pSelectBox = nullptr;
     MachineStatusWidget* m_pStatusWidget = nullptr;
     MachineCommandSender* m_pCommandSender = nullptr;
+    QPointer<DeviceVerifyDialog> m_pDeviceDialog;
 };

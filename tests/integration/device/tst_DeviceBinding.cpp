@@ -1,0 +1,171 @@
+#include "DeviceBindingFixture.h"
+#include "device/DeviceVerifyDialog.h"
+#include "device/VerificationImageWindow.h"
+#include "workspace/Workspace.h"
+
+#include <QAbstractButton>
+#include <QFile>
+#include <QJsonDocument>
+#include <QPushButton>
+#include <QTest>
+
+namespace {
+const QColor Green(0, 160, 0);
+const QColor Red(220, 50, 50);
+const QString Mobile = QStringLiteral("13812345678");
+const QString OtherMobile = QStringLiteral("13987654321");
+const QString Sn = QString::fromLatin1(DeviceBindingFixture::kSn);
+
+// A six-digit code that is surely not `code`.
+QString WrongCode(const QString& code)
+{
+    return code == QLatin1String("000000") ? QStringLiteral("111111") : QStringLiteral("000000");
+}
+} // namespace
+
+// Binding and unbinding the connected simulator through the dialogs, against the
+// account service on loopback, with the codes read as a user would read them.
+class TestDeviceBinding : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void bindThenUnbind();
+    void refusals_data();
+    void refusals();
+    void resendWaitsForTheCountdown();
+    void actionsFollowTheConnection();
+};
+
+void TestDeviceBinding::bindThenUnbind()
+{
+    DeviceBindingFixture fixture;
+    QString error;
+    QVERIFY2(fixture.Start(fixture.DefaultAccountOptions(), &error), qPrintable(error));
+
+    DeviceVerifyDialog* dialog = fixture.OpenDialog(ToolPage::ActionBindDevice);
+    QVERIFY(dialog);
+    QCOMPARE(dialog->Title(), QStringLiteral("绑定设备"));
+    QCOMPARE(fixture.RequestSmsCode(dialog, Mobile), QStringLiteral("验证码已发送，请查看手机短信"));
+    QVERIFY(fixture.LogHas(QStringLiteral("短信验证码已发送至 +86 *******5678"), Green));
+    QCOMPARE(fixture.Confirm(dialog, fixture.LastSmsCode()), QStringLiteral("设备绑定成功"));
+    QVERIFY(fixture.LogHas(QStringLiteral("设备绑定成功，SN: %1，手机号码: +86 *******5678").arg(Sn), Green));
+    const QJsonObject bound = fixture.BindingsOnDisk().value(Sn).toObject();
+    QCOMPARE(bound.value("mobile").toString(), Mobile);
+    QCOMPARE(bound.value("nation-code").toString(), QStringLiteral("86"));
+    dialog->findChild<QPushButton*>(QStringLiteral("m_btnConfirm"))->click(); // "完成"
+    QTRY_VERIFY(!fixture.GetWorkspace()->findChild<DeviceVerifyDialog*>());
+
+    dialog = fixture.OpenDialog(ToolPage::ActionUnbindDevice);
+    QVERIFY(dialog);
+    QCOMPARE(fixture.RequestSmsCode(dialog, Mobile), QStringLiteral("验证码已发送，请查看手机短信"));
+    QCOMPARE(fixture.Confirm(dialog, fixture.LastSmsCode()), QStringLiteral("设备解绑成功"));
+    QVERIFY(!fixture.BindingsOnDisk().contains(Sn));
+
+    // The debug log names the number by its last four digits and never holds a code.
+    const QString debugLog = fixture.DebugLogText();
+    QVERIFY(debugLog.contains(QStringLiteral("*******5678")));
+    QVERIFY(!debugLog.contains(Mobile));
+    QVERIFY(!debugLog.contains(fixture.LastSmsCode()));
+    for (const QString& picture : fixture.AllPictureTexts())
+        QVERIFY2(!debugLog.contains(picture, Qt::CaseInsensitive), qPrintable(picture));
+}
+
+void TestDeviceBinding::refusals_data()
+{
+    QTest::addColumn<QString>("refusal");
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("wrong picture code") << "picture" << QStringLiteral("图片验证码错误");
+    QTest::newRow("expired sms code") << "expired" << QStringLiteral("短信验证码已失效，请重新获取");
+    QTest::newRow("sixth try after five wrong codes")
+        << "tries" << QStringLiteral("短信验证码错误次数过多，请重新获取");
+    QTest::newRow("machine bound to another number") << "other" << QStringLiteral("该设备已绑定其他账号");
+}
+
+void TestDeviceBinding::refusals()
+{
+    QFETCH(QString, refusal);
+    QFETCH(QString, expected);
+    DeviceBindingFixture fixture;
+    AccountOptions options = fixture.DefaultAccountOptions();
+    options.smsTtlMs = refusal == "expired" ? 300 : options.smsTtlMs;
+    const QByteArray otherBinding =
+        QJsonDocument(QJsonObject{{Sn, QJsonObject{{"nation-code", "86"}, {"mobile", OtherMobile}}}}).toJson();
+    if (refusal == "other") {
+        QFile file(options.dataFile);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(otherBinding);
+    }
+    QString error;
+    QVERIFY2(fixture.Start(options, &error), qPrintable(error));
+    DeviceVerifyDialog* dialog =
+        fixture.OpenDialog(refusal == "other" ? ToolPage::ActionUnbindDevice : ToolPage::ActionBindDevice);
+    QVERIFY(dialog);
+
+    QString answer;
+    if (refusal == "picture") {
+        VerificationImageWindow* window = fixture.OpenVerification(dialog, Mobile);
+        QVERIFY(window);
+        answer = fixture.AnswerPicture(dialog, window, QStringLiteral("0000")); // 0 is never drawn
+        QVERIFY(fixture.LastSmsCode().isEmpty());
+        QVERIFY(fixture.LogHas(QStringLiteral("获取短信验证码失败：%1").arg(expected), Red));
+    } else {
+        QCOMPARE(fixture.RequestSmsCode(dialog, Mobile), QStringLiteral("验证码已发送，请查看手机短信"));
+        const QString code = fixture.LastSmsCode();
+        if (refusal == "expired")
+            QTest::qWait(400); // past the code's life
+        if (refusal == "tries") {
+            for (int left = 4; left >= 1; --left)
+                QCOMPARE(fixture.Confirm(dialog, WrongCode(code)),
+                         QStringLiteral("短信验证码错误，还可尝试 %1 次").arg(left));
+            QCOMPARE(fixture.Confirm(dialog, WrongCode(code)), expected);
+        }
+        answer = fixture.Confirm(dialog, code);
+        const QString failed = refusal == "other" ? QStringLiteral("设备解绑失败") : QStringLiteral("设备绑定失败");
+        QVERIFY(fixture.LogHas(QStringLiteral("%1：%2，SN: %3").arg(failed, expected, Sn), Red));
+    }
+    QCOMPARE(answer, expected);
+    const QJsonObject bindings = fixture.BindingsOnDisk();
+    if (refusal == "other")
+        QCOMPARE(bindings.value(Sn).toObject().value("mobile").toString(), OtherMobile);
+    else
+        QVERIFY(!bindings.contains(Sn));
+}
+
+void TestDeviceBinding::resendWaitsForTheCountdown()
+{
+    DeviceBindingFixture fixture;
+    AccountOptions options = fixture.DefaultAccountOptions();
+    options.smsIntervalMs = 2000; // the service's interval drives the countdown
+    QString error;
+    QVERIFY2(fixture.Start(options, &error), qPrintable(error));
+    DeviceVerifyDialog* dialog = fixture.OpenDialog(ToolPage::ActionBindDevice);
+    QVERIFY(dialog);
+    QCOMPARE(fixture.RequestSmsCode(dialog, Mobile), QStringLiteral("验证码已发送，请查看手机短信"));
+    auto* resend = dialog->findChild<QPushButton*>(QStringLiteral("m_btnSendSms"));
+    QVERIFY(!resend->isEnabled());
+    QCOMPARE(resend->text(), QStringLiteral("2秒后重新获取"));
+    QTRY_COMPARE_WITH_TIMEOUT(resend->text(), QStringLiteral("1秒后重新获取"), 5000);
+    QTRY_VERIFY_WITH_TIMEOUT(resend->isEnabled(), 5000);
+    QCOMPARE(resend->text(), QStringLiteral("获取验证码"));
+}
+
+void TestDeviceBinding::actionsFollowTheConnection()
+{
+    DeviceBindingFixture fixture;
+    QString error;
+    QVERIFY2(fixture.Start(fixture.DefaultAccountOptions(), &error), qPrintable(error));
+    ToolPage* page = fixture.GetWorkspace()->GetToolPage();
+    QVERIFY(page->Button(ToolPage::ActionUnbindDevice)->isEnabled());
+    DeviceVerifyDialog* dialog = fixture.OpenDialog(ToolPage::ActionBindDevice);
+    QVERIFY(dialog && dialog->isVisible());
+
+    fixture.GetWorkspace()->DisconnectMachine(false);
+    QVERIFY(!page->Button(ToolPage::ActionBindDevice)->isEnabled());
+    QVERIFY(!page->Button(ToolPage::ActionUnbindDevice)->isEnabled());
+    // The dialog was for the machine that is gone.
+    QTRY_VERIFY(!fixture.GetWorkspace()->findChild<DeviceVerifyDialog*>());
+}
+
+QTEST_MAIN(TestDeviceBinding)
+#include "tst_DeviceBinding.moc"

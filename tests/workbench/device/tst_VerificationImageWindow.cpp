@@ -1,0 +1,208 @@
+#include "AccountService.h"
+#include "CamBaseTextHelper.h"
+#include "device/VerificationImageWindow.h"
+
+#include <QApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMouseEvent>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTcpServer>
+#include <QTemporaryDir>
+#include <QTest>
+#include <memory>
+
+namespace {
+const QString Fetching = QStringLiteral("正在获取验证码图片...");
+const QString Failed = QStringLiteral("获取验证码图片失败");
+
+void SetBaseUrl(const QString& url)
+{
+    CamBaseTextHelper::instance()->SetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal,
+                                                        QStringLiteral("Account/BaseUrl"), url, true);
+}
+
+template <typename T> T* Child(const QWidget* window, const char* name)
+{
+    return window->findChild<T*>(QLatin1String(name));
+}
+} // namespace
+
+// The picture-code window against the account service on loopback.
+class TestVerificationImageWindow : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void fetchShowsThePicture();
+    void failedFetch_data();
+    void failedFetch();
+    void everyCloseEmitsOnce_data();
+    void everyCloseEmitsOnce();
+    void dragsOnlyFromTheTitleBar_data();
+    void dragsOnlyFromTheTitleBar();
+
+private:
+    // A shown window whose first fetch has been answered.
+    std::unique_ptr<VerificationImageWindow> OpenWindow(const QString& mobile);
+
+    QTemporaryDir m_config;
+    std::unique_ptr<AccountService> m_pService;
+    QHash<QString, QString> m_hashPictures;
+};
+
+void TestVerificationImageWindow::initTestCase()
+{
+    qputenv("KORV_CONFIG_DIR", m_config.path().toUtf8());
+    AccountOptions options;
+    options.port = 0;
+    options.dataFile = m_config.filePath(QStringLiteral("bindings.json"));
+    options.rateLimit = 1000;
+    m_pService = std::make_unique<AccountService>(options);
+    QString error;
+    QVERIFY2(m_pService->Start(&error), qPrintable(error));
+    SetBaseUrl(m_pService->BaseUrl());
+    connect(m_pService->Store(), &AccountStore::SignalImageIssued, this,
+            [this](const QString& imgId, const QString& text) { m_hashPictures.insert(imgId, text); });
+}
+
+std::unique_ptr<VerificationImageWindow> TestVerificationImageWindow::OpenWindow(const QString& mobile)
+{
+    auto window = std::make_unique<VerificationImageWindow>(QStringLiteral("86"), mobile);
+    window->show();
+    if (!QTest::qWaitForWindowExposed(window.get()))
+        return nullptr;
+    auto* change = Child<QPushButton>(window.get(), "changeBtn");
+    if (!QTest::qWaitFor([change] { return change->isEnabled(); }, 10000))
+        return nullptr;
+    return window;
+}
+
+void TestVerificationImageWindow::fetchShowsThePicture()
+{
+    VerificationImageWindow window(QStringLiteral("86"), QStringLiteral("13812345678"));
+    auto* change = Child<QPushButton>(&window, "changeBtn");
+    auto* confirm = Child<QPushButton>(&window, "confirmBtn");
+    auto* picture = Child<QLabel>(&window, "verificationImageLabel");
+    auto* hint = Child<QLabel>(&window, "hintLabel");
+    QVERIFY(window.windowFlags().testFlag(Qt::FramelessWindowHint) && window.windowFlags().testFlag(Qt::Tool));
+    QCOMPARE(window.windowModality(), Qt::ApplicationModal);
+    window.show();
+
+    // The first fetch starts at construction; nothing can be pressed until it is answered.
+    QVERIFY(!change->isEnabled());
+    QVERIFY(!confirm->isEnabled());
+    QCOMPARE(picture->text(), Fetching);
+    QTRY_VERIFY_WITH_TIMEOUT(change->isEnabled(), 10000);
+    QVERIFY(confirm->isEnabled());
+    QVERIFY(picture->text().isEmpty());
+    QCOMPARE(picture->pixmap().size(), picture->size());
+    QVERIFY(hint->isVisible());
+    QCOMPARE(hint->text(), QStringLiteral("请输入图中的字符，不区分大小写"));
+    const QString firstId = window.ImageId();
+    QVERIFY(m_hashPictures.contains(firstId));
+
+    // "换一张" fetches a new picture and is disabled again until it arrives.
+    change->click();
+    QVERIFY(!change->isEnabled());
+    QVERIFY(!confirm->isEnabled());
+    QVERIFY(!hint->isVisible());
+    QTRY_VERIFY_WITH_TIMEOUT(change->isEnabled(), 10000);
+    QVERIFY(window.ImageId() != firstId);
+    QVERIFY(m_hashPictures.contains(window.ImageId()));
+}
+
+void TestVerificationImageWindow::failedFetch_data()
+{
+    QTest::addColumn<QString>("mobile");
+    QTest::addColumn<bool>("serviceDown");
+    QTest::newRow("refused number (non-zero code)") << "123" << false;
+    QTest::newRow("no answer at all") << "13812345678" << true;
+}
+
+void TestVerificationImageWindow::failedFetch()
+{
+    QFETCH(QString, mobile);
+    QFETCH(bool, serviceDown);
+    if (serviceDown) {
+        QTcpServer closed;
+        QVERIFY(closed.listen(QHostAddress::LocalHost));
+        SetBaseUrl(QStringLiteral("http://127.0.0.1:%1").arg(closed.serverPort()));
+    }
+    const std::unique_ptr<VerificationImageWindow> window = OpenWindow(mobile);
+    SetBaseUrl(m_pService->BaseUrl());
+    QVERIFY(window);
+    QCOMPARE(Child<QLabel>(window.get(), "verificationImageLabel")->text(), Failed);
+    QVERIFY(!Child<QPushButton>(window.get(), "confirmBtn")->isEnabled());
+    QVERIFY(!Child<QLabel>(window.get(), "hintLabel")->isVisible());
+}
+
+void TestVerificationImageWindow::everyCloseEmitsOnce_data()
+{
+    QTest::addColumn<QString>("how");
+    QTest::addColumn<QString>("entered");
+    QTest::newRow("confirm copies the typed text") << "confirmBtn"
+                                                   << "ab3k";
+    QTest::newRow("cancel after typing") << "cancelBtn"
+                                         << "";
+    QTest::newRow("close button") << "closeBtn"
+                                  << "";
+    QTest::newRow("closed by the window system") << "close()"
+                                                 << "";
+}
+
+void TestVerificationImageWindow::everyCloseEmitsOnce()
+{
+    QFETCH(QString, how);
+    QFETCH(QString, entered);
+    const std::unique_ptr<VerificationImageWindow> window = OpenWindow(QStringLiteral("13812345678"));
+    QVERIFY(window);
+    QSignalSpy closed(window.get(), &VerificationImageWindow::SignalClose);
+    QTest::keyClicks(Child<QLineEdit>(window.get(), "inputLineEdit"), QStringLiteral("ab3k"));
+    if (how == "close()")
+        window->close();
+    else
+        window->findChild<QPushButton*>(how)->click();
+    QCOMPARE(closed.count(), 1);
+    QVERIFY(!window->isVisible());
+    QCOMPARE(window->EnteredCode(), entered);
+    QVERIFY(!window->ImageId().isEmpty());
+}
+
+void TestVerificationImageWindow::dragsOnlyFromTheTitleBar_data()
+{
+    QTest::addColumn<int>("pressY");
+    QTest::addColumn<bool>("moves");
+    QTest::newRow("title bar") << 10 << true;
+    QTest::newRow("last line of the title bar") << 32 << true;
+    QTest::newRow("first line below it") << 33 << false;
+    QTest::newRow("content") << 120 << false;
+}
+
+void TestVerificationImageWindow::dragsOnlyFromTheTitleBar()
+{
+    QFETCH(int, pressY);
+    QFETCH(bool, moves);
+    const std::unique_ptr<VerificationImageWindow> window = OpenWindow(QStringLiteral("13812345678"));
+    QVERIFY(window);
+    window->move(200, 150);
+    const QPoint start = window->pos();
+    // Sent to the window itself: the labels there pass presses on to it.
+    const QPointF local(300, pressY);
+    const QPointF global = window->mapToGlobal(local);
+    const QPointF travelled(37.4, 21.6);
+    QMouseEvent press(QEvent::MouseButtonPress, local, global, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(window.get(), &press);
+    QMouseEvent move(QEvent::MouseMove, local + travelled, global + travelled, Qt::NoButton, Qt::LeftButton,
+                     Qt::NoModifier);
+    QApplication::sendEvent(window.get(), &move);
+    QMouseEvent release(QEvent::MouseButtonRelease, local + travelled, global + travelled, Qt::LeftButton, Qt::NoButton,
+                        Qt::NoModifier);
+    QApplication::sendEvent(window.get(), &release);
+    QCOMPARE(window->pos(), moves ? start + QPoint(37, 22) : start);
+}
+
+QTEST_MAIN(TestVerificationImageWindow)
+#include "tst_VerificationImageWindow.moc"
