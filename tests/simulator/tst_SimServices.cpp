@@ -230,7 +230,6 @@ void tst_SimServices::vanishClosesEveryPort()
     QTcpSocket held;
     held.connectToHost(QHostAddress::LocalHost, m_sim->InfoPort());
     QVERIFY(held.waitForConnected(5000));
-    QTest::qWait(50);
     const QList<quint16> ports{m_sim->FtpPort(), m_sim->InfoPort(), m_sim->SnPort()};
     m_sim->Vanish();
     QVERIFY(QTest::qWaitFor([&held] { return held.state() == QAbstractSocket::UnconnectedState; }, 5000));
@@ -244,16 +243,6 @@ void tst_SimServices::vanishClosesEveryPort()
 void tst_SimServices::programStartsAndStops()
 {
     const QString program = qEnvironmentVariable("KORV_BINARY_DIR") + "/bin/cnc-sim";
-    QProcess help;
-    help.start(program, {"--help"});
-    QVERIFY(help.waitForFinished(10000));
-    const QByteArray usage = help.readAllStandardOutput();
-    for (const char* option :
-         {"--bind", "--root", "--ftp-port", "--info-port", "--sn-port", "--discovery-port", "--sn", "--sys-version",
-          "--fw-version", "--ftp-user", "--ftp-password", "--ftp-drop-after", "--ftp-rate", "--ftp-refuse",
-          "--sn-error", "--sn-silent", "--old-version", "--rt-silent", "--vanish-after"})
-        QVERIFY2(usage.contains(option), option);
-
     QProcess bad;
     bad.start(program, {"--ftp-port", "70000"});
     QVERIFY(bad.waitForFinished(10000));

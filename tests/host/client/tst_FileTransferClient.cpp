@@ -63,6 +63,7 @@ void tst_FileTransferClient::init()
 
 void tst_FileTransferClient::cleanup()
 {
+    QFile::remove(CDebugLog::LogFilePath()); // a row must find its own log line, not the previous row's
     m_sim.reset();
 }
 
@@ -105,13 +106,17 @@ void tst_FileTransferClient::realTimeDataMovesWhileAProgramRuns()
     QVERIFY(Connect(client, m_sim->InfoPort()));
     QSignalSpy data(&client, &FileTransferClient::SignalGetMachineRealTimeData);
     QList<StructRealTimeData> records;
-    for (int i = 0; i < 3; ++i) {
-        QVERIFY(client.GetMachineRealTimeData());
-        QVERIFY(data.wait(5000));
-        QVERIFY(data.last().at(0).toBool());
-        records << data.last().at(1).value<StructRealTimeData>();
-        QTest::qWait(150); // three simulated seconds
-    }
+    // Asks again until the simulated clock has moved on; three records, each later than the last.
+    QVERIFY(QTest::qWaitFor(
+        [&] {
+            if (client.GetMachineRealTimeData() && data.wait(5000) && data.last().at(0).toBool()) {
+                const auto record = data.last().at(1).value<StructRealTimeData>();
+                if (records.isEmpty() || record.runTime > records.last().runTime)
+                    records << record;
+            }
+            return records.size() == 3;
+        },
+        10000));
     QCOMPARE(records.first().sn, QString("PB03CLIENT01"));
     QCOMPARE(records.first().status, int(SimMachine::Running));
     QCOMPARE(records.first().program.name, QString("part.nc"));
@@ -154,7 +159,6 @@ void tst_FileTransferClient::machineGoingAwayFailsWhatIsPending()
     QSignalSpy status(&client, &FileTransferClient::SignalTcpConnectStatus);
     QSignalSpy data(&client, &FileTransferClient::SignalGetMachineRealTimeData);
     QVERIFY(client.GetMachineRealTimeData());
-    QTest::qWait(50);
     m_sim->Vanish();
     QVERIFY(status.wait(5000));
     QCOMPARE(status.size(), 1);
@@ -194,7 +198,7 @@ void tst_FileTransferClient::explicitDisconnect()
     QCOMPARE(status.first().first().toBool(), false);
     QCOMPARE(data.size(), 1);
     QVERIFY(!client.isConnected());
-    QTest::qWait(50);
+    QCoreApplication::processEvents();
     QCOMPARE(status.size(), 1); // reported once, not again by the socket
 }
 
@@ -214,6 +218,8 @@ void tst_FileTransferClient::rawFrames_data()
                                << "connection to";
     QTest::newRow("malformed") << QList<QByteArray>{QByteArray::fromHex("00000005") + "{nope"} << false << 0 << true
                                << "bad frame";
+    QTest::newRow("valid-then-bad-header") << QList<QByteArray>{reply + QByteArray::fromHex("00000000")} << false << 1
+                                           << true << "bad frame";
     QTest::newRow("oversized") << QList<QByteArray>{QByteArray::fromHex("40000000") + QByteArray(64, 'x')} << false << 0
                                << true << "bad frame";
     QTest::newRow("error-code") << QList<QByteArray>{MachineFrameDecoder::Encode(
