@@ -199,10 +199,10 @@ FtpSession::~FtpSession()
         curl_easy_cleanup(static_cast<CURL*>(m_pCurl));
 }
 
-int FtpSession::OnCloseSocket(void* session, int socket)
+int FtpSession::OnCloseSocket(void* session, int descriptor)
 {
-    static_cast<FtpSession*>(session)->SalvageReply(socket);
-    return ::close(socket);
+    static_cast<FtpSession*>(session)->SalvageReply(descriptor);
+    return ::close(descriptor);
 }
 
 void FtpSession::SalvageReply(int fd)

@@ -5,6 +5,7 @@
 #include "SimOptions.h"
 
 #include <QBuffer>
+#include <QByteArrayList>
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
@@ -161,7 +162,7 @@ void SimFtpSession::Close()
     // The last reply ("221") must reach the client before the socket goes: delete only once the
     // queued bytes are out, or after a grace period when the client stops reading.
     if (m_pSocket && m_pSocket->state() != QAbstractSocket::UnconnectedState) {
-        connect(m_pSocket, &QTcpSocket::disconnected, this, &QObject::deleteLater);
+        connect(m_pSocket.data(), &QTcpSocket::disconnected, this, &QObject::deleteLater);
         QTimer::singleShot(kCloseGraceMs, this, &QObject::deleteLater);
         m_pSocket->disconnectFromHost();
         return;

@@ -2,8 +2,10 @@
 
 #include "SimPathJail.h"
 
+#include <QByteArray>
 #include <QDeadlineTimer>
 #include <QHash>
+#include <QList>
 #include <QObject>
 #include <QPointer>
 #include <QTimer>
