@@ -106,7 +106,8 @@ void TestFtpSession::smallUploadsKeepPace_data()
     QTest::addColumn<int>("minMedianMs");
     QTest::addColumn<int>("maxMedianMs");
     // A delayed acknowledgement costs 40 ms per upload and the data-connection stall a second; both
-    // stand far above these bounds, which leave room for a loaded machine and the sanitizers.
+    // stand far above these bounds, which leave room for a loaded machine (the sanitizer builds
+    // stretch the median bound by KORV_TIME_FACTOR).
     QTest::newRow("no-latency") << QStringList{} << 200 << 0 << 20;
     QTest::newRow("latency-switch") << QStringList{"--ftp-latency", "30"} << 10 << 60 << 1000;
 }
@@ -138,8 +139,9 @@ void TestFtpSession::smallUploadsKeepPace()
     std::sort(times.begin(), times.end());
     const qint64 median = times.at(times.size() / 2);
     const QString figures = QStringLiteral("median %1 ms, max %2 ms").arg(median).arg(times.last());
-    QVERIFY2(median >= minMedianMs && median <= maxMedianMs, qPrintable(figures));
-    QVERIFY2(times.last() < 500, qPrintable(figures));
+    const int factor = qMax(1, qEnvironmentVariableIntValue("KORV_TIME_FACTOR"));
+    QVERIFY2(median >= minMedianMs && median <= maxMedianMs * factor, qPrintable(figures));
+    QVERIFY2(times.last() < 900, qPrintable(figures));
     QCOMPARE(QFileInfo(sim.LocalPath(QStringLiteral("/p0.nc"))).size(), program.size());
 }
 
