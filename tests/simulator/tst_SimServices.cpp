@@ -10,7 +10,6 @@
 #include <QTcpSocket>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QUdpSocket>
 #include <QtEndian>
 #include <memory>
 
@@ -29,7 +28,6 @@ private slots:
     void brokenFrameClosesTheConnection_data();
     void brokenFrameClosesTheConnection();
     void fileAndToolMessages();
-    void discoveryReply();
     void vanishClosesEveryPort();
     void programStartsAndStops();
 
@@ -208,21 +206,6 @@ void tst_SimServices::fileAndToolMessages()
     const QJsonArray tools{QJsonObject{{"toolNo", 7}, {"toolType", 2}, {"toolDiameter", 8.0}}};
     QCOMPARE(Request(socket, {{"type", "UploadToolsReq"}, {"tools", tools}}).value("code").toInt(-1), 0);
     QCOMPARE(Request(socket, {{"type", "DownloadToolsReq"}}).value("tools").toArray(), tools);
-}
-
-void tst_SimServices::discoveryReply()
-{
-    QUdpSocket socket;
-    QVERIFY(socket.bind(QHostAddress::LocalHost, 0));
-    socket.writeDatagram("CNC_DISCOVER", QHostAddress::LocalHost, m_sim->DiscoveryPort());
-    QVERIFY(QTest::qWaitFor([&socket] { return socket.hasPendingDatagrams(); }, 5000));
-    QByteArray reply(int(socket.pendingDatagramSize()), '\0');
-    socket.readDatagram(reply.data(), reply.size());
-    const QList<QByteArray> fields = reply.split('*');
-    QCOMPARE(fields.size(), 6);
-    QCOMPARE(fields.at(1), QByteArray("PB01TEST0001"));
-    QCOMPARE(fields.at(3), QByteArray("127.0.0.1"));
-    QCOMPARE(fields.at(5), QByteArray("eth"));
 }
 
 void tst_SimServices::vanishClosesEveryPort()
