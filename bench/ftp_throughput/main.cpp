@@ -184,7 +184,8 @@ int main(int argc, char** argv)
     }
     QList<double> smallMs;
     for (int i = 0; i < smallFiles; ++i)
-        smallMs << 1000 * RunTask(new UploadToFtp(ourBase + QStringLiteral("/small_%1.nc").arg(i), QString(), smallSource));
+        smallMs << 1000 * RunTask(
+                              new UploadToFtp(ourBase + QStringLiteral("/small_%1.nc").arg(i), QString(), smallSource));
 
     const double mib = double(size) / (1024 * 1024);
     const double upOurs = mib / Median(ourUp), upCurl = mib / Median(curlUp);

@@ -5,13 +5,13 @@
 
 #include <QIODevice>
 #include <QUrl>
-#include <curl/curl.h>
 #include <cctype>
+#include <curl/curl.h>
 #include <mutex>
-#include <type_traits>
 #include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
+#include <type_traits>
 #include <unistd.h>
 
 namespace {
@@ -279,8 +279,8 @@ bool FtpSession::Perform(const QString& action)
                           .arg(action, m_strHost)
                           .arg(m_iPort)
                           .arg(int(code))
-                          .arg(QString::fromUtf8(curl_easy_strerror(code)), QString::fromUtf8(m_errorBuffer.constData()),
-                               QString::fromUtf8(serverReply)));
+                          .arg(QString::fromUtf8(curl_easy_strerror(code)),
+                               QString::fromUtf8(m_errorBuffer.constData()), QString::fromUtf8(serverReply)));
     const QString byReply = ReasonFromReply(serverReply);
     QString message = QStringLiteral("%1失败：%2").arg(action, byReply.isEmpty() ? Reason(code) : byReply);
     if (!serverReply.isEmpty())

@@ -326,14 +326,15 @@ void SimFtpSession::RunTransfer(SimFtpDataChannel* channel, QIODevice* device, b
     device->setParent(channel);
     m_pRunning = channel;
     m_bBusy = true;
-    connect(channel, &SimFtpDataChannel::SignalFinished, this, [this, channel, device](int code, const QString& reason) {
-        device->close(); // flushed before the client hears 226 and looks at the file
-        channel->deleteLater();
-        m_bBusy = false;
-        m_pRunning = nullptr;
-        Reply(code, code == 226 ? QStringLiteral("Transfer complete.") : reason);
-        ProcessLines();
-    });
+    connect(channel, &SimFtpDataChannel::SignalFinished, this,
+            [this, channel, device](int code, const QString& reason) {
+                device->close(); // flushed before the client hears 226 and looks at the file
+                channel->deleteLater();
+                m_bBusy = false;
+                m_pRunning = nullptr;
+                Reply(code, code == 226 ? QStringLiteral("Transfer complete.") : reason);
+                ProcessLines();
+            });
     Reply(150, opening);
     if (send)
         channel->StartSend(device);

@@ -20,10 +20,12 @@ QString CncSimServer::Program() const
 
 QStringList CncSimServer::Arguments(quint16 port) const
 {
-    return QStringList{
-        QStringLiteral("--root"),           RootDir(),           QStringLiteral("--ftp-port"), QString::number(port),
-        QStringLiteral("--info-port"),      QStringLiteral("0"), QStringLiteral("--sn-port"),  QStringLiteral("0"),
-        QStringLiteral("--discovery-port"), QStringLiteral("0"), QStringLiteral("--ftp-user"), User(),
-        QStringLiteral("--ftp-password"),   Password()} +
+    return QStringList{QStringLiteral("--root"),           RootDir(),
+                       QStringLiteral("--ftp-port"),       QString::number(port),
+                       QStringLiteral("--info-port"),      QStringLiteral("0"),
+                       QStringLiteral("--sn-port"),        QStringLiteral("0"),
+                       QStringLiteral("--discovery-port"), QStringLiteral("0"),
+                       QStringLiteral("--ftp-user"),       User(),
+                       QStringLiteral("--ftp-password"),   Password()} +
            m_listFaultSwitches;
 }

@@ -215,8 +215,8 @@ void tst_FileTransferClient::rawFrames_data()
     QTest::newRow("merged") << reply + reply << false << 2 << false << "";
     QTest::newRow("truncated") << reply.left(reply.size() - 3) << true << 0 << true << "connection to";
     QTest::newRow("malformed") << QByteArray::fromHex("00000005") + "{nope" << false << 0 << true << "bad frame";
-    QTest::newRow("valid-then-bad-header") << reply + QByteArray::fromHex("00000000") << false << 1 << true
-                                           << "bad frame";
+    QTest::newRow("valid-then-bad-header")
+        << reply + QByteArray::fromHex("00000000") << false << 1 << true << "bad frame";
     QTest::newRow("error-code") << MachineFrameDecoder::Encode(
                                        {{"type", "RealTimeDataRes"}, {"code", 7}, {"msg", "busy"}})
                                 << false << 0 << false << "";

@@ -45,16 +45,24 @@ void TestFtpSession::failureInOwnWords_data()
     QTest::addColumn<QString>("setup");
     QTest::addColumn<QString>("words");
     QTest::addColumn<QString>("serverReply");
-    QTest::newRow("could-not-connect") << QStringList{} << false << "closed-port" << "无法连接FTP服务器" << "";
-    QTest::newRow("login-denied") << QStringList{} << false << "wrong-password" << "登录被拒绝" << "530";
-    QTest::newRow("remote-file-not-found") << QStringList{} << false << "missing-file" << "远程文件不存在" << "550";
+    QTest::newRow("could-not-connect") << QStringList{} << false << "closed-port"
+                                       << "无法连接FTP服务器"
+                                       << "";
+    QTest::newRow("login-denied") << QStringList{} << false << "wrong-password"
+                                  << "登录被拒绝"
+                                  << "530";
+    QTest::newRow("remote-file-not-found") << QStringList{} << false << "missing-file"
+                                           << "远程文件不存在"
+                                           << "550";
     QTest::newRow("timed-out") << QStringList{"--ftp-latency", "2500"} << false << "short-timeout"
                                << "FTP服务器响应超时"
                                << "";
     QTest::newRow("disk-full-while-sending") << QStringList{"--ftp-disk-full", "65536"} << true << ""
                                              << "服务器存储空间不足"
                                              << "552";
-    QTest::newRow("connection-cut") << QStringList{"--ftp-drop-after", "65536"} << false << "" << "FTP连接中断" << "";
+    QTest::newRow("connection-cut") << QStringList{"--ftp-drop-after", "65536"} << false << ""
+                                    << "FTP连接中断"
+                                    << "";
 }
 
 void TestFtpSession::failureInOwnWords()
