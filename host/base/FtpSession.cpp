@@ -17,6 +17,7 @@
 namespace {
 constexpr long kBufferSize = 512 * 1024;
 constexpr int kSalvageWaitMs = 100;
+constexpr long kStopPollMs = 100; // longest wait before a stop request is seen
 
 // Per-step state handed to libcurl's callbacks.
 struct Transfer
@@ -308,6 +309,11 @@ int FtpSession::RunStep()
         }
         if (running == 0)
             break;
+        // A stop request must not wait for a silent server: it ends the step at the next wake-up.
+        if (m_stopCheck && m_stopCheck()) {
+            result = CURLE_ABORTED_BY_CALLBACK;
+            break;
+        }
         // libcurl 7.88 can leave a step due with no socket to wait on (after the EPSV or PASV reply,
         // before it connects the data connection); curl_easy_perform then sleeps a whole second.
         // With no socket named, look again after a millisecond.
@@ -319,8 +325,8 @@ int FtpSession::RunStep()
         curl_multi_fdset(multi, &readSet, &writeSet, &errorSet, &maxFd);
         long timeoutMs = -1;
         curl_multi_timeout(multi, &timeoutMs);
-        if (maxFd < 0 || timeoutMs < 0 || timeoutMs > 1000)
-            timeoutMs = maxFd < 0 ? 1 : 1000;
+        if (maxFd < 0 || timeoutMs < 0 || timeoutMs > kStopPollMs)
+            timeoutMs = maxFd < 0 ? 1 : kStopPollMs;
         curl_multi_poll(multi, nullptr, 0, int(timeoutMs), nullptr);
     }
     int queued = 0;
