@@ -9,7 +9,9 @@
 
 class BroadCastSender;
 class CSelectMachineBox;
+class MachineCommandSender;
 class MachineConnection;
+class MachineStatusWidget;
 class QStackedWidget;
 class QTabBar;
 class QTimer;
@@ -73,6 +75,7 @@ public:
     ToolPage* GetToolPage() const { return m_pToolPage; }
     QTabBar* PageBar() const { return m_pPageBar; }
     CSelectMachineBox* SelectMachineBox() const { return m_pSelectBox; }
+    MachineStatusWidget* StatusWidget() const { return m_pStatusWidget; }
 
 Q_SIGNALS:
     void SignalSilentConnectStarted();
@@ -101,6 +104,7 @@ protected:
 private:
     void BuildUi();
     void ConnectToolActions();
+    void ConnectStatusPage();
     void OpenSelectMachineBox();
     void OnConnected();
     void OnOffline();
@@ -132,4 +136,6 @@ private:
     QStackedWidget* m_pPages = nullptr;
     TransManager* m_pTransManager = nullptr;
     CSelectMachineBox* m_pSelectBox = nullptr;
+    MachineStatusWidget* m_pStatusWidget = nullptr;
+    MachineCommandSender* m_pCommandSender = nullptr;
 };
