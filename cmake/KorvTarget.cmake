@@ -1,6 +1,11 @@
-# Warnings are errors for our own code; generated moc/uic/rcc sources follow the same rules.
+# Our own code, generated moc/uic/rcc sources included, builds without warnings (errors unless
+# KORV_WERROR is off). Connections that would narrow an argument do not compile.
 function(korv_target_defaults target)
-  target_compile_options(${target} PRIVATE -Wall -Wextra -Werror)
+  target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow)
+  if(KORV_WERROR)
+    target_compile_options(${target} PRIVATE -Werror)
+  endif()
+  target_compile_definitions(${target} PRIVATE QT_NO_NARROWING_CONVERSIONS_IN_CONNECT)
 endfunction()
 
 # Adds every CMakeLists.txt-bearing subfolder of the current folder, so that each
@@ -15,10 +20,12 @@ function(korv_add_subfolders)
   endforeach()
 endfunction()
 
-# korv_add_test(NAME name LABEL unit|integration|gui SOURCES ... LIBS ... [TIMEOUT s])
-# One Qt Test executable per class or feature. gui and unit tests run offscreen.
+# korv_add_test(NAME name LABEL unit|integration|gui|screenshot SOURCES ... LIBS ... [TIMEOUT s]
+#               [RESOURCE_LOCK name])
+# One Qt Test executable per class or feature. gui and unit tests run offscreen. Tests that
+# measure time take the "timing" lock, so that CTest never runs two of them side by side.
 function(korv_add_test)
-  cmake_parse_arguments(T "" "NAME;LABEL;TIMEOUT" "SOURCES;LIBS" ${ARGN})
+  cmake_parse_arguments(T "" "NAME;LABEL;TIMEOUT;RESOURCE_LOCK" "SOURCES;LIBS" ${ARGN})
   add_executable(${T_NAME} ${T_SOURCES})
   korv_target_defaults(${T_NAME})
   target_link_libraries(${T_NAME} PRIVATE Qt6::Test ${T_LIBS})
@@ -28,6 +35,10 @@ function(korv_add_test)
   if(NOT T_TIMEOUT)
     set(T_TIMEOUT 120)
   endif()
-  set_tests_properties(${T_NAME} PROPERTIES LABELS ${T_LABEL} TIMEOUT ${T_TIMEOUT}
-    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;KORV_SOURCE_DIR=${PROJECT_SOURCE_DIR};KORV_BINARY_DIR=${CMAKE_BINARY_DIR}")
+  set(environment QT_QPA_PLATFORM=offscreen KORV_SOURCE_DIR=${PROJECT_SOURCE_DIR} KORV_BINARY_DIR=${CMAKE_BINARY_DIR}
+                  ${KORV_SANITIZER_ENVIRONMENT})
+  set_tests_properties(${T_NAME} PROPERTIES LABELS ${T_LABEL} TIMEOUT ${T_TIMEOUT} ENVIRONMENT "${environment}")
+  if(T_RESOURCE_LOCK)
+    set_tests_properties(${T_NAME} PROPERTIES RESOURCE_LOCK ${T_RESOURCE_LOCK})
+  endif()
 endfunction()

@@ -1,5 +1,7 @@
 // Compares UploadToFtp, DownloadToLocal and ListFtpDirectory with the curl command-line tool
-// against the same pure-ftpd on loopback, alternating, and prints medians and ratios.
+// against the same pure-ftpd on loopback, alternating, and prints medians and ratios; then
+// times many small uploads to the machine simulator, one task each, as a user's programs go.
+#include "CncSimServer.h"
 #include "TestFtpServer.h"
 #include "TestTempDir.h"
 
@@ -93,10 +95,12 @@ int main(int argc, char** argv)
     parser.addOption({"size-mib", "Size of the transferred file in MiB.", "n", "1024"});
     parser.addOption({"runs", "Runs of each transfer and listing.", "n", "3"});
     parser.addOption({"entries", "Entries of the listed folder.", "n", "20000"});
+    parser.addOption({"small-files", "Uploads of 20 KiB to the simulator.", "n", "500"});
     parser.process(app);
     const qint64 size = parser.value("size-mib").toLongLong() * 1024 * 1024;
     const int runs = qMax(1, parser.value("runs").toInt());
     const int entryCount = parser.value("entries").toInt();
+    const int smallFiles = qMax(1, parser.value("small-files").toInt());
 
     TestTempDir config;
     TestTempDir local;
@@ -165,6 +169,24 @@ int main(int argc, char** argv)
         return 1;
     }
 
+    CncSimServer sim;
+    if (!sim.Start()) {
+        std::fprintf(stderr, "cnc-sim: %s\n", qPrintable(sim.ErrorString()));
+        return 1;
+    }
+    settings->SetLocalSettingCache(1, g_strSettingFtpUser, sim.User(), false);
+    settings->SetLocalSettingCache(1, g_strSettingFtpPassword, sim.Password(), false);
+    settings->SetLocalSettingCache(1, g_strSettingFtpPortMapping, sim.Port(), false);
+    const QString smallSource = local.FilePath(QStringLiteral("small.nc"));
+    if (!WriteRandomFile(smallSource, 20 * 1024)) {
+        std::fprintf(stderr, "cannot prepare the small file\n");
+        return 1;
+    }
+    QList<double> smallMs;
+    for (int i = 0; i < smallFiles; ++i)
+        smallMs << 1000 * RunTask(
+                              new UploadToFtp(ourBase + QStringLiteral("/small_%1.nc").arg(i), QString(), smallSource));
+
     const double mib = double(size) / (1024 * 1024);
     const double upOurs = mib / Median(ourUp), upCurl = mib / Median(curlUp);
     const double downOurs = mib / Median(ourDown), downCurl = mib / Median(curlDown);
@@ -174,6 +196,9 @@ int main(int argc, char** argv)
     std::printf("listing %d entries median: ours %.3f s (MLSD + parse), curl %.3f s (LIST)\n", entryCount,
                 Median(ourList), Median(curlList));
     std::printf("listing ratio=%.2f\n", Median(curlList) / Median(ourList));
+    std::printf("%d uploads of 20 KiB to cnc-sim, one task each\n", smallFiles);
+    std::printf("small_files median_ms=%.1f max_ms=%.1f\n", Median(smallMs),
+                *std::max_element(smallMs.cbegin(), smallMs.cend()));
     std::printf("ratio upload=%.2f download=%.2f\n", upOurs / upCurl, downOurs / downCurl);
     return 0;
 }

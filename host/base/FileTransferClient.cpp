@@ -129,14 +129,15 @@ void FileTransferClient::SlotReadyRead()
 {
     if (m_state != State::Connected)
         return;
-    if (!m_decoder.Feed(m_pSocket->readAll())) {
-        CloseWithReason(QStringLiteral("bad frame from %1: %2").arg(m_strPeer, m_decoder.ErrorString()));
-        return;
-    }
+    // Complete messages in front of a bad frame are still the machine's answers: deliver them first,
+    // so the outcome does not depend on how TCP split the bytes.
+    const bool bIntact = m_decoder.Feed(m_pSocket->readAll());
     QJsonObject message;
     // A receiver may disconnect us from inside a signal: stop as soon as it does.
     while (m_state == State::Connected && m_decoder.Next(&message))
         HandleMessage(message);
+    if (!bIntact)
+        CloseWithReason(QStringLiteral("bad frame from %1: %2").arg(m_strPeer, m_decoder.ErrorString()));
 }
 
 void FileTransferClient::HandleMessage(const QJsonObject& message)

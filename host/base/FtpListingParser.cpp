@@ -40,11 +40,13 @@ QStringView Text(QStringView line, const Token& token)
     return line.mid(token.begin, token.end - token.begin);
 }
 
-// The name starts after the blanks that follow the token.
-QStringView Rest(QStringView line, const Token& token)
+// The name starts after the separator that follows the token; a name may itself begin with blanks,
+// so at most maxBlanks are skipped (more than one only where a column is padded).
+QStringView Rest(QStringView line, const Token& token, qsizetype maxBlanks = 1)
 {
     qsizetype pos = token.end;
-    while (pos < line.size() && IsBlank(line[pos]))
+    const qsizetype limit = qMin(line.size(), token.end + maxBlanks);
+    while (pos < limit && IsBlank(line[pos]))
         ++pos;
     return line.mid(pos);
 }
@@ -95,7 +97,7 @@ bool ParseClock(QStringView text, QTime* time)
 
 bool AcceptName(QStringView name, FtpFileInfo* info)
 {
-    if (name.isEmpty() || name == u"." || name == u".." || name.contains(QLatin1Char('/')))
+    if (name.trimmed().isEmpty() || name == u"." || name == u".." || name.contains(QLatin1Char('/')))
         return false;
     info->name = name.toString();
     return true;
@@ -260,7 +262,10 @@ bool FtpListingParser::ParseDos(QStringView line, FtpFileInfo* info) const
         return false;
 
     const QStringView sizeOrDir = Text(line, tokens[next]);
+    // "<DIR>" is left-aligned in the size column, padded to 14 characters, then one separator.
+    qsizetype nameGap = 1;
     if (sizeOrDir.compare(u"<DIR>", Qt::CaseInsensitive) == 0) {
+        nameGap = 10;
         info->type = QStringLiteral("dir");
     } else {
         QString digits = sizeOrDir.toString();
@@ -271,7 +276,7 @@ bool FtpListingParser::ParseDos(QStringView line, FtpFileInfo* info) const
         info->size = digits.toLongLong();
     }
     info->time = QDateTime(date, time, QTimeZone::utc());
-    return AcceptName(Rest(line, tokens[next]), info);
+    return AcceptName(Rest(line, tokens[next], nameGap), info);
 }
 
 QDate FtpListingParser::YearlessDate(int month, int day) const

@@ -1,14 +1,23 @@
 #include "FtpSession.h"
 
+#include "CDebugLog.h"
 #include "FtpListingParser.h"
 
 #include <QIODevice>
 #include <QUrl>
+#include <cctype>
 #include <curl/curl.h>
 #include <mutex>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <type_traits>
+#include <unistd.h>
 
 namespace {
 constexpr long kBufferSize = 512 * 1024;
+constexpr int kSalvageWaitMs = 100;
+constexpr long kStopPollMs = 100; // longest wait before a stop request is seen
 
 // Per-step state handed to libcurl's callbacks.
 struct Transfer
@@ -73,6 +82,16 @@ int OnProgress(void* userData, curl_off_t dlTotal, curl_off_t dlNow, curl_off_t 
     return bGoOn ? 0 : 1;
 }
 
+// A server reply that names the cause better than libcurl's code does.
+QString ReasonFromReply(const QByteArray& reply)
+{
+    if (reply.startsWith("452") || reply.startsWith("552"))
+        return QStringLiteral("服务器存储空间不足");
+    if (reply.startsWith("530"))
+        return QStringLiteral("FTP登录被拒绝，请检查用户名和密码");
+    return QString();
+}
+
 QString Reason(CURLcode code)
 {
     switch (code) {
@@ -82,7 +101,10 @@ QString Reason(CURLcode code)
     case CURLE_LOGIN_DENIED:
         return QStringLiteral("FTP登录被拒绝，请检查用户名和密码");
     case CURLE_OPERATION_TIMEDOUT:
+    case CURLE_FTP_ACCEPT_TIMEOUT:
         return QStringLiteral("FTP服务器响应超时");
+    case CURLE_REMOTE_DISK_FULL:
+        return QStringLiteral("服务器存储空间不足");
     case CURLE_REMOTE_FILE_NOT_FOUND:
     case CURLE_FTP_COULDNT_RETR_FILE:
         return QStringLiteral("远程文件不存在");
@@ -97,9 +119,12 @@ QString Reason(CURLcode code)
     case CURLE_RECV_ERROR:
     case CURLE_SEND_ERROR:
     case CURLE_PARTIAL_FILE:
+    case CURLE_FTP_CANT_GET_HOST:
+    case CURLE_FTP_WEIRD_PASV_REPLY:
         return QStringLiteral("FTP连接中断");
     default:
-        return QString::fromUtf8(curl_easy_strerror(code));
+        // libcurl's own words are English; the debug log keeps them.
+        return QStringLiteral("FTP错误（代码%1）").arg(int(code));
     }
 }
 
@@ -139,6 +164,7 @@ FtpSession::FtpSession(const QString& host, int port, const FtpSettings& setting
     std::call_once(initOnce, [] { curl_global_init(CURL_GLOBAL_DEFAULT); });
     CURL* curl = curl_easy_init();
     m_pCurl = curl;
+    m_pMulti = curl_multi_init();
     if (!curl)
         return;
     curl_easy_setopt(curl, CURLOPT_PROTOCOLS_STR, "ftp");
@@ -160,12 +186,51 @@ FtpSession::FtpSession(const QString& host, int port, const FtpSettings& setting
     curl_easy_setopt(curl, CURLOPT_XFERINFOFUNCTION, OnProgress);
     curl_easy_setopt(curl, CURLOPT_WRITEFUNCTION, OnWrite);
     curl_easy_setopt(curl, CURLOPT_READFUNCTION, OnRead);
+    static_assert(std::is_same_v<curl_socket_t, int>, "OnCloseSocket takes a POSIX descriptor");
+    curl_easy_setopt(curl, CURLOPT_CLOSESOCKETFUNCTION, &FtpSession::OnCloseSocket);
+    curl_easy_setopt(curl, CURLOPT_CLOSESOCKETDATA, this);
 }
 
 FtpSession::~FtpSession()
 {
+    // The multi handle holds the cached control connection: closing it says QUIT.
+    if (m_pMulti)
+        curl_multi_cleanup(static_cast<CURLM*>(m_pMulti));
     if (m_pCurl)
         curl_easy_cleanup(static_cast<CURL*>(m_pCurl));
+}
+
+int FtpSession::OnCloseSocket(void* session, int descriptor)
+{
+    static_cast<FtpSession*>(session)->SalvageReply(descriptor);
+    return ::close(descriptor);
+}
+
+void FtpSession::SalvageReply(int fd)
+{
+    // Only a connection that fails during a step can hold an unread reply; data connections go to
+    // another port than the control connection.
+    sockaddr_storage peer{};
+    socklen_t length = sizeof(peer);
+    if (!m_bPerforming || getpeername(fd, reinterpret_cast<sockaddr*>(&peer), &length) != 0)
+        return;
+    const in_port_t port = peer.ss_family == AF_INET6 ? reinterpret_cast<sockaddr_in6*>(&peer)->sin6_port
+                                                      : reinterpret_cast<sockaddr_in*>(&peer)->sin_port;
+    if (ntohs(port) != m_iPort)
+        return;
+    pollfd waitFor{fd, POLLIN, 0};
+    if (poll(&waitFor, 1, kSalvageWaitMs) <= 0)
+        return;
+    QByteArray unread;
+    char chunk[1024];
+    ssize_t got;
+    while (unread.size() < 8 * 1024 && (got = recv(fd, chunk, sizeof(chunk), MSG_DONTWAIT)) > 0)
+        unread.append(chunk, got);
+    for (const QByteArray& line : unread.split('\n')) {
+        const QByteArray reply = line.trimmed();
+        if (reply.size() >= 3 && std::isdigit(uchar(reply[0])))
+            m_listReplies.append(reply);
+    }
 }
 
 QByteArray FtpSession::UrlFor(const QString& remotePath) const
@@ -197,23 +262,81 @@ bool FtpSession::Perform(const QString& action)
         return Fail(QStringLiteral("无法初始化FTP连接"));
     m_listReplies.clear();
     m_errorBuffer.fill('\0');
-    const CURLcode code = curl_easy_perform(static_cast<CURL*>(m_pCurl));
+    const CURLcode code = CURLcode(RunStep());
     if (code == CURLE_OK)
         return true;
     if (m_stopCheck && m_stopCheck()) {
         m_bStopped = true;
         return Fail(QStringLiteral("%1已停止").arg(action));
     }
-    QString message = QStringLiteral("%1失败：%2").arg(action, Reason(code));
+    QByteArray serverReply;
     for (auto it = m_listReplies.crbegin(); it != m_listReplies.crend(); ++it) {
         if (it->size() >= 3 && (it->at(0) == '4' || it->at(0) == '5')) {
-            message += QStringLiteral("（服务器回复：%1）").arg(QString::fromUtf8(*it));
+            serverReply = *it;
             break;
         }
     }
+    CDebugLog::AddLog(QStringLiteral("FTP %1 %2:%3 failed: curl %4 %5 %6 last reply \"%7\"")
+                          .arg(action, m_strHost)
+                          .arg(m_iPort)
+                          .arg(int(code))
+                          .arg(QString::fromUtf8(curl_easy_strerror(code)),
+                               QString::fromUtf8(m_errorBuffer.constData()), QString::fromUtf8(serverReply)));
+    const QString byReply = ReasonFromReply(serverReply);
+    QString message = QStringLiteral("%1失败：%2").arg(action, byReply.isEmpty() ? Reason(code) : byReply);
+    if (!serverReply.isEmpty())
+        message += QStringLiteral("（服务器回复：%1）").arg(QString::fromUtf8(serverReply));
     if (code == CURLE_COULDNT_CONNECT || code == CURLE_OPERATION_TIMEDOUT)
         message += QStringLiteral("（%1:%2）").arg(m_strHost).arg(m_iPort);
     return Fail(message);
+}
+
+int FtpSession::RunStep()
+{
+    CURLM* multi = static_cast<CURLM*>(m_pMulti);
+    CURL* curl = static_cast<CURL*>(m_pCurl);
+    if (!multi)
+        return curl_easy_perform(curl);
+    if (curl_multi_add_handle(multi, curl) != CURLM_OK)
+        return CURLE_FAILED_INIT;
+    m_bPerforming = true;
+    int running = 1;
+    CURLcode result = CURLE_OK;
+    while (running > 0) {
+        if (curl_multi_perform(multi, &running) != CURLM_OK) {
+            result = CURLE_FAILED_INIT;
+            break;
+        }
+        if (running == 0)
+            break;
+        // A stop request must not wait for a silent server: it ends the step at the next wake-up.
+        if (m_stopCheck && m_stopCheck()) {
+            result = CURLE_ABORTED_BY_CALLBACK;
+            break;
+        }
+        // libcurl 7.88 can leave a step due with no socket to wait on (after the EPSV or PASV reply,
+        // before it connects the data connection); curl_easy_perform then sleeps a whole second.
+        // With no socket named, look again after a millisecond.
+        fd_set readSet, writeSet, errorSet;
+        FD_ZERO(&readSet);
+        FD_ZERO(&writeSet);
+        FD_ZERO(&errorSet);
+        int maxFd = -1;
+        curl_multi_fdset(multi, &readSet, &writeSet, &errorSet, &maxFd);
+        long timeoutMs = -1;
+        curl_multi_timeout(multi, &timeoutMs);
+        if (maxFd < 0 || timeoutMs < 0 || timeoutMs > kStopPollMs)
+            timeoutMs = maxFd < 0 ? 1 : kStopPollMs;
+        curl_multi_poll(multi, nullptr, 0, int(timeoutMs), nullptr);
+    }
+    int queued = 0;
+    while (CURLMsg* message = curl_multi_info_read(multi, &queued)) {
+        if (message->msg == CURLMSG_DONE && message->easy_handle == curl)
+            result = message->data.result;
+    }
+    curl_multi_remove_handle(multi, curl);
+    m_bPerforming = false;
+    return result;
 }
 
 bool FtpSession::Fail(const QString& message)

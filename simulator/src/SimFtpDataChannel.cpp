@@ -10,8 +10,8 @@ constexpr int kRefillMs = 50;
 constexpr int kConnectTimeoutMs = 10000;
 } // namespace
 
-SimFtpDataChannel::SimFtpDataChannel(qint64 rateLimit, qint64 dropAfter, QObject* parent)
-    : QObject(parent), m_nRateLimit(rateLimit), m_nDropAfter(dropAfter)
+SimFtpDataChannel::SimFtpDataChannel(qint64 rateLimit, qint64 dropAfter, qint64 spaceLeft, QObject* parent)
+    : QObject(parent), m_nRateLimit(rateLimit), m_nDropAfter(dropAfter), m_nSpaceLeft(spaceLeft)
 {
     m_refillTimer.setInterval(kRefillMs);
     connect(&m_refillTimer, &QTimer::timeout, this, [this] {
@@ -21,7 +21,7 @@ SimFtpDataChannel::SimFtpDataChannel(qint64 rateLimit, qint64 dropAfter, QObject
     m_connectTimer.setSingleShot(true);
     m_connectTimer.setInterval(kConnectTimeoutMs);
     connect(&m_connectTimer, &QTimer::timeout, this,
-            [this] { Finish(false, QStringLiteral("Can't open data connection.")); });
+            [this] { Finish(425, QStringLiteral("Can't open data connection.")); });
 }
 
 SimFtpDataChannel::~SimFtpDataChannel()
@@ -52,6 +52,7 @@ void SimFtpDataChannel::SlotNewConnection()
         m_pSocket = socket;
         socket->setParent(this);
         socket->setReadBufferSize(kChunk);
+        socket->setSocketOption(QAbstractSocket::LowDelayOption, 1); // the last short segment goes out at once
         connect(socket, &QTcpSocket::readyRead, this, &SimFtpDataChannel::Pump);
         connect(socket, &QTcpSocket::bytesWritten, this, &SimFtpDataChannel::Pump);
         connect(socket, &QTcpSocket::disconnected, this, [this] {
@@ -89,7 +90,7 @@ void SimFtpDataChannel::Start(QIODevice* device, Mode mode)
 
 void SimFtpDataChannel::Abort()
 {
-    Finish(false, QStringLiteral("Transfer aborted."));
+    Finish(426, QStringLiteral("Transfer aborted."));
 }
 
 qint64 SimFtpDataChannel::Allowance() const
@@ -115,12 +116,12 @@ void SimFtpDataChannel::Pump()
 void SimFtpDataChannel::PumpSend()
 {
     if (m_bPeerClosed) {
-        Finish(false, QStringLiteral("Connection closed; transfer aborted."));
+        Finish(426, QStringLiteral("Connection closed; transfer aborted."));
         return;
     }
     while (m_pSocket->bytesToWrite() < kChunk) {
         if (m_nDropAfter >= 0 && m_nMoved >= m_nDropAfter) {
-            Finish(false, QStringLiteral("Connection closed; transfer aborted."));
+            Finish(426, QStringLiteral("Connection closed; transfer aborted."));
             return;
         }
         const qint64 allowed = Allowance();
@@ -130,7 +131,7 @@ void SimFtpDataChannel::PumpSend()
         if (chunk.isEmpty()) {
             if (m_pSocket->bytesToWrite() == 0) {
                 QTcpSocket* socket = m_pSocket;
-                Finish(true, QString());
+                Finish(226, QString());
                 socket->disconnectFromHost();
             }
             return;
@@ -145,7 +146,7 @@ void SimFtpDataChannel::PumpReceive()
 {
     for (;;) {
         if (m_nDropAfter >= 0 && m_nMoved >= m_nDropAfter) {
-            Finish(false, QStringLiteral("Connection closed; transfer aborted."));
+            Finish(426, QStringLiteral("Connection closed; transfer aborted."));
             return;
         }
         const qint64 allowed = Allowance();
@@ -154,25 +155,30 @@ void SimFtpDataChannel::PumpReceive()
         const QByteArray chunk = m_pSocket->read(allowed);
         if (chunk.isEmpty())
             break;
+        if (m_nSpaceLeft >= 0 && m_nMoved + chunk.size() > m_nSpaceLeft) {
+            Finish(552, QStringLiteral("Disk full; requested file action aborted."));
+            return;
+        }
         if (m_pDevice->write(chunk) != chunk.size()) {
-            Finish(false, QStringLiteral("Write failed; transfer aborted."));
+            Finish(451, QStringLiteral("Write failed; transfer aborted."));
             return;
         }
         m_nMoved += chunk.size();
         m_nBudget -= chunk.size();
     }
     if (m_bPeerClosed && m_pSocket->bytesAvailable() == 0)
-        Finish(true, QString());
+        Finish(226, QString());
 }
 
-void SimFtpDataChannel::Finish(bool ok, const QString& reason)
+void SimFtpDataChannel::Finish(int code, const QString& reason)
 {
     if (m_bFinished)
         return;
     m_bFinished = true;
     m_refillTimer.stop();
     m_connectTimer.stop();
-    if (!ok && m_pSocket)
+    // The reply goes out first, so a client still sending learns why before its data link breaks.
+    emit SignalFinished(code, reason);
+    if (code != 226 && m_pSocket)
         m_pSocket->abort();
-    emit SignalFinished(ok, reason);
 }

@@ -17,7 +17,8 @@ class SimFtpDataChannel : public QObject
 {
     Q_OBJECT
 public:
-    SimFtpDataChannel(qint64 rateLimit, qint64 dropAfter, QObject* parent);
+    // spaceLeft: bytes an upload may write before it is refused as if the disk were full (-1: no limit).
+    SimFtpDataChannel(qint64 rateLimit, qint64 dropAfter, qint64 spaceLeft, QObject* parent);
     ~SimFtpDataChannel() override;
 
     // Opens the passive listener on `address`; returns the port or 0.
@@ -32,7 +33,8 @@ public:
     qint64 BytesMoved() const { return m_nMoved; }
 
 signals:
-    void SignalFinished(bool ok, const QString& reason);
+    // code is the control connection's final reply: 226 when every byte moved.
+    void SignalFinished(int code, const QString& reason);
 
 private:
     enum class Mode
@@ -47,7 +49,7 @@ private:
     void Pump();
     void PumpSend();
     void PumpReceive();
-    void Finish(bool ok, const QString& reason);
+    void Finish(int code, const QString& reason);
     qint64 Allowance() const;
 
     QTcpServer* m_pServer = nullptr;
@@ -57,6 +59,7 @@ private:
     Mode m_mode = Mode::Idle;
     qint64 m_nRateLimit;
     qint64 m_nDropAfter;
+    qint64 m_nSpaceLeft;
     qint64 m_nMoved = 0;
     qint64 m_nBudget = 0;
     bool m_bFinished = false;

@@ -5,6 +5,7 @@
 #include "SimOptions.h"
 
 #include <QBuffer>
+#include <QByteArrayList>
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
@@ -14,6 +15,7 @@
 namespace {
 constexpr int kMaxLine = 4096;
 constexpr int kIdleMs = 300000;
+constexpr int kCloseGraceMs = 5000;
 
 enum ListingKind
 {
@@ -54,6 +56,9 @@ SimFtpSession::SimFtpSession(QTcpSocket* socket, const SimOptions& options, QObj
     : QObject(parent), m_pSocket(socket), m_options(options), m_jail(options.rootDir)
 {
     socket->setParent(this);
+    // Without it a reply written while the previous one is unacknowledged (150 then 226) waits for
+    // the client's delayed ACK, about 40 ms on every transfer.
+    socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
     connect(socket, &QTcpSocket::readyRead, this, &SimFtpSession::SlotReadyRead);
     connect(socket, &QTcpSocket::disconnected, this, &SimFtpSession::Close);
     m_idleTimer.setSingleShot(true);
@@ -63,6 +68,8 @@ SimFtpSession::SimFtpSession(QTcpSocket* socket, const SimOptions& options, QObj
         Close();
     });
     m_idleTimer.start();
+    m_latencyTimer.setSingleShot(true);
+    connect(&m_latencyTimer, &QTimer::timeout, this, &SimFtpSession::ProcessLines);
     Reply(220, QStringLiteral("cnc-sim FTP ready."));
 }
 
@@ -80,7 +87,7 @@ void SimFtpSession::ProcessLines()
         m_buffer.remove(0, end + 1);
         if (line.endsWith('\r'))
             line.chop(1);
-        m_listPending << line;
+        m_listPending.append({line, QDeadlineTimer(m_options.ftpLatencyMs)});
     }
     if (m_buffer.size() > kMaxLine) {
         Reply(500, QStringLiteral("Line too long."));
@@ -89,9 +96,14 @@ void SimFtpSession::ProcessLines()
     }
     // Commands wait while a transfer runs, except ABOR which must reach it.
     while (!m_listPending.isEmpty() && !m_bClosing) {
-        if (m_bBusy && !m_listPending.first().toUpper().startsWith("ABOR"))
+        const PendingLine& next = m_listPending.first();
+        if (m_bBusy && !next.line.toUpper().startsWith("ABOR"))
             return;
-        Dispatch(m_listPending.takeFirst());
+        if (!next.due.hasExpired()) {
+            m_latencyTimer.start(int(next.due.remainingTime()));
+            return;
+        }
+        Dispatch(m_listPending.takeFirst().line);
     }
 }
 
@@ -131,8 +143,10 @@ void SimFtpSession::Reply(int code, const QString& text)
 
 void SimFtpSession::ReplyRaw(const QByteArray& text)
 {
-    if (m_pSocket && m_pSocket->state() == QAbstractSocket::ConnectedState)
+    if (m_pSocket && m_pSocket->state() == QAbstractSocket::ConnectedState) {
         m_pSocket->write(text);
+        m_pSocket->flush(); // on the wire before whatever the caller does next to the data link
+    }
 }
 
 void SimFtpSession::Close()
@@ -141,11 +155,18 @@ void SimFtpSession::Close()
         return;
     m_bClosing = true;
     m_idleTimer.stop();
+    m_latencyTimer.stop();
     if (m_pRunning)
         m_pRunning->Abort();
-    if (m_pSocket)
-        m_pSocket->disconnectFromHost();
     emit SignalClosed();
+    // The last reply ("221") must reach the client before the socket goes: delete only once the
+    // queued bytes are out, or after a grace period when the client stops reading.
+    if (m_pSocket && m_pSocket->state() != QAbstractSocket::UnconnectedState) {
+        connect(m_pSocket.data(), &QTcpSocket::disconnected, this, &QObject::deleteLater);
+        QTimer::singleShot(kCloseGraceMs, this, &QObject::deleteLater);
+        m_pSocket->disconnectFromHost();
+        return;
+    }
     deleteLater();
 }
 
@@ -248,7 +269,7 @@ void SimFtpSession::OpenPassive(bool extended)
         m_pData->deleteLater();
     const QHostAddress local = m_pSocket->localAddress();
     const QHostAddress peer = m_pSocket->peerAddress();
-    auto* channel = new SimFtpDataChannel(m_options.ftpRate, m_options.ftpDropAfter, this);
+    auto* channel = new SimFtpDataChannel(m_options.ftpRate, m_options.ftpDropAfter, m_options.ftpSpaceLeft, this);
     const quint16 port = channel->Listen(local, peer);
     if (port == 0) {
         channel->deleteLater();
@@ -305,17 +326,15 @@ void SimFtpSession::RunTransfer(SimFtpDataChannel* channel, QIODevice* device, b
     device->setParent(channel);
     m_pRunning = channel;
     m_bBusy = true;
-    connect(channel, &SimFtpDataChannel::SignalFinished, this, [this, channel, device](bool ok, const QString& reason) {
-        device->close(); // flushed before the client hears 226 and looks at the file
-        channel->deleteLater();
-        m_bBusy = false;
-        m_pRunning = nullptr;
-        if (ok)
-            Reply(226, QStringLiteral("Transfer complete."));
-        else
-            Reply(reason.startsWith(QLatin1String("Can't")) ? 425 : 426, reason);
-        ProcessLines();
-    });
+    connect(channel, &SimFtpDataChannel::SignalFinished, this,
+            [this, channel, device](int code, const QString& reason) {
+                device->close(); // flushed before the client hears 226 and looks at the file
+                channel->deleteLater();
+                m_bBusy = false;
+                m_pRunning = nullptr;
+                Reply(code, code == 226 ? QStringLiteral("Transfer complete.") : reason);
+                ProcessLines();
+            });
     Reply(150, opening);
     if (send)
         channel->StartSend(device);

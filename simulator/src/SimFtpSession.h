@@ -2,8 +2,10 @@
 
 #include "SimPathJail.h"
 
-#include <QByteArrayList>
+#include <QByteArray>
+#include <QDeadlineTimer>
 #include <QHash>
+#include <QList>
 #include <QObject>
 #include <QPointer>
 #include <QTimer>
@@ -84,7 +86,12 @@ private:
     const SimOptions& m_options;
     SimPathJail m_jail;
     QByteArray m_buffer;
-    QByteArrayList m_listPending;
+    struct PendingLine
+    {
+        QByteArray line;
+        QDeadlineTimer due; // the --ftp-latency fault holds a command back until then
+    };
+    QList<PendingLine> m_listPending;
     QString m_strUser;
     QString m_strCwd = QStringLiteral("/");
     QString m_strRenameFrom;
@@ -95,4 +102,5 @@ private:
     QPointer<SimFtpDataChannel> m_pData;    // opened by PASV/EPSV, waiting for a command
     QPointer<SimFtpDataChannel> m_pRunning; // the transfer under way
     QTimer m_idleTimer;
+    QTimer m_latencyTimer;
 };

@@ -44,6 +44,8 @@ bool SimOptions::Parse(const QStringList& arguments, SimOptions* options, QStrin
         {"forbid", "Interlock open: report state 4 and run nothing."},
         {"ftp-drop-after", "Fault: cut every FTP data transfer after N bytes.", "N"},
         {"ftp-rate", "Fault: limit every FTP data transfer to N bytes per second.", "N"},
+        {"ftp-disk-full", "Fault: refuse every upload with 552 after N bytes.", "N"},
+        {"ftp-latency", "Fault: answer every FTP command MS milliseconds late.", "MS"},
         {"ftp-refuse", "Fault: answer this FTP command with 550 (repeatable).", "CMD"},
         {"sn-error", "Fault: answer the serial-number request with this error code.", "CODE"},
         {"sn-silent", "Fault: never answer the serial-number request."},
@@ -127,7 +129,8 @@ bool SimOptions::Parse(const QStringList& arguments, SimOptions* options, QStrin
         if (!ok || *value < 0)
             return fail(QStringLiteral("--%1: not a non-negative number: %2").arg(QLatin1String(name), text(name)));
     }
-    const std::pair<const char*, qint64*> counts[] = {{"ftp-drop-after", &o.ftpDropAfter}, {"ftp-rate", &o.ftpRate}};
+    const std::pair<const char*, qint64*> counts[] = {
+        {"ftp-drop-after", &o.ftpDropAfter}, {"ftp-rate", &o.ftpRate}, {"ftp-disk-full", &o.ftpSpaceLeft}};
     for (const auto& [name, value] : counts) {
         if (!set(name))
             continue;
@@ -135,6 +138,12 @@ bool SimOptions::Parse(const QStringList& arguments, SimOptions* options, QStrin
         *value = text(name).toLongLong(&ok);
         if (!ok || *value < 0)
             return fail(QStringLiteral("--%1: not a byte count: %2").arg(QLatin1String(name), text(name)));
+    }
+    if (set("ftp-latency")) {
+        bool ok = false;
+        o.ftpLatencyMs = text("ftp-latency").toInt(&ok);
+        if (!ok || o.ftpLatencyMs < 0)
+            return fail(QStringLiteral("--ftp-latency: not a number of milliseconds: %1").arg(text("ftp-latency")));
     }
     if (set("sn-error")) {
         bool ok = false;

@@ -32,6 +32,8 @@ struct SimOptions
     // Fault switches.
     qint64 ftpDropAfter = -1; // bytes per transfer before the data link is cut
     qint64 ftpRate = 0;       // bytes per second per transfer, 0 = unlimited
+    int ftpLatencyMs = 0;     // delay before each FTP command is answered
+    qint64 ftpSpaceLeft = -1; // bytes an upload may write before 552 "disk full", -1 = unlimited
     QStringList ftpRefused;   // upper-case command verbs answered with 550
     int snErrorCode = 0;
     bool snSilent = false;

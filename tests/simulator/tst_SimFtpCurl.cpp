@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QProcess>
 #include <QRandomGenerator>
+#include <QTcpSocket>
 #include <QTemporaryDir>
 #include <QTest>
 #include <memory>
@@ -30,6 +31,7 @@ private slots:
     void droppedTransfer();
     void refusedCommand();
     void rateLimit();
+    void quitIsAnsweredBeforeClosing();
 
 private:
     int Curl(const QStringList& arguments, QByteArray* output = nullptr);
@@ -304,6 +306,18 @@ void tst_SimFtpCurl::rateLimit()
     QCOMPARE(data.size(), 200 * 1024);
     // Half a second at the limit; generous below so a busy machine cannot fail it.
     QVERIFY2(clock.elapsed() >= 400, qPrintable(QString::number(clock.elapsed())));
+}
+
+void tst_SimFtpCurl::quitIsAnsweredBeforeClosing()
+{
+    QTcpSocket control;
+    QByteArray received;
+    connect(&control, &QTcpSocket::readyRead, this, [&] { received += control.readAll(); });
+    control.connectToHost(QHostAddress::LocalHost, m_sim->FtpPort());
+    QVERIFY(QTest::qWaitFor([&] { return received.startsWith("220 "); }, 5000));
+    control.write("QUIT\r\n");
+    QVERIFY(QTest::qWaitFor([&] { return control.state() == QAbstractSocket::UnconnectedState; }, 5000));
+    QVERIFY2(received.contains("\r\n221 "), received.constData());
 }
 
 QTEST_GUILESS_MAIN(tst_SimFtpCurl)

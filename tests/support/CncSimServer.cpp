@@ -2,7 +2,9 @@
 
 #include <QFileInfo>
 
-CncSimServer::CncSimServer() : TestFtpServer(QStringLiteral("korv"), QStringLiteral("korv-secret")) {}
+CncSimServer::CncSimServer(const QStringList& faultSwitches)
+    : TestFtpServer(QStringLiteral("korv"), QStringLiteral("korv-secret")), m_listFaultSwitches(faultSwitches)
+{}
 
 QString CncSimServer::MissingReason() const
 {
@@ -18,9 +20,12 @@ QString CncSimServer::Program() const
 
 QStringList CncSimServer::Arguments(quint16 port) const
 {
-    return {
-        QStringLiteral("--root"),           RootDir(),           QStringLiteral("--ftp-port"), QString::number(port),
-        QStringLiteral("--info-port"),      QStringLiteral("0"), QStringLiteral("--sn-port"),  QStringLiteral("0"),
-        QStringLiteral("--discovery-port"), QStringLiteral("0"), QStringLiteral("--ftp-user"), User(),
-        QStringLiteral("--ftp-password"),   Password()};
+    return QStringList{QStringLiteral("--root"),           RootDir(),
+                       QStringLiteral("--ftp-port"),       QString::number(port),
+                       QStringLiteral("--info-port"),      QStringLiteral("0"),
+                       QStringLiteral("--sn-port"),        QStringLiteral("0"),
+                       QStringLiteral("--discovery-port"), QStringLiteral("0"),
+                       QStringLiteral("--ftp-user"),       User(),
+                       QStringLiteral("--ftp-password"),   Password()} +
+           m_listFaultSwitches;
 }

@@ -8,7 +8,8 @@
 class CncSimServer : public TestFtpServer
 {
 public:
-    CncSimServer();
+    // faultSwitches: more cnc-sim options ("--ftp-disk-full", "65536").
+    explicit CncSimServer(const QStringList& faultSwitches = {});
 
     FtpServerKind Kind() const override { return FtpServerKind::CncSim; }
     bool OffersMlsd() const override { return true; }
@@ -18,4 +19,7 @@ protected:
     bool Prepare(QString*) override { return true; }
     QString Program() const override;
     QStringList Arguments(quint16 port) const override;
+
+private:
+    QStringList m_listFaultSwitches;
 };

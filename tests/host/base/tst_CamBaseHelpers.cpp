@@ -18,7 +18,6 @@ private slots:
     void settingsPersistInIniUnderConfigDir();
     void sessionSettingsStayInMemory();
     void ftpSettingsDefaultsAndPortMapping();
-    void pathsFollowEnvironment();
     void convertsXmlToJson();
     void registerKeepsMachines();
     void toolBitsFromDataFile();
@@ -65,13 +64,6 @@ void TestCamBaseHelpers::ftpSettingsDefaultsAndPortMapping()
     QCOMPARE(settings.MapPort(21), 2121);
     QCOMPARE(settings.MapPort(-1), 2121);
     QCOMPARE(settings.MapPort(990), 990);
-}
-
-void TestCamBaseHelpers::pathsFollowEnvironment()
-{
-    CamBaseTextHelper* helper = CamBaseTextHelper::instance();
-    QCOMPARE(helper->GetLocalTestIniFilePath(), m_config.FilePath(QStringLiteral("test.ini")));
-    QCOMPARE(helper->GetLocalResourcePath(), m_resources.Path());
 }
 
 void TestCamBaseHelpers::convertsXmlToJson()

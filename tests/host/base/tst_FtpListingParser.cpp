@@ -66,6 +66,21 @@ void TestFtpListingParser::parsesLine_data()
     QTest::newRow("unix-leading-and-double-spaces") << "-rw-r--r-- 1 a b 5 Jan  2  2020 two  spaces.nc"
                                                     << "two  spaces.nc"
                                                     << "file" << qint64(5) << Utc(2020, 1, 2);
+    QTest::newRow("unix-year-name-leading-spaces") << "-rw-r--r-- 1 a b 5 Jan  2  2020   lead.nc"
+                                                   << "  lead.nc"
+                                                   << "file" << qint64(5) << Utc(2020, 1, 2);
+    QTest::newRow("unix-time-name-leading-space") << "drwxr-xr-x 2 a b 4096 Mar  9 04:45  sub"
+                                                  << " sub"
+                                                  << "dir" << qint64(4096) << Utc(2024, 3, 9, 4, 45);
+    QTest::newRow("dos-file-name-leading-spaces") << "12-31-99  11:05PM              1234   old.nc"
+                                                  << "  old.nc"
+                                                  << "file" << qint64(1234) << Utc(1999, 12, 31, 23, 5);
+    QTest::newRow("dos-dir-name-leading-space") << "01-02-20  10:30AM       <DIR>           folder"
+                                                << " folder"
+                                                << "dir" << qint64(0) << Utc(2020, 1, 2, 10, 30);
+    QTest::newRow("dos-dir-narrow-padding") << "05/01/2024 09:30   <DIR>  sub dir"
+                                            << "sub dir"
+                                            << "dir" << qint64(0) << Utc(2024, 5, 1, 9, 30);
     QTest::newRow("unix-big-size") << "-rw-r--r-- 1 a b 1073741824 Jan  2  2020 big.bin"
                                    << "big.bin"
                                    << "file" << qint64(1073741824) << Utc(2020, 1, 2);
@@ -131,6 +146,7 @@ void TestFtpListingParser::ignoresLine_data()
     QTest::newRow("bad-day") << "-rw-r--r-- 1 a b 5 Jan 32  2020 x.nc";
     QTest::newRow("bad-permissions") << "-rw-r--r-Q 1 a b 5 Jan  2  2020 x.nc";
     QTest::newRow("no-name") << "-rw-r--r-- 1 a b 5 Jan  2  2020";
+    QTest::newRow("blank-name") << "-rw-r--r-- 1 a b 5 Jan  2  2020   ";
     QTest::newRow("server-banner") << "226 Transfer complete.";
     QTest::newRow("dos-bad-date") << "13-45-20  10:30AM  5 x.nc";
     QTest::newRow("dos-no-size") << "01-02-20  10:30AM  big x.nc";

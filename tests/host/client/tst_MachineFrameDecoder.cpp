@@ -25,7 +25,6 @@ private slots:
     void decodesHoweverTheBytesArrive();
     void untrustworthyFramesBreakTheStream_data();
     void untrustworthyFramesBreakTheStream();
-    void machineInfoFieldByField();
     void realTimeDataWithWrongKinds();
 };
 
@@ -83,40 +82,6 @@ void tst_MachineFrameDecoder::untrustworthyFramesBreakTheStream()
     QVERIFY(!decoder.Next(&message));
     decoder.Reset();
     QVERIFY(decoder.Feed(MachineFrameDecoder::Encode({{"type", "C"}})));
-}
-
-void tst_MachineFrameDecoder::machineInfoFieldByField()
-{
-    const QJsonObject data{
-        {"system", QJsonObject{{"Sn", "PB01X"},
-                               {"SysVer", "1.4.7"},
-                               {"FwVer", "2.0"},
-                               {"ProbeSendVer", "p1"},
-                               {"ProbeRecvVer", "p2"},
-                               {"CameraVer", "c3"},
-                               {"TotalRunTime", 12},
-                               {"TotalMachineTime", 34},
-                               {"Mqtt", 1}}},
-        {"Net", QJsonObject{{"eth", QJsonObject{{"mac", "m1"}, {"ip", "10.0.0.2"}, {"mask", "255.0.0.0"}}},
-                            {"usb", QJsonObject{{"ip", "192.168.7.1"}}}}}};
-    StructMachineSystemInfo system;
-    StructMachineNetInfo net;
-    QVERIFY(MachineRecordJson::ReadMachineInfo(data, &system, &net));
-    QCOMPARE(system.sn, QString("PB01X"));
-    QCOMPARE(system.SysVer, QString("1.4.7"));
-    QCOMPARE(system.FwVer, QString("2.0"));
-    QCOMPARE(system.ProbeSendVer, QString("p1"));
-    QCOMPARE(system.ProbeRecvVer, QString("p2"));
-    QCOMPARE(system.CameraVer, QString("c3"));
-    QCOMPARE(system.TotalRunTime, 12);
-    QCOMPARE(system.TotalMachineTime, 34);
-    QCOMPARE(system.Mqtt, 1);
-    QCOMPARE(net.eth.mac, QString("m1"));
-    QCOMPARE(net.eth.ip, QString("10.0.0.2"));
-    QCOMPARE(net.eth.mask, QString("255.0.0.0"));
-    QCOMPARE(net.usb.ip, QString("192.168.7.1"));
-    QCOMPARE(net.wlan.ip, QString());
-    QVERIFY(!MachineRecordJson::ReadMachineInfo({{"system", "text"}}, &system, &net));
 }
 
 void tst_MachineFrameDecoder::realTimeDataWithWrongKinds()

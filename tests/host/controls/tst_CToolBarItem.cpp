@@ -2,7 +2,6 @@
 #include "CToolButton.h"
 #include "TestIcons.h"
 
-#include <QMainWindow>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -13,9 +12,7 @@ class tst_CToolBarItem : public QObject
 private slots:
     void initTestCase();
     void buttonsComeInItemOrder();
-    void checkableBlockAndFlags();
     void alternateIconWhileCheckedOrPressed();
-    void blockIsAToolBarOfAMainWindow();
 
 private:
     // The colour in the middle of the button's icon, where the test icons differ.
@@ -49,8 +46,6 @@ void tst_CToolBarItem::buttonsComeInItemOrder()
     QCOMPARE(buttons.size(), 2);
     QCOMPARE(buttons.at(0)->text(), QStringLiteral("新建连接"));
     QCOMPARE(buttons.at(1)->text(), QStringLiteral("断开连接"));
-    QCOMPARE(block.Title(), QStringLiteral("连接"));
-    QCOMPARE(block.windowTitle(), QStringLiteral("连接"));
 
     // Building again returns the same buttons, plus those of items added since.
     block.AddItem(m_strGrey, QStringLiteral("第三"), 0, QString());
@@ -58,20 +53,6 @@ void tst_CToolBarItem::buttonsComeInItemOrder()
     QCOMPARE(again.size(), 3);
     QCOMPARE(again.mid(0, 2), buttons);
     QCOMPARE(again.at(2)->AlternateIconPath(), m_strGrey); // no alternate: the icon itself
-}
-
-void tst_CToolBarItem::checkableBlockAndFlags()
-{
-    CToolBarItem checkable(QStringLiteral("显示"));
-    checkable.AddItem(m_strGrey, QStringLiteral("设备状态"), ToolItemNormal, m_strBlue);
-    checkable.AddItem(m_strGrey, QStringLiteral("刷新"), ToolItemNoCheck, m_strBlue);
-    const QList<CToolButton*> buttons = checkable.CreateToolBlock(true);
-    QVERIFY(buttons.at(0)->isCheckable());
-    QVERIFY(!buttons.at(1)->isCheckable());
-
-    CToolBarItem plain(QStringLiteral("信息"));
-    plain.AddItem(m_strGrey, QStringLiteral("绑定设备"), 0, m_strGrey);
-    QVERIFY(!plain.CreateToolBlock(false).at(0)->isCheckable());
 }
 
 void tst_CToolBarItem::alternateIconWhileCheckedOrPressed()
@@ -98,17 +79,6 @@ void tst_CToolBarItem::alternateIconWhileCheckedOrPressed()
     QTest::mouseClick(button, Qt::LeftButton);
     QVERIFY(!button->isChecked());
     QCOMPARE(IconCentreColour(button), normal);
-}
-
-void tst_CToolBarItem::blockIsAToolBarOfAMainWindow()
-{
-    QMainWindow page;
-    auto* block = new CToolBarItem(QStringLiteral("连接"), &page);
-    block->AddItem(m_strGrey, QStringLiteral("新建连接"), 0, m_strBlue);
-    block->CreateToolBlock(true);
-    page.addToolBar(block);
-    QCOMPARE(page.toolBarArea(block), Qt::TopToolBarArea);
-    QVERIFY(!block->isMovable());
 }
 
 QTEST_MAIN(tst_CToolBarItem)

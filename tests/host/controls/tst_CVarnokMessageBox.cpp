@@ -13,7 +13,6 @@ class tst_CVarnokMessageBox : public QObject
 
 private slots:
     void cleanup();
-    void buttonCodes();
     void responderSeesEveryCall_data();
     void responderSeesEveryCall();
     void responderAnswerIsReturned();
@@ -51,19 +50,6 @@ void tst_CVarnokMessageBox::OnModal(const std::function<void(QWidget*)>& act)
         act(box);
     });
     m_poll.start();
-}
-
-void tst_CVarnokMessageBox::buttonCodes()
-{
-    // Callers pass these numbers literally.
-    QCOMPARE(int(MsgButtonConfirm), 1);
-    QCOMPARE(int(MsgButtonYes), 4);
-    QCOMPARE(int(MsgButtonNo), 8);
-    QCOMPARE(int(MsgButtonIgnore), 2048);
-    QCOMPARE(MsgButtonYes | MsgButtonNo | MsgButtonIgnore, 2060);
-    QCOMPARE(int(MsgIconInformation), 1);
-    QCOMPARE(int(MsgIconFailure), 3);
-    QCOMPARE(int(MsgIconWarning), 4);
 }
 
 void tst_CVarnokMessageBox::responderSeesEveryCall_data()

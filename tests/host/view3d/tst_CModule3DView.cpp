@@ -60,6 +60,7 @@ void tst_CModule3DView::initTestCase()
 
 void tst_CModule3DView::init()
 {
+    QFile::remove(CDebugLog::LogFilePath()); // each row reads only its own log lines
     m_pView = new CModule3DView;
     m_pView->resize(640, 480);
     m_pView->show();

@@ -3,7 +3,6 @@
 #include "transfer/TransLogModel.h"
 #include "transfer/TransManager.h"
 
-#include <QDir>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QSignalSpy>
@@ -18,7 +17,6 @@ namespace {
 const qint64 Start = QDateTime(QDate(2024, 5, 6), QTime(9, 41, 7)).toMSecsSinceEpoch();
 const QColor Green(0, 160, 0);
 const QColor Red(220, 50, 50);
-const QColor Orange(220, 150, 0);
 const QColor Grey(51, 51, 51);
 
 TanslateInfo Report(const QString& strName, double done, double total, int state, bool bDownload = false)
@@ -56,7 +54,6 @@ private Q_SLOTS:
     void clearingEmptyListLeavesLogAlone();
     void clearingRemovesRowsAndKeys();
     void restartRequestIsForwarded();
-    void screenshot();
 
 private:
     QTemporaryDir m_configDir;
@@ -193,55 +190,6 @@ void TransManagerTest::restartRequestIsForwarded()
     emit m_pManager->TransferList()->SignalRestartTransfer(QStringLiteral("ftp://h:21/x.nc*Upload"));
     QCOMPARE(restart.count(), 1);
     QCOMPARE(restart.at(0).at(0).toString(), QStringLiteral("ftp://h:21/x.nc*Upload"));
-}
-
-void TransManagerTest::screenshot()
-{
-    TransList* list = m_pManager->TransferList();
-    const QString host = QStringLiteral("ftp://192.168.1.20:21/home/varnok/nc/");
-    const struct
-    {
-        const char* name;
-        double done;
-        double total;
-        int state;
-        bool download;
-    } rows[] = {
-        {"D:/CAM/output/impeller_roughing_pass_with_a_long_name.nc", 3.2e6, 9.0e6, TanslateInfo::StateRunning, false},
-        {"D:/CAM/output/bracket.ngc", 7.5e5, 1.0e6, TanslateInfo::StateRunning, true},
-        {"D:/CAM/output/face_mill.tap", 2.4e6, 2.4e6, TanslateInfo::StateSucceeded, false},
-        {"D:/CAM/output/pocket_finish.nc", 1.1e5, 4.0e5, TanslateInfo::StateFailed, false},
-        {"D:/CAM/output/probe_cycle.txt", 0, 5.0e4, TanslateInfo::StateWaiting, true},
-    };
-    for (const auto& row : rows) {
-        const QString name = QString::fromUtf8(row.name);
-        const QString key = host + QFileInfo(name).fileName() + (row.download ? "*Download" : "*Upload");
-        list->SlotUpdateTransfer(Report(name, 0, row.total, TanslateInfo::StateRunning, row.download), key);
-    }
-    m_iNow += 2000;
-    for (const auto& row : rows) {
-        const QString name = QString::fromUtf8(row.name);
-        const QString key = host + QFileInfo(name).fileName() + (row.download ? "*Download" : "*Upload");
-        list->SlotUpdateTransfer(Report(name, row.done, row.total, row.state, row.download), key);
-    }
-    m_pManager->AddLog(QStringLiteral("连接机床成功：192.168.1.20"), Green);
-    m_pManager->AddLog(QStringLiteral("开始上传文件：impeller_roughing_pass_with_a_long_name.nc"), Grey);
-    m_pManager->AddLog(QStringLiteral("上传文件完成：face_mill.tap"), Grey);
-    m_pManager->AddLog(QStringLiteral("上传文件失败：pocket_finish.nc"), Red);
-    m_pManager->AddLog(QStringLiteral("机床系统版本较低，部分功能不可用"), Orange);
-    m_pManager->AddLog(QStringLiteral("同步完成：3 个文件"), Green);
-    QTest::qWait(50);
-
-    const QImage shot = m_pManager->grab().toImage();
-    QCOMPARE(shot.size(), QSize(1800, 240));
-    const QString dir = qEnvironmentVariable("KORV_BINARY_DIR", QDir::tempPath()) + QStringLiteral("/screenshots");
-    QVERIFY(QDir().mkpath(dir));
-    const QString path = dir + QStringLiteral("/transfer_manager.png");
-    QVERIFY(shot.save(path));
-    // Each pane at full size as well, for a close look.
-    QVERIFY(m_pManager->TransferList()->grab().save(dir + QStringLiteral("/transfer_list.png")));
-    QVERIFY(m_pManager->LogPane()->grab().save(dir + QStringLiteral("/transfer_log.png")));
-    qInfo() << "saved" << path;
 }
 
 QTEST_MAIN(TransManagerTest)
