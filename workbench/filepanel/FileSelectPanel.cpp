@@ -529,6 +529,16 @@ void FileSelectPanel::RefreshPanel()
     startListFtp(m_strFullPath == kComputerPath ? m_strFullPath : m_strFullPath + QLatin1Char('/'));
 }
 
+void FileSelectPanel::OpenFolder(const QString& path)
+{
+    PushHistory(path);
+    if (m_bLocal) {
+        scanDirectory(path);
+    } else {
+        startListFtp(path);
+    }
+}
+
 void FileSelectPanel::ClearPanel()
 {
     m_pListTask = nullptr;
