@@ -2,7 +2,11 @@
 #include "filepanel/FileManager.h"
 #include "filepanel/FileSelectPanel.h"
 #include "filepanel/FileTreeView.h"
+#include "toolpage/ToolPage.h"
+#include "transfer/TransManager.h"
+#include "workspace/Workspace.h"
 
+#include <QAbstractButton>
 #include <QLayout>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -78,6 +82,29 @@ private Q_SLOTS:
         manager.SlotDownloadFileFromMachine(local.path(), QStringLiteral("/sub/b.nc"));
         QCOMPARE(downloads.count(), 1);
         QCOMPARE(downloads.first().at(0).toString(), local.filePath(QStringLiteral("b.nc")));
+    }
+
+    void workspaceHoldsTheFilePage()
+    {
+        Workspace workspace;
+        QSplitter* page = workspace.FilePageSplitter();
+        QCOMPARE(page->widget(0), static_cast<QWidget*>(workspace.GetFileManager()));
+        QCOMPARE(page->widget(1), static_cast<QWidget*>(workspace.GetTransManager()));
+        // The second tab shows the transfer strip alone, and the first gets it back.
+        workspace.ShowPage(Workspace::PageTransferList);
+        QCOMPARE(page->count(), 1);
+        workspace.ShowPage(Workspace::PageFileTransfer);
+        QCOMPARE(page->widget(1), static_cast<QWidget*>(workspace.GetTransManager()));
+
+        page->setSizes({500, 200});
+        Q_EMIT page->splitterMoved(500, 1);
+        Workspace again;
+        QCOMPARE(again.FilePageSplitter()->sizes(), page->sizes());
+        ToolPage* tools = again.GetToolPage();
+        QVERIFY(!tools->Button(ToolPage::ActionDisconnect)->isEnabled());
+        QVERIFY(!tools->Button(ToolPage::ActionMachineStatus)->isEnabled());
+        QVERIFY(!tools->Button(ToolPage::ActionNewConnection)->isCheckable());
+        QVERIFY(!tools->Button(ToolPage::ActionDisconnect)->isCheckable());
     }
 
 private:
