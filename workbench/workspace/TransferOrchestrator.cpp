@@ -217,8 +217,7 @@ void TransferOrchestrator::Start(const Request& request)
     });
     connect(task, &FtpTaskThread::SignalTaskFinished, this,
             [this, key](bool ok, const QString& message) { OnTransferFinished(key, ok, message); });
-    connect(task, &QThread::finished, task, &QObject::deleteLater);
-    m_listTasks.append(task);
+    Track(task);
     m_mapRunningTask.insert(request.strUrl, task);
     const QString name = LastPart(QDir::fromNativeSeparators(bUpload ? request.strLocalPath : request.strMachinePath));
     Q_EMIT SignalAppendLog((bUpload ? tr("开始上传文件：%1") : tr("开始下载文件：%1")).arg(name), LogColors::Plain);
@@ -343,9 +342,15 @@ void TransferOrchestrator::StartTask(FtpTaskThread* task, const QString& hostLog
                     Q_EMIT SignalProgressFinished();
                 Q_EMIT SignalMachineChanged();
             });
-    connect(task, &QThread::finished, task, &QObject::deleteLater);
-    m_listTasks.append(task);
+    Track(task);
     task->start();
+}
+
+void TransferOrchestrator::Track(FtpTaskThread* task)
+{
+    connect(task, &QThread::finished, task, &QObject::deleteLater);
+    m_listTasks.removeIf([](const QPointer<FtpTaskThread>& known) { return known.isNull(); });
+    m_listTasks.append(task);
 }
 
 void TransferOrchestrator::DeletePath(const QString& path, int type)

@@ -106,6 +106,8 @@ private:
     void AfterLastTransfer();
     void Report(const Request& request, int state, qint64 done, qint64 total);
     void StartTask(FtpTaskThread* task, const QString& hostLogFormat, bool bProgressWidget);
+    // The task deletes itself when it ends; until then the destructor can stop and wait for it.
+    void Track(FtpTaskThread* task);
     QString Url(const QString& path) const;
     QString EncodedUrl(const QString& path) const;
 
