@@ -194,12 +194,17 @@ void TransferOrchestrator::Report(const Request& request, int state, qint64 done
     TanslateInfo info;
     info.totalSize = double(total);
     info.doneSize = double(done);
-    info.fileName = LastPart(request.direction == DirectionUpload ? QDir::fromNativeSeparators(request.strLocalPath)
-                                                                  : request.strMachinePath);
+    info.fileName = DisplayName(request);
     info.direction = request.direction == DirectionDownload;
     info.state = state;
     info.machinePath = request.strMachinePath;
     Q_EMIT SignalTransferUpdated(info, request.strKey);
+}
+
+QString TransferOrchestrator::DisplayName(const Request& request)
+{
+    return LastPart(QDir::fromNativeSeparators(request.direction == DirectionUpload ? request.strLocalPath
+                                                                                    : request.strMachinePath));
 }
 
 void TransferOrchestrator::Start(const Request& request)
@@ -219,7 +224,7 @@ void TransferOrchestrator::Start(const Request& request)
             [this, key](bool ok, const QString& message) { OnTransferFinished(key, ok, message); });
     Track(task);
     m_mapRunningTask.insert(request.strUrl, task);
-    const QString name = LastPart(QDir::fromNativeSeparators(bUpload ? request.strLocalPath : request.strMachinePath));
+    const QString name = DisplayName(request);
     Q_EMIT SignalAppendLog((bUpload ? tr("开始上传文件：%1") : tr("开始下载文件：%1")).arg(name), LogColors::Plain);
     Report(request, TanslateInfo::StateRunning, 0, bUpload ? QFileInfo(request.strLocalPath).size() : 0);
     task->start();
@@ -238,8 +243,6 @@ void TransferOrchestrator::OnTransferFinished(const QString& strKey, bool bResul
     } else {
         CDebugLog::AddLog(QStringLiteral("DownloadToLocal result:%1, url:%2").arg(bResult).arg(request.strUrl));
     }
-    if (!message.isEmpty())
-        CDebugLog::AddLog(message);
     if (m_mapRunningTask.remove(request.strUrl) > 0)
         qDebug() << "remove url:" << request.strUrl;
     if (bResult && bUpload && !m_bNavigationWaiting)
@@ -250,7 +253,7 @@ void TransferOrchestrator::OnTransferFinished(const QString& strKey, bool bResul
 
     const qint64 size = QFileInfo(request.strLocalPath).size();
     Report(request, bResult ? TanslateInfo::StateSucceeded : TanslateInfo::StateFailed, bResult ? size : 0, size);
-    const QString name = LastPart(QDir::fromNativeSeparators(bUpload ? request.strLocalPath : request.strMachinePath));
+    const QString name = DisplayName(request);
     if (bUpload) {
         Q_EMIT SignalAppendLog((bResult ? tr("上传文件完成：%1") : tr("上传文件失败：%1")).arg(name),
                                bResult ? LogColors::Plain : LogColors::Failure);
@@ -262,6 +265,11 @@ void TransferOrchestrator::OnTransferFinished(const QString& strKey, bool bResul
                                bResult ? LogColors::Plain : LogColors::Failure);
         if (bResult)
             Q_EMIT SignalDownloaded(request.strLocalPath);
+    }
+    // The reason, so that the operator can tell a full disk from a lost machine.
+    if (!bResult && !message.isEmpty()) {
+        CDebugLog::AddLog(message);
+        Q_EMIT SignalAppendLog(message, LogColors::Failure);
     }
     if (bResult)
         m_hashRequests.remove(strKey);

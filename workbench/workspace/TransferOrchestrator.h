@@ -105,6 +105,7 @@ private:
     void FinishCut(const Request& request, bool bResult);
     void AfterLastTransfer();
     void Report(const Request& request, int state, qint64 done, qint64 total);
+    static QString DisplayName(const Request& request);
     void StartTask(FtpTaskThread* task, const QString& hostLogFormat, bool bProgressWidget);
     // The task deletes itself when it ends; until then the destructor can stop and wait for it.
     void Track(FtpTaskThread* task);
