@@ -25,6 +25,7 @@
 #include <QPushButton>
 #include <QRandomGenerator>
 #include <QSettings>
+#include <QSignalSpy>
 #include <QStandardItemModel>
 #include <QTemporaryDir>
 #include <QTest>
@@ -323,6 +324,10 @@ void TestFilePage::busyPathIsDroppedAndPanelsStayLockedToTheEnd()
     QCOMPARE(transfers->RunningUrls().size(), 2);
     QCOMPARE(m_workspace->GetTransManager()->TransferList()->Model()->rowCount(), 2);
     QVERIFY(manager->MachinePanel()->IsPanelBusy());
+    // A navigation asked for meanwhile waits for the last transfer.
+    QSignalSpy navigations(transfers, &TransferOrchestrator::SignalMachineNavigation);
+    transfers->NavigateMachinePanel(QStringLiteral("/"), QStringLiteral("short.nc"));
+    QCOMPARE(navigations.count(), 0);
 
     QTRY_COMPARE_WITH_TIMEOUT(RowState(Key(QStringLiteral("/short.nc"), true)), int(TanslateInfo::StateSucceeded),
                               10000);
@@ -334,6 +339,7 @@ void TestFilePage::busyPathIsDroppedAndPanelsStayLockedToTheEnd()
                               10000);
     QVERIFY(!manager->MachinePanel()->IsPanelBusy());
     QVERIFY(!g_bTranslating);
+    QCOMPARE(navigations.count(), 1);
 }
 
 void TestFilePage::cutTransferEndings_data()
