@@ -4,6 +4,8 @@
 
 #include <QDir>
 #include <QLibrary>
+#include <QThreadPool>
+#include <cstdio>
 
 namespace {
 using CreatePluginFn = Plugin::PluginInterface* (*)();
@@ -43,7 +45,8 @@ bool PluginLoader::LoadLibrary(const QString& filePath, LoadedPlugin& result, QS
     if (!version)
         missing << QStringLiteral("get_plugin_version");
     if (!missing.isEmpty()) {
-        error = QStringLiteral("%1: not a workbench plug-in, missing %2").arg(filePath, missing.join(QStringLiteral(", ")));
+        error =
+            QStringLiteral("%1: not a workbench plug-in, missing %2").arg(filePath, missing.join(QStringLiteral(", ")));
         library->unload();
         return false;
     }
@@ -61,15 +64,27 @@ bool PluginLoader::LoadLibrary(const QString& filePath, LoadedPlugin& result, QS
     return true;
 }
 
-void PluginLoader::UnloadAll(QList<LoadedPlugin>& plugins)
+void PluginLoader::DeletePlugins(QList<LoadedPlugin>& plugins)
 {
     for (LoadedPlugin& plugin : plugins) {
+        if (!plugin.pPlugin)
+            continue;
         plugin.pPlugin->cleanup();
         delete plugin.pPlugin;
         plugin.pPlugin = nullptr;
     }
-    // Unload only after every object is gone: their code lives in these libraries.
-    for (LoadedPlugin& plugin : plugins)
-        plugin.library->unload();
+}
+
+void PluginLoader::UnloadAll(QList<LoadedPlugin>& plugins, int drainBoundMs)
+{
+    DeletePlugins(plugins);
+    // Unload only after every object is gone and no pool task runs their code any more. Owners
+    // stop their tasks when they go, so this is quick; a task that hangs keeps its library loaded.
+    if (QThreadPool::globalInstance()->waitForDone(drainBoundMs)) {
+        for (LoadedPlugin& plugin : plugins)
+            plugin.library->unload();
+    } else {
+        std::fprintf(stderr, "korv: background tasks still running, plug-in libraries stay loaded\n");
+    }
     plugins.clear();
 }

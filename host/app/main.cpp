@@ -7,8 +7,8 @@
 #include <QApplication>
 #include <QDir>
 #include <QTimer>
-
 #include <cstdio>
+#include <memory>
 
 int main(int argc, char* argv[])
 {
@@ -39,7 +39,8 @@ int main(int argc, char* argv[])
 
     int exitCode = 0;
     {
-        HostWindow window;
+        auto ownedWindow = std::make_unique<HostWindow>();
+        HostWindow& window = *ownedWindow;
         for (LoadedPlugin& plugin : plugins) {
             if (!window.AddWorkbench(plugin.pPlugin))
                 std::fprintf(stderr, "korv: plug-in %s did not start\n", qPrintable(plugin.strName));
@@ -65,7 +66,10 @@ int main(int argc, char* argv[])
         const int result = QApplication::exec();
         if (exitCode == 0)
             exitCode = result;
-        // Plug-ins own widgets inside the window: they go before the window does.
+        // Plug-ins go first; the window then deletes the widgets they placed in it, whose
+        // owners stop their background work; only then may the libraries holding that code go.
+        PluginLoader::DeletePlugins(plugins);
+        ownedWindow.reset();
         PluginLoader::UnloadAll(plugins);
     }
     return exitCode;

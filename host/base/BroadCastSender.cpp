@@ -71,7 +71,8 @@ void BroadCastSender::SendRound()
 
 void BroadCastSender::ReadReplies()
 {
-    while (m_pSocket->hasPendingDatagrams()) {
+    // A listener may stop discovery from its slot, which closes the socket under this loop.
+    while (m_pSocket->state() == QAbstractSocket::BoundState && m_pSocket->hasPendingDatagrams()) {
         const QNetworkDatagram datagram = m_pSocket->receiveDatagram(kMaxReply + 1);
         const QByteArray data = datagram.data().trimmed();
         if (data.isEmpty() || data.size() > kMaxReply)

@@ -5,8 +5,13 @@
 
 bool FtpConnection(const QString& ip)
 {
+    return FtpConnection(ip, {});
+}
+
+bool FtpConnection(const QString& ip, const std::function<bool()>& stopRequested)
+{
     const FtpSettings settings = FtpSettings::Load();
-    FtpSession session(ip, settings.MapPort(21), settings);
+    FtpSession session(ip, settings.MapPort(21), settings, stopRequested);
     return session.Connect();
 }
 

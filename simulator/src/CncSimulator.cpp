@@ -8,6 +8,7 @@
 #include "SimSnService.h"
 
 #include <QNetworkInterface>
+#include <QTcpServer>
 
 CncSimulator::CncSimulator(const SimOptions& options, QObject* parent)
     : QObject(parent), m_options(options), m_pMachine(std::make_unique<SimMachine>(m_options)),
@@ -61,11 +62,18 @@ bool CncSimulator::Start(QString* error)
 
 void CncSimulator::Vanish()
 {
+    const QList<quint16> tcpPorts{FtpPort(), InfoPort(), SnPort()};
     m_tick.stop();
     m_pFtp->Shutdown();
     m_pInfo->Shutdown();
     m_pSn->Shutdown();
     m_pDiscovery->Shutdown();
+    if (m_options.vanishSilently) {
+        for (quint16 port : tcpPorts) {
+            // Never asked for its pending connections: the kernel completes the handshake, then silence.
+            (new QTcpServer(this))->listen(m_options.bindAddress, port);
+        }
+    }
     emit SignalVanished();
 }
 

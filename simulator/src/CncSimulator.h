@@ -26,7 +26,9 @@ public:
     ~CncSimulator() override;
 
     bool Start(QString* error);
-    // Closes every port and drops every connection, as a machine switched off would.
+    // Closes every port and drops every connection, as a machine switched off would. With
+    // vanishSilently the TCP ports then accept connections that never hear a word, as a
+    // machine behind a pulled cable seems to until the time-outs.
     void Vanish();
 
     quint16 FtpPort() const;

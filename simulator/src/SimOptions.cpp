@@ -50,6 +50,8 @@ bool SimOptions::Parse(const QStringList& arguments, SimOptions* options, QStrin
         {"old-version", "Fault: report system version 1.4.6."},
         {"rt-silent", "Fault: stop answering real-time data requests."},
         {"vanish-after", "Fault: close every port after S seconds.", "S"},
+        {"vanish-silent", "With --vanish-after: keep the ports open but answer nothing, like a machine whose "
+                          "cable was pulled."},
     };
     parser.addOptions(list);
     if (!parser.parse(arguments)) {
@@ -106,6 +108,7 @@ bool SimOptions::Parse(const QStringList& arguments, SimOptions* options, QStrin
     o.forbid = set("forbid");
     o.snSilent = set("sn-silent");
     o.realTimeSilent = set("rt-silent");
+    o.vanishSilently = set("vanish-silent");
     o.ftpRefused.clear();
     for (const QString& verb : parser.values(QStringLiteral("ftp-refuse")))
         o.ftpRefused << verb.toUpper();

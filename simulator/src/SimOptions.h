@@ -36,7 +36,8 @@ struct SimOptions
     int snErrorCode = 0;
     bool snSilent = false;
     bool realTimeSilent = false;
-    double vanishAfter = -1; // seconds until every port closes
+    double vanishAfter = -1;     // seconds until every port closes
+    bool vanishSilently = false; // ... or until the ports stay open and nothing answers
 
     // Returns false with a message for the user on a bad command line; --help and
     // --version print and exit inside.

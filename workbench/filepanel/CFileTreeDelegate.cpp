@@ -2,6 +2,7 @@
 
 #include "FileItemRoles.h"
 #include "KorvFonts.h"
+#include "WorkbenchLog.h"
 
 #include <QAbstractItemView>
 #include <QDebug>
@@ -66,7 +67,7 @@ void CFileTreeDelegate::setModelData(QWidget* editor, QAbstractItemModel* model,
     if (newName.isEmpty()) {
         return;
     }
-    qDebug().noquote() << QStringLiteral("setModelData newName:%1, url:%2").arg(newName, lineEdit->text());
+    qCDebug(lcWorkbench).noquote() << QStringLiteral("setModelData newName:%1, url:%2").arg(newName, lineEdit->text());
     Q_EMIT SignalDataChanged(newName);
     model->setData(index.sibling(index.row(), 0), newName, FileItemRole::Name);
 }

@@ -358,9 +358,8 @@ bool FileSelectPanel::startListFtp(const QString& path)
     auto* task = new ListFtpDirectory(url, encoded.toString(QUrl::FullyEncoded), path, nullptr);
     connect(task, &ListFtpDirectory::SignalListFileFinished, this,
             [this, task](bool ok, const QList<FtpFileInfo>& entries) { ApplyMachineListing(task, ok, entries); });
-    connect(task, &QThread::finished, task, &QObject::deleteLater);
     m_pListTask = task;
-    task->start();
+    m_tasks.Start(task);
     return true;
 }
 

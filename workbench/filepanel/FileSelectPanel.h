@@ -3,6 +3,7 @@
 #include "CommonDefine.h"
 #include "FileRowData.h"
 #include "MachineRecords.h"
+#include "TaskOwner.h"
 
 #include <QColor>
 #include <QItemSelection>
@@ -157,6 +158,7 @@ private:
     // Machine listing: the task in flight, and what to show again if it fails.
     QString m_strMachineIp;
     QPointer<QObject> m_pListTask;
+    TaskOwner m_tasks; // listings still running are stopped when the panel goes
     QString m_strSavedPath;
     QList<FileRowData> m_listShownRows;
     QString m_strPendingLocateName;

@@ -2,15 +2,13 @@
 
 #include "CDebugLog.h"
 #include "CommonDefine.h"
+#include "WorkbenchLog.h"
 #include "workspace/Workspace.h"
 
 #include <QBuffer>
 #include <QCoreApplication>
-#include <QDebug>
 #include <QImage>
-
 #include <exception>
-#include <iostream>
 
 namespace CamPlugin {
 
@@ -32,10 +30,16 @@ CamPluginFile::~CamPluginFile()
 {
     if (initialized)
         cleanup();
-    if (m_pWorkspace) {
+    // A Workspace inside the host's window belongs to the window; only an orphan is ours.
+    if (m_pWorkspace && !m_pWorkspace->parent())
         delete m_pWorkspace;
-        m_pWorkspace = nullptr;
-    }
+    else if (m_pWorkspace)
+        m_pWorkspace->SetPluginObject(nullptr);
+}
+
+Workspace* CamPluginFile::workspace() const
+{
+    return m_pWorkspace;
 }
 
 Base::Type CamPluginFile::getClassTypeId()
@@ -79,18 +83,18 @@ std::string CamPluginFile::getVendor() const
 bool CamPluginFile::initialize()
 {
     if (initialized) {
-        std::cout << "[CamPluginFile] Already initialized" << std::endl;
+        qCDebug(lcWorkbench) << "[CamPluginFile] Already initialized";
         return true;
     }
-    std::cout << "[CamPluginFile] Initializing..." << std::endl;
+    qCDebug(lcWorkbench) << "[CamPluginFile] Initializing...";
     try {
-        std::cout << "[CamPluginFile] Validating environment..." << std::endl;
+        qCDebug(lcWorkbench) << "[CamPluginFile] Validating environment...";
         RegisterWorkbenchMetaTypes();
         initialized = active = true;
-        std::cout << "[CamPluginFile] Initialization completed successfully" << std::endl;
+        qCDebug(lcWorkbench) << "[CamPluginFile] Initialization completed successfully";
         return true;
     } catch (const std::exception& e) {
-        std::cerr << "[CamPluginFile] Initialization error: " << e.what() << std::endl;
+        qCWarning(lcWorkbench) << "[CamPluginFile] Initialization error: " << e.what();
         initialized = false;
         return false;
     }
@@ -101,11 +105,11 @@ void CamPluginFile::cleanup()
     if (!initialized)
         return;
     try {
-        std::cout << "[CamPluginFile] Cleaning up..." << std::endl;
+        qCDebug(lcWorkbench) << "[CamPluginFile] Cleaning up...";
         initialized = active = false;
-        std::cout << "[CamPluginFile] Cleanup completed successfully" << std::endl;
+        qCDebug(lcWorkbench) << "[CamPluginFile] Cleanup completed successfully";
     } catch (const std::exception& e) {
-        std::cerr << "[CamPluginFile] Cleanup error: " << e.what() << std::endl;
+        qCWarning(lcWorkbench) << "[CamPluginFile] Cleanup error: " << e.what();
     }
 }
 
@@ -117,10 +121,10 @@ bool CamPluginFile::isInitialized() const
 void CamPluginFile::registerPythonBindings()
 {
     try {
-        std::cout << "[CamPluginFile] Registering Python bindings..." << std::endl;
-        std::cout << "[CamPluginFile] Python bindings registered successfully" << std::endl;
+        qCDebug(lcWorkbench) << "[CamPluginFile] Registering Python bindings...";
+        qCDebug(lcWorkbench) << "[CamPluginFile] Python bindings registered successfully";
     } catch (const std::exception& e) {
-        std::cerr << "[CamPluginFile] Python binding registration error: " << e.what() << std::endl;
+        qCWarning(lcWorkbench) << "[CamPluginFile] Python binding registration error: " << e.what();
     }
 }
 
@@ -139,7 +143,7 @@ void CamPluginFile::setActive(bool on)
     if (!initialized)
         return;
     active = on;
-    std::cout << "[CamPluginFile] Set active: " << (on ? "true" : "false") << std::endl;
+    qCDebug(lcWorkbench) << "[CamPluginFile] Set active: " << on;
 }
 
 int CamPluginFile::getWorkbenchType() const
@@ -183,7 +187,7 @@ std::string CamPluginFile::getCategoryDescription() const
 
 std::string CamPluginFile::getTooltip() const
 {
-    return "This is a tooltip";
+    return tr("文件：管理本地与机床上的文件，上传、下载程序并查看机床状态").toStdString();
 }
 
 int CamPluginFile::getPluginType() const
@@ -207,7 +211,7 @@ QWidget* CamPluginFile::createWidget(QWidget* parent)
 void CamPluginFile::sendWorkbenchOperationNotice(int type, int wType)
 {
     Plugin::WorkbenchPlugin::sendWorkbenchOperationNotice(type, wType);
-    qInfo() << "sendWorkbenchOperationNotice" << type << wType;
+    qCDebug(lcWorkbench) << "sendWorkbenchOperationNotice" << type << wType;
     CDebugLog::AddLog(QStringLiteral("工作台操作通知: type=%1, wType=%2").arg(type).arg(wType));
     if (type == 6 && m_pWorkspace)
         m_pWorkspace->StartSilentConnect();

@@ -2,12 +2,14 @@
 
 #include "WorkbenchPlugin.h"
 
+#include <QPointer>
+
 class Workspace;
 
 namespace CamPlugin {
 
 // The "文件" workbench as the host sees it: fixed answers to the host's queries,
-// two flags, and the Workspace it creates and owns.
+// two flags, and the Workspace it creates (owned by the window it is placed in, if any).
 class CamPluginFile : public Plugin::WorkbenchPlugin
 {
 public:
@@ -40,14 +42,14 @@ public:
     QWidget* createWidget(QWidget* parent) override;
     void sendWorkbenchOperationNotice(int type, int wType) override;
 
-    Workspace* workspace() const { return m_pWorkspace; }
+    Workspace* workspace() const;
 
 private:
     static Base::Type classTypeId;
 
     bool initialized = false;
     bool active = false;
-    Workspace* m_pWorkspace = nullptr;
+    QPointer<Workspace> m_pWorkspace;
 };
 
 } // namespace CamPlugin

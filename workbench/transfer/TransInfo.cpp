@@ -4,6 +4,8 @@
 #include "TransLogModel.h"
 #include "ui_TransInfo.h"
 
+#include <QIcon>
+#include <QPushButton>
 #include <QScrollBar>
 
 TransInfo::TransInfo(QWidget* parent) : QWidget(parent), m_pUi(new Ui::TransInfo)
@@ -25,6 +27,13 @@ TransInfo::TransInfo(QWidget* parent) : QWidget(parent), m_pUi(new Ui::TransInfo
     view->setSelectionBehavior(QAbstractItemView::SelectRows);
     view->setAlternatingRowColors(true);
     view->setSelectionMode(QAbstractItemView::NoSelection);
+
+    // The header's square button empties the log.
+    m_pUi->pushButton->setIcon(QIcon(QStringLiteral(":/icon/MachineStatus/ico_machine_status_files_del.png")));
+    m_pUi->pushButton->setIconSize(QSize(14, 14));
+    m_pUi->pushButton->setToolTip(tr("清空日志"));
+    m_pUi->pushButton->setFlat(true);
+    connect(m_pUi->pushButton, &QPushButton::clicked, m_pLogModel, &TransLogModel::ClearLog);
 
     connect(view->verticalScrollBar(), &QScrollBar::valueChanged, this, &TransInfo::OnScrolled);
     // A cleared log starts following again.

@@ -6,6 +6,7 @@
 #include "CTransHeaderView.h"
 #include "CommonDefine.h"
 #include "KorvFonts.h"
+#include "WorkbenchLog.h"
 #include "ui_TransList.h"
 
 #include <QDebug>
@@ -196,7 +197,7 @@ void TransList::AddRow(const TanslateInfo& info, const QString& strKey, qint64 i
     const int row = m_pModel->rowCount();
     m_pHeader->setFixedHeight(HeaderHeight);
     m_mapKeyRow.insert(strKey, row);
-    qDebug() << "row " << row;
+    qCDebug(lcWorkbench) << "row " << row;
 
     QStandardItem* file = MakeItem(info.fileName, true);
     file->setIcon(QIcon(QString::fromLatin1(info.direction ? IconArrowLeftBlue : IconArrowRightGreen)));

@@ -1,8 +1,8 @@
 #include "SerialNumberReader.h"
 
 #include "CDebugLog.h"
+#include "WorkbenchLog.h"
 
-#include <QDebug>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QNetworkProxy>
@@ -50,23 +50,26 @@ void SerialNumberReader::OnReadyRead()
     if (!m_pSocket)
         return;
     m_baReply += m_pSocket->readAll();
-    qDebug() << "获取SN - 收到响应：" << m_baReply;
+    qCDebug(lcWorkbench) << "获取SN - 收到响应：" << m_baReply;
     CDebugLog::AddLog(QStringLiteral("获取SN - 收到响应"));
-    const QJsonDocument document = QJsonDocument::fromJson(m_baReply);
+    QJsonParseError parseError;
+    const QByteArray reply = m_baReply.trimmed();
+    const QJsonDocument document = QJsonDocument::fromJson(reply, &parseError);
     if (!document.isObject()) {
-        // A reply may arrive in pieces; wait for the rest until the time-out settles it.
-        if (m_baReply.trimmed().startsWith('{') && m_baReply.size() < 64 * 1024)
+        // A reply may arrive in pieces: only one that breaks off at its end waits for the rest.
+        const bool cutShort = parseError.error != QJsonParseError::NoError && parseError.offset >= reply.size();
+        if (reply.startsWith('{') && cutShort && reply.size() < 64 * 1024)
             return;
         Settle(false, QString(), QStringLiteral("获取机床序列号失败"));
         return;
     }
-    const QJsonObject reply = document.object();
-    if (reply.value(QStringLiteral("errorCode")).toInt(0) != 0) {
+    const QJsonObject object = document.object();
+    if (object.value(QStringLiteral("errorCode")).toInt(0) != 0) {
         Settle(false, QString(),
-               QStringLiteral("获取机床序列号失败：%1").arg(reply.value(QStringLiteral("msg")).toString()));
+               QStringLiteral("获取机床序列号失败：%1").arg(object.value(QStringLiteral("msg")).toString()));
         return;
     }
-    const QString sn = reply.value(QStringLiteral("data")).toString();
+    const QString sn = object.value(QStringLiteral("data")).toString();
     if (sn.isEmpty()) {
         Settle(false, QString(), QStringLiteral("获取机床序列号失败：序列号为空"));
         return;
@@ -95,7 +98,14 @@ void SerialNumberReader::OnTimeout()
 
 void SerialNumberReader::Settle(bool ok, const QString& sn, const QString& errorText)
 {
-    // Released before anyone hears the outcome; deleted later, never inside their own signal.
+    // Released before anyone hears the outcome.
+    Cancel();
+    Q_EMIT SignalFinished(ok, sn, errorText);
+}
+
+void SerialNumberReader::Cancel()
+{
+    // Deleted later, never inside their own signal.
     QTcpSocket* socket = m_pSocket;
     QTimer* timer = m_pTimer;
     m_pSocket.clear();
@@ -109,5 +119,4 @@ void SerialNumberReader::Settle(bool ok, const QString& sn, const QString& error
         socket->abort();
         socket->deleteLater();
     }
-    Q_EMIT SignalFinished(ok, sn, errorText);
 }

@@ -19,6 +19,8 @@ public:
 
     void Start(const QString& ip, quint16 port, int timeoutMs = 5000);
     bool IsRunning() const { return !m_pSocket.isNull(); }
+    // Ends a running read without a result.
+    void Cancel();
 
 Q_SIGNALS:
     // ok with the serial number, or the text to show the user.

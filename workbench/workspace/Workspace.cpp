@@ -8,43 +8,29 @@
 #include "CamBaseRegisterHelper.h"
 #include "CamBaseSignalHelper.h"
 #include "CamBaseTextHelper.h"
-#include "CamBaseToolBitHelper.h"
 #include "CompareTwoVersion.h"
-#include "FileTransferClient.h"
-#include "FtpConnection.h"
-#include "CheckConnect.h"
 #include "LogColors.h"
-#include "MachinePortMap.h"
-#include "SerialNumberReader.h"
+#include "MachineConnection.h"
 #include "TransferOrchestrator.h"
+#include "WorkbenchLog.h"
 #include "filepanel/FileManager.h"
 #include "filepanel/FileSelectPanel.h"
 #include "toolpage/ToolPage.h"
 #include "transfer/TransList.h"
 #include "transfer/TransManager.h"
 
-#include <QAbstractButton>
 #include <QClipboard>
-#include <QDebug>
 #include <QFileInfo>
-#include <QFutureWatcher>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QMimeData>
-#include <QSettings>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QTabBar>
 #include <QTimer>
-#include <QUrl>
 #include <QVBoxLayout>
-#include <QtConcurrent>
 
 namespace {
-constexpr quint16 FtpPort = 21;
-constexpr quint16 InfoPort = 30001;
-constexpr quint16 SnPort = 5002;
-constexpr int MaxCheckFailures = 7; // the eighth failure in a row gives up
 const QString MinSystemVersion = QStringLiteral("1.4.7");
 const QString NoticeTitle = QStringLiteral("提示");
 // Where the file page keeps its splitter sizes and the local panel's folder.
@@ -52,19 +38,10 @@ constexpr char FilePageSizesKey[] = "FilePage/SplitterSizes";
 constexpr char LocalFolderKey[] = "FilePage/LocalFolder";
 constexpr int RealTimeStatusRunning = 1;
 
-// The model codes whose system version is checked against the minimum.
-bool VersionRuleApplies(const QString& sn)
-{
-    for (const char* prefix : {"PB01", "PB03", "RW-100", "KT-100", "KT-E01"}) {
-        if (sn.startsWith(QLatin1String(prefix)))
-            return true;
-    }
-    return false;
-}
-
 QVariant Setting(const char* key, const QVariant& defaultValue)
 {
-    return CamBaseTextHelper::instance()->GetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal, QString::fromLatin1(key), defaultValue);
+    return CamBaseTextHelper::instance()->GetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal,
+                                                               QString::fromLatin1(key), defaultValue);
 }
 } // namespace
 
@@ -73,26 +50,30 @@ Workspace::Workspace(QWidget* parent) : QWidget(parent)
     setObjectName(QStringLiteral("Workspace"));
     RegisterWorkbenchMetaTypes();
 
-    m_pInfoClient = new FileTransferClient(this);
-    m_pRealTimeClient = new FileTransferClient(this);
+    m_pConnection = new MachineConnection(this);
     m_pDiscoverySender = new BroadCastSender(this);
     m_pSelectDiscoverySender = new BroadCastSender(this);
-    m_pCheckTimer = new QTimer(this);
-    m_pSnReader = new SerialNumberReader(this);
+    m_pSilentSearchTimer = new QTimer(this);
+    m_pSilentSearchTimer->setSingleShot(true);
 
     BuildUi();
 
     connect(this, &Workspace::SignalAppendLog, this, &Workspace::SlotAppendLog);
-    connect(m_pCheckTimer, &QTimer::timeout, this, &Workspace::SlotCheckConnectTimerOut);
-    connect(m_pInfoClient, &FileTransferClient::SignalTcpConnectStatus, this, &Workspace::SlotTcpConnectStatus);
-    connect(m_pInfoClient, &FileTransferClient::SignalGetMachineInfoFinished, this,
-            &Workspace::SlotGetMachineInfoFinished);
-    connect(m_pRealTimeClient, &FileTransferClient::SignalTcpConnectStatus, this,
-            &Workspace::SlotRealTimeTcpConnectStatus);
-    connect(m_pRealTimeClient, &FileTransferClient::SignalGetMachineRealTimeData, this,
+    connect(m_pConnection, &MachineConnection::SignalAppendLog, this, &Workspace::SignalAppendLog);
+    connect(m_pConnection, &MachineConnection::SignalConnected, this, &Workspace::OnConnected);
+    connect(m_pConnection, &MachineConnection::SignalOffline, this, &Workspace::OnOffline);
+    connect(m_pConnection, &MachineConnection::SignalGaveUp, this, &Workspace::OnGaveUp);
+    connect(m_pConnection, &MachineConnection::SignalNotice, this,
+            [this](const QString& text) { ShowNotice(MsgIconFailure, text); });
+    connect(m_pConnection, &MachineConnection::SignalFtpTestFinished, this, [this](bool ok) {
+        if (m_pSelectBox)
+            m_pSelectBox->OnConnectResult(ok);
+    });
+    connect(m_pConnection, &MachineConnection::SignalMachineInfoFinished, this, &Workspace::SlotGetMachineInfoFinished);
+    connect(m_pConnection, &MachineConnection::SignalRealTimeData, this,
             &Workspace::SlotGetMachineRealTimeDataFinished);
     connect(m_pDiscoverySender, &BroadCastSender::discoveryResult, this, &Workspace::SlotSilentConnectMachine);
-    connect(m_pSnReader, &SerialNumberReader::SignalFinished, this, &Workspace::OnSerialNumberRead);
+    connect(m_pSilentSearchTimer, &QTimer::timeout, this, &Workspace::OnSilentSearchEnded);
 
     CamBaseSignalHelper* signalHelper = CamBaseSignalHelper::instance();
     connect(signalHelper, &CamBaseSignalHelper::signalConnectSuccessToFile, this,
@@ -101,15 +82,7 @@ Workspace::Workspace(QWidget* parent) : QWidget(parent)
     ConnectFilePage();
 }
 
-Workspace::~Workspace()
-{
-    // The host outlives the workbench: it must not go on believing a machine is connected.
-    if (!m_strSn.isEmpty())
-        CamBaseRegisterHelper::instance()->SetCurrentMachineConnectStatus(false, QString(), QString());
-    m_pCheckTimer->stop();
-    if (m_pRealTimeTimer)
-        m_pRealTimeTimer->stop();
-}
+Workspace::~Workspace() = default;
 
 void Workspace::BuildUi()
 {
@@ -127,11 +100,11 @@ void Workspace::BuildUi()
     m_pPageBar->setTabEnabled(PageMachineStatus, false);
     m_pPageBar->setDrawBase(false);
     m_pPageBar->setExpanding(false);
-    m_pPageBar->setStyleSheet(QStringLiteral(
-        "QTabBar::tab{background:#f2f2f2;color:#333333;padding:6px 18px;border:1px solid #d1d1d1;"
-        "border-bottom:none;margin-right:2px;}"
-        "QTabBar::tab:selected{background:#ffffff;color:#368bd4;}"
-        "QTabBar::tab:disabled{color:#aaaaaa;}"));
+    m_pPageBar->setStyleSheet(
+        QStringLiteral("QTabBar::tab{background:#f2f2f2;color:#333333;padding:6px 18px;border:1px solid #d1d1d1;"
+                       "border-bottom:none;margin-right:2px;}"
+                       "QTabBar::tab:selected{background:#ffffff;color:#368bd4;}"
+                       "QTabBar::tab:disabled{color:#aaaaaa;}"));
 
     m_pPages = new QStackedWidget(content);
     m_pTransManager = new TransManager;
@@ -174,7 +147,7 @@ void Workspace::ConnectToolActions()
             OpenSelectMachineBox();
             break;
         case ToolPage::ActionDisconnect:
-            if (!m_strIp.isEmpty())
+            if (m_pConnection->GetState() != MachineConnection::State::Disconnected)
                 DisconnectMachine(false);
             break;
         case ToolPage::ActionMachineStatus:
@@ -210,7 +183,32 @@ void Workspace::SetPluginObject(CamPlugin::CamPluginFile* plugin)
 
 bool Workspace::IsCheckTimerActive() const
 {
-    return m_pCheckTimer->isActive();
+    return m_pConnection->IsCheckTimerActive();
+}
+
+int Workspace::CheckFailCount() const
+{
+    return m_pConnection->CheckFailCount();
+}
+
+QString Workspace::MachineIp() const
+{
+    return m_pConnection->Ip();
+}
+
+QString Workspace::MachineSn() const
+{
+    return m_pConnection->Sn();
+}
+
+void Workspace::SetCheckInterval(int milliseconds)
+{
+    m_pConnection->SetCheckInterval(milliseconds);
+}
+
+void Workspace::SetSerialNumberTimeout(int milliseconds)
+{
+    m_pConnection->SetSerialNumberTimeout(milliseconds);
 }
 
 void Workspace::SetPendingRequest(const QString& first, const QString& second, int third,
@@ -241,283 +239,104 @@ void Workspace::OpenSelectMachineBox()
 
 void Workspace::ConnectToMachine(const QString& ip, const QString& sn)
 {
-    m_strIp = ip;
-    m_strSn = sn;
-    qDebug() << QStringLiteral("ftp://%1:%2%3").arg(ip, QString::number(FtpPort), QStringLiteral("/"));
-    Q_EMIT SignalAppendLog(tr("正在连接机床，请稍候..."), LogColors::Success);
-    RunFtpTest(ip, sn, false);
-}
-
-void Workspace::RunFtpTest(const QString& ip, const QString& sn, bool silent)
-{
-    auto* watcher = new QFutureWatcher<bool>(this);
-    connect(watcher, &QFutureWatcher<bool>::finished, this, [this, watcher, ip, sn, silent]() {
-        const bool result = watcher->result();
-        watcher->deleteLater();
-        if (!silent) {
-            OnFtpTestResult(result, sn);
-            return;
-        }
-        m_bSilentConnecting = false;
-        CDebugLog::AddLog(QStringLiteral("静默连接机床result:%1,ip:%2,sn:%3").arg(result).arg(ip, sn));
-        if (result)
-            SlotConnectSuccessFromSelectStock(ip, sn);
-    });
-    watcher->setFuture(QtConcurrent::run([ip]() { return FtpConnection(ip); }));
+    m_pConnection->Connect(ip, sn, false);
 }
 
 void Workspace::SlotConnectSuccessFromSelectStock(QString ip, QString sn)
 {
-    m_strIp = ip;
-    m_strSn = sn;
-    OnFtpTestResult(true, sn);
+    m_pConnection->AcceptProvenMachine(ip, sn);
 }
 
-void Workspace::OnFtpTestResult(bool result, const QString& sn)
+void Workspace::OnConnected()
 {
-    qDebug() << "result = " << result;
-    if (result) {
-        StartCheckTimer();
-        if (!sn.isEmpty())
-            OnConnectedWithSn();
-        else
-            m_pSnReader->Start(m_strIp, MachinePortMap::Resolve(SnPort), m_nSnTimeoutMs);
-    } else {
-        CDebugLog::AddLog(QStringLiteral("FTP连接机床失败，IP: %1").arg(m_strIp));
-        Q_EMIT SignalAppendLog(tr("连接机床失败，IP: %1").arg(m_strIp), LogColors::Failure);
-        ShowNotice(MsgIconFailure, tr("连接机床失败，请检查网络连接和机床IP地址！"));
-        m_strIp.clear();
-        m_strSn.clear();
-    }
-    if (m_pSelectBox)
-        m_pSelectBox->OnConnectResult(result);
-}
-
-void Workspace::OnSerialNumberRead(bool ok, const QString& sn, const QString& errorText)
-{
-    if (!ok) {
-        ShowNotice(MsgIconFailure, errorText);
-        return;
-    }
-    m_strSn = sn;
-    OnConnectedWithSn();
-}
-
-void Workspace::OnConnectedWithSn()
-{
-    CamBaseRegisterHelper::instance()->SetCurrentMachineConnectStatus(true, m_strIp, m_strSn);
-    CamBaseTextHelper::instance()->SetLocalSettingCache(
-        CamBaseTextHelper::SettingTypeLocal, QString::fromLatin1(g_strSettingLastConnectMachineSN), m_strSn, false);
-    Q_EMIT SignalMachineConnected(m_strIp, m_strSn);
     m_pPageBar->setTabEnabled(PageMachineStatus, true);
-    StartRealTimePolling();
-    Q_EMIT SignalAppendLog(tr("机床连接成功，IP: %1, SN: %2").arg(m_strIp, m_strSn), LogColors::Success);
+    Q_EMIT SignalMachineConnected(m_pConnection->Ip(), m_pConnection->Sn());
     if (m_pendingRequest.replay) {
         PendingRequest pending = std::move(m_pendingRequest);
         m_pendingRequest = PendingRequest();
-        QTimer::singleShot(100, this, [pending]() { pending.replay(pending.strFirst, pending.strSecond, pending.iThird); });
+        QTimer::singleShot(100, this,
+                           [pending]() { pending.replay(pending.strFirst, pending.strSecond, pending.iThird); });
     }
-    CamBaseToolBitHelper::instance()->SetConnectMachineType(m_strSn.startsWith(QLatin1String("PB01")));
-    m_bInfoRequested = false;
-    if (m_pInfoClient->isConnected()) {
-        m_bInfoRequested = true;
-        m_pInfoClient->GetMachineInfo();
-    } else {
-        m_pInfoClient->connectToMachine(m_strIp, InfoPort);
-    }
+}
+
+void Workspace::OnOffline()
+{
+    m_pPageBar->setTabEnabled(PageMachineStatus, false);
+    if (m_pPages->currentIndex() == PageMachineStatus)
+        ShowPage(PageFileTransfer);
+    Q_EMIT SignalMachineOffline();
 }
 
 void Workspace::SlotTcpConnectStatus(bool bConnect)
 {
-    if (bConnect && !m_bInfoRequested) {
-        m_bInfoRequested = true;
-        m_pInfoClient->GetMachineInfo();
-    }
+    m_pConnection->OnInfoClientStatus(bConnect);
+}
+
+void Workspace::SlotRealTimeTcpConnectStatus(bool bConnect)
+{
+    m_pConnection->OnRealTimeClientStatus(bConnect);
+}
+
+void Workspace::SlotCheckConnectTimerOut()
+{
+    m_pConnection->CheckNow();
 }
 
 void Workspace::SlotGetMachineInfoFinished(bool bSuccess, StructMachineSystemInfo systemInfo,
                                            StructMachineNetInfo netInfo)
 {
-    if (!bSuccess) {
-        CDebugLog::AddLog(QStringLiteral("获取设备信息失败!"));
-        m_pInfoClient->disconnectFromMachine();
-        return;
-    }
-    CamBaseRegisterHelper::instance()->SetCurrentCameraVer(systemInfo.CameraVer);
-    qDebug() << systemInfo;
-    CDebugLog::AddLog(QStringLiteral("设备信息获取成功,系统版本:%1,固件版本:%2,wlanIP:%3,ethIP:%4,sn:%5,mqtt:%6,cameraVer:%7")
-                          .arg(systemInfo.SysVer, systemInfo.FwVer, netInfo.wlan.ip, netInfo.eth.ip, systemInfo.sn)
-                          .arg(systemInfo.Mqtt)
-                          .arg(systemInfo.CameraVer));
-    if (VersionRuleApplies(m_strSn)) {
-        Q_EMIT SignalAppendLog(tr("机床系统版本: 当前版本 %1  最低要求版本 %2").arg(systemInfo.SysVer, MinSystemVersion),
-                               LogColors::Plain);
-    }
-    if (Setting(g_strSettingNoRemindMachineVersion, false).toBool())
+    Q_UNUSED(netInfo)
+    if (!bSuccess || Setting(g_strSettingNoRemindMachineVersion, false).toBool())
         return;
     if (CompareTwoVersion(systemInfo.SysVer, MinSystemVersion) >= 0)
         return;
-    const auto answer = CVarnokMessageBox::ShowWindowWithCheckBox(
-        this, 1, MsgIconWarning, NoticeTitle,
-        tr("当前机床系统版本为 %1，低于最低要求版本 %2，部分功能可能会受到影响，请升级机床系统版本！")
-            .arg(systemInfo.SysVer, MinSystemVersion),
-        tr("不再提醒"), false, {});
-    if (answer.second) {
-        CamBaseTextHelper::instance()->SetLocalSettingCache(
-            CamBaseTextHelper::SettingTypeLocal, QString::fromLatin1(g_strSettingNoRemindMachineVersion), true, false);
-    }
-}
-
-void Workspace::StartCheckTimer()
-{
-    if (!m_pCheckTimer->isActive())
-        m_pCheckTimer->start(m_nCheckIntervalMs);
-}
-
-void Workspace::SlotCheckConnectTimerOut()
-{
-    // A check still waiting for its answer is not doubled by the next tick.
-    if (g_bTranslating || m_bCheckBusy)
-        return;
-    m_bCheckBusy = true;
-    QUrl url;
-    url.setScheme(QStringLiteral("ftp"));
-    url.setHost(m_strIp);
-    url.setPath(QStringLiteral("/"));
-    url.setPort(FtpPort);
-    auto* task = new CheckConnect(url.toString(), nullptr);
-    connect(task, &FtpTaskThread::SignalTaskFinished, this, [this](bool ok, const QString&) {
-        m_bCheckBusy = false;
-        OnCheckResult(ok);
+    const QString text = tr("当前机床系统版本为 %1，低于最低要求版本 %2，部分功能可能会受到影响，请升级机床系统版本！")
+                             .arg(systemInfo.SysVer, MinSystemVersion);
+    QTimer::singleShot(0, this, [this, text]() {
+        const auto answer = CVarnokMessageBox::ShowWindowWithCheckBox(this, 1, MsgIconWarning, NoticeTitle, text,
+                                                                      tr("不再提醒"), false, {});
+        if (answer.second) {
+            CamBaseTextHelper::instance()->SetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal,
+                                                                QString::fromLatin1(g_strSettingNoRemindMachineVersion),
+                                                                true, false);
+        }
     });
-    connect(task, &QThread::finished, task, &QObject::deleteLater);
-    task->start();
 }
 
-void Workspace::OnCheckResult(bool bOk)
+void Workspace::SlotGetMachineRealTimeDataFinished(bool success, StructRealTimeData record)
 {
-    if (m_strSn.isEmpty())
-        return;
-    if (bOk) {
-        if (m_nCheckFailCount > 0) {
-            Q_EMIT SignalAppendLog(tr("机床重连成功，IP: %1, SN: %2").arg(m_strIp, m_strSn), LogColors::Success);
-            CDebugLog::AddLog(QStringLiteral("CheckConnect 重新连接成功"));
-        }
-        m_nCheckFailCount = 0;
-        return;
-    }
-    if (m_nCheckFailCount >= MaxCheckFailures) {
-        CDebugLog::AddLog(QStringLiteral("CheckConnect 超过最大次数, 准备断开"));
-        Q_EMIT SignalAppendLog(tr("超过最大重连次数，机床已断开连接"), LogColors::Failure);
-        if (m_pCheckTimer->isActive()) {
-            m_pCheckTimer->stop();
-            CDebugLog::AddLog(QStringLiteral("CheckConnect 定时器已停止"));
-        }
-        m_nCheckFailCount = 0;
-        CamBaseRegisterHelper::instance()->SetCurrentMachineConnectStatus(false, QString(), QString());
-        StopRealTimePolling();
-        m_strIp.clear();
-        m_strSn.clear();
-        if (isVisible()) {
-            DisconnectMachine(true);
-        } else {
-            m_bNetNotice = true;
-            CDebugLog::AddLog(QStringLiteral("CheckConnect 界面不可见, 设置m_bNetNotice=true"));
-        }
-        return;
-    }
-    ++m_nCheckFailCount;
-    CDebugLog::AddLog(QStringLiteral("检测机床连接失败，失败次数：%1").arg(m_nCheckFailCount));
-    Q_EMIT SignalAppendLog(tr("机床连接失败，重新连接中，次数：%1").arg(m_nCheckFailCount), LogColors::Warning);
+    Q_UNUSED(success)
+    Q_EMIT SignalRealTimeData(record);
 }
 
-void Workspace::StartRealTimePolling()
+void Workspace::OnGaveUp()
 {
-    const QSettings testSettings(CamBaseTextHelper::instance()->GetLocalTestIniFilePath(), QSettings::IniFormat);
-    m_nRealTimeInterval = testSettings.contains(QStringLiteral("TimerInterval"))
-                              ? testSettings.value(QStringLiteral("TimerInterval")).toInt()
-                              : 1000;
-    if (!m_pRealTimeTimer) {
-        m_pRealTimeTimer = new QTimer(this);
-        connect(m_pRealTimeTimer, &QTimer::timeout, this, [this]() {
-            if (m_bRealTimeBusy || !m_pRealTimeClient->isConnected())
-                return;
-            m_bRealTimeBusy = true;
-            if (!m_pRealTimeClient->GetMachineRealTimeData())
-                m_bRealTimeBusy = false;
-        });
-    }
-    if (!m_pRealTimeClient->isConnected())
-        m_pRealTimeClient->connectToMachine(m_strIp, InfoPort);
-    else
-        m_pRealTimeTimer->start(m_nRealTimeInterval);
-}
-
-void Workspace::StopRealTimePolling()
-{
-    if (m_pRealTimeTimer)
-        m_pRealTimeTimer->stop();
-    m_bRealTimeBusy = false;
-    m_pRealTimeClient->disconnectFromMachine();
-    Q_EMIT SignalMachineOffline();
-}
-
-void Workspace::SlotRealTimeTcpConnectStatus(bool bConnect)
-{
-    if (!m_pRealTimeTimer)
-        return;
-    if (bConnect) {
-        m_pRealTimeTimer->start(m_nRealTimeInterval);
+    if (isVisible()) {
+        DisconnectMachine(true);
     } else {
-        m_pRealTimeTimer->stop();
-        m_bRealTimeBusy = false;
+        m_bNetNotice = true;
+        CDebugLog::AddLog(QStringLiteral("CheckConnect 界面不可见, 设置m_bNetNotice=true"));
     }
-}
-
-void Workspace::SlotGetMachineRealTimeDataFinished(bool success, StructRealTimeData data)
-{
-    m_bRealTimeBusy = false;
-    if (success)
-        Q_EMIT SignalRealTimeData(data);
-}
-
-void Workspace::ResetMachineSide()
-{
-    CamBaseRegisterHelper::instance()->SetCurrentMachineConnectStatus(false, QString(), QString());
-    StopRealTimePolling();
-    m_pInfoClient->disconnectFromMachine();
-    m_bInfoRequested = false;
-    m_nCheckFailCount = 0;
-    m_strIp.clear();
-    m_strSn.clear();
-    m_pPageBar->setTabEnabled(PageMachineStatus, false);
-    if (m_pPages->currentIndex() == PageMachineStatus)
-        ShowPage(PageFileTransfer);
 }
 
 void Workspace::DisconnectMachine(bool netNotice)
 {
-    ResetMachineSide();
+    const bool wasChecking = m_pConnection->Disconnect();
     if (m_pSelectBox)
         m_pSelectBox->ClearBoxInfo();
-    if (m_pCheckTimer->isActive()) {
-        m_pCheckTimer->stop();
+    if (wasChecking)
         CDebugLog::AddLog(QStringLiteral("onDisconnect 定时器已停止"));
-    }
     Q_EMIT SignalAppendLog(tr("机床断开连接"), LogColors::Warning);
     CDebugLog::AddLog(QStringLiteral("onDisconnect 断开连接"));
-    QTimer::singleShot(300, this, [this, netNotice]() {
-        ShowNotice(MsgIconInformation,
-                   netNotice ? tr("与当前设备已断开连接，请检查网络！") : tr("与当前设备已断开连接！"));
-        Q_EMIT SignalMachineOffline();
-    });
+    const QString text = netNotice ? tr("与当前设备已断开连接，请检查网络！") : tr("与当前设备已断开连接！");
+    QTimer::singleShot(300, this, [this, text]() { ShowNotice(MsgIconInformation, text); });
     m_bNetNotice = false;
 }
 
 void Workspace::showEvent(QShowEvent* event)
 {
     QWidget::showEvent(event);
-    qDebug() << "Workspace showEvent";
+    qCDebug(lcWorkbench) << "Workspace showEvent";
     if (m_bNetNotice)
         QTimer::singleShot(1000, this, [this]() {
             if (m_bNetNotice)
@@ -532,9 +351,21 @@ void Workspace::StartSilentConnect()
     if (!autoConnect || savedSn.isEmpty())
         return;
     CamBaseRegisterHelper::instance()->ClearDiscoveredMachines();
+    const QString line = tr("正在查找上次连接的机床，SN: %1").arg(savedSn);
+    CDebugLog::AddLog(line);
+    Q_EMIT SignalAppendLog(line, LogColors::Plain);
     m_pDiscoverySender->startDiscovery(30000, 3000);
-    QTimer::singleShot(15000, m_pDiscoverySender, &BroadCastSender::stopDiscovery);
+    m_pSilentSearchTimer->start(m_nSilentSearchMs);
     Q_EMIT SignalSilentConnectStarted();
+}
+
+void Workspace::OnSilentSearchEnded()
+{
+    m_pDiscoverySender->stopDiscovery();
+    const QString savedSn = Setting(g_strSettingLastConnectMachineSN, QString()).toString();
+    const QString line = tr("未找到上次连接的机床，SN: %1，请使用“新建连接”选择机床").arg(savedSn);
+    CDebugLog::AddLog(line);
+    Q_EMIT SignalAppendLog(line, LogColors::Warning);
 }
 
 void Workspace::SlotSilentConnectMachine(QString reply)
@@ -549,20 +380,17 @@ void Workspace::SlotSilentConnectMachine(QString reply)
         return;
     CamBaseRegisterHelper::instance()->AddDiscoveredMachine(ip, sn);
     CamBaseRegisterHelper::instance()->SaveMachineInterfaceAndIP(iface, ip, sn);
-    // One machine may answer on several links; the first answer is enough.
-    if (sn != Setting(g_strSettingLastConnectMachineSN, QString()).toString() || !m_strSn.isEmpty() ||
-        m_bSilentConnecting)
+    // One machine may answer on several links; the first answer ends the search.
+    if (!m_pSilentSearchTimer->isActive() || sn != Setting(g_strSettingLastConnectMachineSN, QString()).toString())
         return;
-    m_bSilentConnecting = true;
+    m_pSilentSearchTimer->stop();
     m_pDiscoverySender->stopDiscovery();
-    Q_EMIT SignalAppendLog(tr("正在连接机床，请稍候..."), LogColors::Success);
-    RunFtpTest(ip, sn, true);
+    m_pConnection->Connect(ip, sn, true);
 }
 
 void Workspace::SlotReConnectByTypeC(QString ip)
 {
-    m_strIp = ip;
-    Q_EMIT SignalAppendLog(tr("机床切换为Type-C连接，IP: %1, SN: %2").arg(m_strIp, m_strSn), LogColors::Success);
+    m_pConnection->SwitchIp(ip);
 }
 
 void Workspace::SlotAppendLog(QString text, QColor color)
@@ -572,7 +400,9 @@ void Workspace::SlotAppendLog(QString text, QColor color)
 
 void Workspace::ShowNotice(int icon, const QString& text)
 {
-    CVarnokMessageBox::ShowWindow(this, 1, static_cast<EnumMsgIcon>(icon), NoticeTitle, text, {});
+    QTimer::singleShot(0, this, [this, icon, text]() {
+        CVarnokMessageBox::ShowWindow(this, 1, static_cast<EnumMsgIcon>(icon), NoticeTitle, text, {});
+    });
 }
 
 QWidget* Workspace::BuildFilePage()
@@ -621,13 +451,17 @@ void Workspace::PlaceTransManager(bool bFullPage)
 
 void Workspace::SetMachineActionsOnline(bool online)
 {
-    m_pToolPage->SetEnabled(ToolPage::ActionDisconnect, online);
     m_pToolPage->SetEnabled(ToolPage::ActionMachineStatus, online);
 }
 
 void Workspace::ConnectFilePage()
 {
     SetMachineActionsOnline(false);
+    // A connect still under way can be cancelled; without one there is nothing to disconnect.
+    m_pToolPage->SetEnabled(ToolPage::ActionDisconnect, false);
+    connect(m_pConnection, &MachineConnection::SignalStateChanged, this, [this](MachineConnection::State state) {
+        m_pToolPage->SetEnabled(ToolPage::ActionDisconnect, state != MachineConnection::State::Disconnected);
+    });
     FileManager* manager = m_pFileManager;
     connect(manager, &FileManager::SignalUpLoadFile, this, &Workspace::SlotUpLoadFile);
     connect(manager, &FileManager::SignalDownLoadFile, this, &Workspace::SlotDownLoadFile);
@@ -678,10 +512,8 @@ void Workspace::ConnectOrchestratorToPanels()
     connect(transfers, &TransferOrchestrator::SignalTransferUpdated, m_pTransManager->TransferList(),
             &TransList::SlotUpdateTransfer);
     connect(m_pTransManager, &TransManager::SignalRestartTransfer, transfers, &TransferOrchestrator::Retry);
-    // Refusals come from request paths that may run under a timer: the box waits for an empty stack.
-    connect(transfers, &TransferOrchestrator::SignalNotice, this, [this](const QString& text) {
-        QTimer::singleShot(0, this, [this, text]() { ShowNotice(MsgIconWarning, text); });
-    });
+    connect(transfers, &TransferOrchestrator::SignalNotice, this,
+            [this](const QString& text) { ShowNotice(MsgIconWarning, text); });
     connect(transfers, &TransferOrchestrator::SignalBusyChanged, this, [this, machine](bool busy) {
         m_pFileManager->SetPanelLocked(busy);
         if (!busy && m_pFileManager->IsConnected())

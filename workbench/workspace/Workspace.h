@@ -5,20 +5,18 @@
 #include <QColor>
 #include <QPointer>
 #include <QWidget>
-
 #include <functional>
 
 class BroadCastSender;
 class CProgressWidget;
 class CSelectMachineBox;
 class FileManager;
+class MachineConnection;
 class QSplitter;
 class TransferOrchestrator;
-class FileTransferClient;
 class QStackedWidget;
 class QTabBar;
 class QTimer;
-class SerialNumberReader;
 class ToolPage;
 class TransManager;
 namespace CamPlugin {
@@ -26,7 +24,14 @@ class CamPluginFile;
 }
 
 // The workbench's main widget: the tool page on top, the pages below it, and the
-// machine connection that every page relies on.
+// machine connection that every page relies on. The connection itself lives in
+// MachineConnection; the Workspace keeps the widgets, the boxes and the slots of its
+// interface, and forwards.
+//
+// Other parts of the workbench follow the connection only through SignalMachineConnected,
+// SignalMachineOffline and SignalRealTimeData, and reach the Workspace through MachineIp(),
+// MachineSn(), GetTransManager(), GetToolPage(), SetPendingRequest() and ShowPage(): keep
+// these names and their meaning.
 class Workspace : public QWidget
 {
     Q_OBJECT
@@ -58,14 +63,16 @@ public:
                            std::function<void(const QString&, const QString&, int)> replay);
     void ShowPage(Page page);
     // Shorter waits for tests; the defaults are the machine's real timings.
-    void SetCheckInterval(int milliseconds) { m_nCheckIntervalMs = milliseconds; }
-    void SetSerialNumberTimeout(int milliseconds) { m_nSnTimeoutMs = milliseconds; }
+    void SetCheckInterval(int milliseconds);
+    void SetSerialNumberTimeout(int milliseconds);
+    void SetSilentSearchDuration(int milliseconds) { m_nSilentSearchMs = milliseconds; }
 
-    QString MachineIp() const { return m_strIp; }
-    QString MachineSn() const { return m_strSn; }
+    QString MachineIp() const;
+    QString MachineSn() const;
     bool IsCheckTimerActive() const;
-    int CheckFailCount() const { return m_nCheckFailCount; }
+    int CheckFailCount() const;
     bool NetNoticePending() const { return m_bNetNotice; }
+    MachineConnection* Connection() const { return m_pConnection; }
     TransManager* GetTransManager() const { return m_pTransManager; }
     ToolPage* GetToolPage() const { return m_pToolPage; }
     QTabBar* PageBar() const { return m_pPageBar; }
@@ -77,9 +84,11 @@ public:
 Q_SIGNALS:
     void SignalSilentConnectStarted();
     void SignalAppendLog(const QString& text, const QColor& color);
-    // Real-time records for the status page, and word that the machine is gone.
+    // Every real-time record for the status page, whether its delivery succeeded or not.
     void SignalRealTimeData(const StructRealTimeData& data);
+    // On every disconnect and every failed connect.
     void SignalMachineOffline();
+    // Once a connection is fully established (serial number known).
     void SignalMachineConnected(const QString& ip, const QString& sn);
 
 public Q_SLOTS:
@@ -89,7 +98,7 @@ public Q_SLOTS:
     void SlotRealTimeTcpConnectStatus(bool bConnect);
     void SlotGetMachineInfoFinished(bool bSuccess, StructMachineSystemInfo systemInfo, StructMachineNetInfo netInfo);
     void SlotSilentConnectMachine(QString reply);
-    void SlotGetMachineRealTimeDataFinished(bool success, StructRealTimeData data);
+    void SlotGetMachineRealTimeDataFinished(bool success, StructRealTimeData record);
     void SlotAppendLog(QString text, QColor color);
     void SlotReConnectByTypeC(QString ip);
 
@@ -109,15 +118,11 @@ private:
     void BuildUi();
     void ConnectToolActions();
     void OpenSelectMachineBox();
-    void RunFtpTest(const QString& ip, const QString& sn, bool silent);
-    void OnFtpTestResult(bool result, const QString& sn);
-    void OnConnectedWithSn();
-    void OnSerialNumberRead(bool ok, const QString& sn, const QString& errorText);
-    void OnCheckResult(bool bOk);
-    void StartCheckTimer();
-    void StartRealTimePolling();
-    void StopRealTimePolling();
-    void ResetMachineSide();
+    void OnConnected();
+    void OnOffline();
+    void OnGaveUp();
+    void OnSilentSearchEnded();
+    // Boxes open from their own zero-delay timer, never inside a socket's or timer's slot.
     void ShowNotice(int icon, const QString& text);
 
     // The file page: the file manager above the transfer strip, and the orchestrator behind them.
@@ -129,24 +134,12 @@ private:
 
     CamPlugin::CamPluginFile* m_pPluginObject = nullptr;
 
-    QString m_strIp;
-    QString m_strSn;
-    FileTransferClient* m_pInfoClient = nullptr;
-    FileTransferClient* m_pRealTimeClient = nullptr;
+    MachineConnection* m_pConnection = nullptr;
     BroadCastSender* m_pDiscoverySender = nullptr;
     BroadCastSender* m_pSelectDiscoverySender = nullptr;
-    QTimer* m_pCheckTimer = nullptr;
-    int m_nCheckFailCount = 0;
-    int m_nCheckIntervalMs = 1000;
-    int m_nSnTimeoutMs = 5000;
-    bool m_bCheckBusy = false;
+    QTimer* m_pSilentSearchTimer = nullptr;
+    int m_nSilentSearchMs = 15000;
     bool m_bNetNotice = false;
-    bool m_bInfoRequested = false;
-    QTimer* m_pRealTimeTimer = nullptr;
-    int m_nRealTimeInterval = 1000;
-    bool m_bRealTimeBusy = false;
-    bool m_bSilentConnecting = false;
-    SerialNumberReader* m_pSnReader = nullptr;
 
     struct PendingRequest
     {

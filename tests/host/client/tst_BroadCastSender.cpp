@@ -2,6 +2,7 @@
 #include "CncSimulator.h"
 
 #include <QCoreApplication>
+#include <QNetworkDatagram>
 #include <QProcess>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -17,6 +18,7 @@ class tst_BroadCastSender : public QObject
 private slots:
     void findsTheSimulatorOnLoopback();
     void ignoresNoiseAndRepeats();
+    void stopsReadingWhenAListenerStopsDiscovery();
     void findsTheSimulatorInAnotherNamespace();
 };
 
@@ -75,6 +77,42 @@ void tst_BroadCastSender::ignoresNoiseAndRepeats()
     QTest::qWait(100);
     QCOMPARE(results.size(), 1);
     QCOMPARE(results.first().first().toString(), QString("M*SN1*v*10.0.0.9"));
+}
+
+namespace {
+QStringList g_listWarnings;
+} // namespace
+
+void tst_BroadCastSender::stopsReadingWhenAListenerStopsDiscovery()
+{
+    // Two machines answer at once; the listener stops at the first, which closes the socket.
+    QUdpSocket responder;
+    QVERIFY(responder.bind(QHostAddress::LocalHost, 0));
+    connect(&responder, &QUdpSocket::readyRead, this, [&responder] {
+        while (responder.hasPendingDatagrams()) {
+            const QNetworkDatagram request = responder.receiveDatagram();
+            for (const QByteArray& answer : {QByteArray("M*SN1*v*10.0.0.1"), QByteArray("M*SN2*v*10.0.0.2")})
+                responder.writeDatagram(answer, request.senderAddress(), request.senderPort());
+        }
+    });
+    BroadCastSender sender;
+    sender.SetDiscoveryPort(responder.localPort());
+    sender.SetInterfaceFilter({"lo"});
+    connect(&sender, &BroadCastSender::discoveryResult, &sender, &BroadCastSender::stopDiscovery);
+    QSignalSpy results(&sender, &BroadCastSender::discoveryResult);
+    g_listWarnings.clear();
+    const QtMessageHandler previous =
+        qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
+            if (type != QtDebugMsg)
+                g_listWarnings << text;
+        });
+    sender.startDiscovery(1000, 5000);
+    const bool answered = results.wait(5000);
+    QTest::qWait(100);
+    qInstallMessageHandler(previous);
+    QVERIFY(answered);
+    QCOMPARE(results.size(), 1);
+    QVERIFY2(g_listWarnings.isEmpty(), qPrintable(g_listWarnings.join('\n')));
 }
 
 namespace {

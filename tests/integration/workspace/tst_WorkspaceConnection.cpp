@@ -1,19 +1,22 @@
+#include "CDebugLog.h"
 #include "CSelectMachineBox.h"
 #include "CVarnokMessageBox.h"
-#include "CamBaseSignalHelper.h"
 #include "CamBaseRegisterHelper.h"
+#include "CamBaseSignalHelper.h"
 #include "CamBaseTextHelper.h"
 #include "CncSimulator.h"
+#include "FileTransferClient.h"
 #include "KorvBaseGlobals.h"
 #include "MachinePortMap.h"
+#include "toolpage/ToolPage.h"
 #include "transfer/TransInfo.h"
 #include "transfer/TransLogModel.h"
 #include "transfer/TransManager.h"
-#include "toolpage/ToolPage.h"
+#include "workspace/MachineConnection.h"
 #include "workspace/Workspace.h"
 
 #include <QAbstractButton>
-
+#include <QElapsedTimer>
 #include <QListWidget>
 #include <QSettings>
 #include <QSignalSpy>
@@ -22,7 +25,7 @@
 #include <QTcpSocket>
 #include <QTemporaryDir>
 #include <QTest>
-
+#include <QTimer>
 #include <memory>
 
 namespace {
@@ -46,6 +49,43 @@ QVariant GetSetting(const QString& key)
 {
     return CamBaseTextHelper::instance()->GetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal, key);
 }
+
+void SetTimerInterval(const QString& value)
+{
+    QSettings test(CamBaseTextHelper::instance()->GetLocalTestIniFilePath(), QSettings::IniFormat);
+    test.setValue(QStringLiteral("TimerInterval"), value);
+}
+
+// Forwards loopback connections to a port, each only after a delay: a machine that
+// answers, but late.
+class DelayedRelay : public QTcpServer
+{
+public:
+    DelayedRelay(quint16 target, int delayMs) : m_nTarget(target), m_nDelayMs(delayMs)
+    {
+        listen(QHostAddress::LocalHost);
+        connect(this, &QTcpServer::newConnection, this, [this]() {
+            QTcpSocket* client = nextPendingConnection();
+            ++m_nAccepted;
+            QTimer::singleShot(m_nDelayMs, client, [this, client]() { Forward(client); });
+        });
+    }
+    int Accepted() const { return m_nAccepted; }
+
+private:
+    void Forward(QTcpSocket* client)
+    {
+        auto* upstream = new QTcpSocket(client);
+        connect(upstream, &QTcpSocket::readyRead, client, [=]() { client->write(upstream->readAll()); });
+        connect(client, &QTcpSocket::readyRead, upstream, [=]() { upstream->write(client->readAll()); });
+        connect(upstream, &QTcpSocket::disconnected, client, &QTcpSocket::disconnectFromHost);
+        upstream->connectToHost(QHostAddress::LocalHost, m_nTarget);
+    }
+
+    quint16 m_nTarget;
+    int m_nDelayMs;
+    int m_nAccepted = 0;
+};
 } // namespace
 
 // Drives a real Workspace against the simulator on loopback, and reads what the user
@@ -64,12 +104,21 @@ private Q_SLOTS:
     void serialNumberFailures_data();
     void serialNumberFailures();
     void lateSerialNumberReplyChangesNothing();
+    void disconnectDuringConnect_data();
+    void disconnectDuringConnect();
+    void switchingMachines_data();
+    void switchingMachines();
     void versionNotice();
-    void givesUpAfterTheEighthFailedCheck();
+    void boxesOpenAfterTheSlotReturns();
+    void givesUpAboutEightTicksAfterTheMachineWentSilent();
     void recoversBeforeTheEighthFailure();
     void hiddenWorkspaceShowsTheNoticeOnNextShow();
     void pollsRealTimeDataOneRequestAtATime();
+    void realTimeIntervalIsClamped_data();
+    void realTimeIntervalIsClamped();
+    void failedRealTimeRecordsArePassedOn();
     void silentConnectFindsTheSavedMachine();
+    void silentConnectReportsAMissingMachine();
     void silentConnectNeedsASavedSerialNumber();
     void selectBoxDiscoversAndConnects();
     void pendingRequestRunsAfterTheConnect();
@@ -77,6 +126,7 @@ private Q_SLOTS:
 
 private:
     void StartSimulator(const SimOptions& options);
+    void PointAt(const CncSimulator& sim) const;
     SimOptions DefaultOptions() const;
     std::unique_ptr<Workspace> MakeWorkspace();
     QList<LogLine> Log() const;
@@ -138,10 +188,16 @@ void TestWorkspaceConnection::StartSimulator(const SimOptions& options)
     m_sim = std::make_unique<CncSimulator>(options);
     QString error;
     QVERIFY2(m_sim->Start(&error), qPrintable(error));
-    SetSetting(QString::fromLatin1(g_strSettingFtpPortMapping), m_sim->FtpPort());
-    MachinePortMap::Set(30001, m_sim->InfoPort());
-    MachinePortMap::Set(5002, m_sim->SnPort());
-    MachinePortMap::Set(30002, m_sim->DiscoveryPort());
+    PointAt(*m_sim);
+}
+
+// Every machine of a test is on 127.0.0.1: the port mapping says which one answers.
+void TestWorkspaceConnection::PointAt(const CncSimulator& sim) const
+{
+    SetSetting(QString::fromLatin1(g_strSettingFtpPortMapping), sim.FtpPort());
+    MachinePortMap::Set(30001, sim.InfoPort());
+    MachinePortMap::Set(5002, sim.SnPort());
+    MachinePortMap::Set(30002, sim.DiscoveryPort());
 }
 
 std::unique_ptr<Workspace> TestWorkspaceConnection::MakeWorkspace()
@@ -211,9 +267,11 @@ void TestWorkspaceConnection::connectsWithAKnownSerialNumber()
     QCOMPARE(GetSetting(QString::fromLatin1(g_strSettingLastConnectMachineSN)).toString(),
              QStringLiteral("PB01SIM0001"));
     // The version rule of this model is reported; 1.4.7 needs no notice.
-    QVERIFY(QTest::qWaitFor([&]() {
-        return HasLine(QStringLiteral("机床系统版本: 当前版本 1.4.7  最低要求版本 1.4.7"), QColor(51, 51, 51));
-    }, 5000));
+    QVERIFY(QTest::qWaitFor(
+        [&]() {
+            return HasLine(QStringLiteral("机床系统版本: 当前版本 1.4.7  最低要求版本 1.4.7"), QColor(51, 51, 51));
+        },
+        5000));
     QVERIFY(m_listBoxes.isEmpty());
 
     m_workspace->DisconnectMachine(false);
@@ -245,9 +303,11 @@ void TestWorkspaceConnection::serialNumberFailures_data()
         << 0 << true << QByteArray() << QStringLiteral("获取机床序列号失败：连接超时");
     QTest::newRow("reply that is not JSON")
         << 0 << false << QByteArray("hello machine") << QStringLiteral("获取机床序列号失败");
-    QTest::newRow("empty serial number")
-        << 0 << false << QByteArray(R"({"errorCode":0,"msg":"ok","data":""})")
-        << QStringLiteral("获取机床序列号失败：序列号为空");
+    // Broken inside, not cut short: nothing more can mend it, so it fails before the time-out.
+    QTest::newRow("reply that starts like JSON but is not")
+        << 0 << false << QByteArray(R"({"errorCode":0,,"data":"PB01"})") << QStringLiteral("获取机床序列号失败");
+    QTest::newRow("empty serial number") << 0 << false << QByteArray(R"({"errorCode":0,"msg":"ok","data":""})")
+                                         << QStringLiteral("获取机床序列号失败：序列号为空");
 }
 
 void TestWorkspaceConnection::serialNumberFailures()
@@ -314,6 +374,99 @@ void TestWorkspaceConnection::lateSerialNumberReplyChangesNothing()
     QCOMPARE(CountLines(QStringLiteral("机床连接成功")), 0);
 }
 
+void TestWorkspaceConnection::disconnectDuringConnect_data()
+{
+    QTest::addColumn<bool>("duringFtpTest");
+    QTest::newRow("during the FTP test") << true;
+    QTest::newRow("during the serial-number read") << false;
+}
+
+void TestWorkspaceConnection::disconnectDuringConnect()
+{
+    QFETCH(bool, duringFtpTest);
+    StartSimulator(DefaultOptions());
+    // The step under test answers only after the user has pressed "断开连接".
+    DelayedRelay lateFtp(m_sim->FtpPort(), 600);
+    DelayedRelay lateSn(m_sim->SnPort(), 600);
+    DelayedRelay& late = duringFtpTest ? lateFtp : lateSn;
+    if (duringFtpTest)
+        SetSetting(QString::fromLatin1(g_strSettingFtpPortMapping), lateFtp.serverPort());
+    else
+        MachinePortMap::Set(5002, lateSn.serverPort());
+
+    m_workspace = MakeWorkspace();
+    m_workspace->SetSerialNumberTimeout(5000);
+    QSignalSpy connected(m_workspace.get(), &Workspace::SignalMachineConnected);
+    QSignalSpy offline(m_workspace.get(), &Workspace::SignalMachineOffline);
+    m_workspace->ConnectToMachine(Ip, duringFtpTest ? QStringLiteral("PB01SIM0001") : QString());
+    QVERIFY(QTest::qWaitFor([&]() { return late.Accepted() > 0; }, 5000));
+    m_workspace->GetToolPage()->Button(ToolPage::ActionDisconnect)->click();
+    QCOMPARE(offline.count(), 1);
+
+    QTest::qWait(1200); // the late answer has come and gone
+    QCOMPARE(CountLines(QStringLiteral("机床连接成功")), 0);
+    QCOMPARE(connected.count(), 0);
+    QCOMPARE(m_workspace->Connection()->GetState(), MachineConnection::State::Disconnected);
+    QVERIFY(m_workspace->MachineIp().isEmpty());
+    QVERIFY(m_workspace->MachineSn().isEmpty());
+    QVERIFY(!m_workspace->IsCheckTimerActive());
+    QVERIFY(!CamBaseRegisterHelper::instance()->GetCurrentMachineConnectStatus());
+}
+
+void TestWorkspaceConnection::switchingMachines_data()
+{
+    QTest::addColumn<bool>("secondAnswers");
+    QTest::newRow("second machine connects") << true;
+    QTest::newRow("second machine refuses") << false;
+}
+
+void TestWorkspaceConnection::switchingMachines()
+{
+    QFETCH(bool, secondAnswers);
+    SetTimerInterval(QStringLiteral("100"));
+    StartSimulator(DefaultOptions());
+    int firstRequests = 0;
+    connect(m_sim.get(), &CncSimulator::SignalInfoRequest, this, [&]() { ++firstRequests; });
+    m_workspace = MakeWorkspace();
+    QStringList recordSns;
+    connect(m_workspace.get(), &Workspace::SignalRealTimeData, this,
+            [&](const StructRealTimeData& record) { recordSns << record.sn; });
+    QVERIFY(ConnectAndWait(QStringLiteral("PB01SIM0001")));
+    QVERIFY(QTest::qWaitFor([&]() { return recordSns.size() >= 2; }, 5000));
+
+    SimOptions secondOptions = DefaultOptions();
+    secondOptions.serialNumber = QStringLiteral("PB01SIM0002");
+    CncSimulator second(secondOptions);
+    QString error;
+    QVERIFY2(second.Start(&error), qPrintable(error));
+    PointAt(second);
+    if (!secondAnswers)
+        second.Vanish();
+    QSignalSpy offline(m_workspace.get(), &Workspace::SignalMachineOffline);
+    m_workspace->ConnectToMachine(Ip, QStringLiteral("PB01SIM0002"));
+    QCOMPARE(offline.count(), 1);
+
+    if (secondAnswers) {
+        QVERIFY(QTest::qWaitFor(
+            [&]() { return HasLine(QStringLiteral("机床连接成功，IP: %1, SN: PB01SIM0002").arg(Ip), Green); }, 10000));
+        recordSns.clear();
+        QVERIFY(QTest::qWaitFor([&]() { return recordSns.size() >= 3; }, 5000));
+        QCOMPARE(recordSns.count(QStringLiteral("PB01SIM0002")), recordSns.size());
+        QCOMPARE(CamBaseRegisterHelper::instance()->GetCurrentMachineSN(), QStringLiteral("PB01SIM0002"));
+    } else {
+        QVERIFY(QTest::qWaitFor([&]() { return HasLine(QStringLiteral("连接机床失败，IP: %1").arg(Ip), Red); }, 10000));
+        QCOMPARE(offline.count(), 2);
+        QCOMPARE(m_workspace->Connection()->GetState(), MachineConnection::State::Disconnected);
+        QVERIFY(!m_workspace->IsCheckTimerActive());
+        QVERIFY(!CamBaseRegisterHelper::instance()->GetCurrentMachineConnectStatus());
+    }
+    // Nothing asks the first machine any more.
+    QTest::qWait(200);
+    const int settled = firstRequests;
+    QTest::qWait(600);
+    QCOMPARE(firstRequests, settled);
+}
+
 void TestWorkspaceConnection::versionNotice()
 {
     SimOptions options = DefaultOptions();
@@ -341,18 +494,43 @@ void TestWorkspaceConnection::versionNotice()
     QVERIFY(m_listBoxes.isEmpty());
 }
 
-void TestWorkspaceConnection::givesUpAfterTheEighthFailedCheck()
+void TestWorkspaceConnection::boxesOpenAfterTheSlotReturns()
 {
-    StartSimulator(DefaultOptions());
+    // A modal box inside a socket's slot would let the socket and the timers run again under it.
     m_workspace = MakeWorkspace();
+    StructMachineSystemInfo old;
+    old.SysVer = QStringLiteral("1.4.6");
+    m_workspace->SlotGetMachineInfoFinished(true, old, StructMachineNetInfo());
+    QVERIFY(m_listBoxes.isEmpty());
+    QVERIFY(QTest::qWaitFor([&]() { return m_listBoxes.size() == 1; }, 2000));
+}
+
+void TestWorkspaceConnection::givesUpAboutEightTicksAfterTheMachineWentSilent()
+{
+    // The machine's real timings: a check every second, five seconds for an FTP log-in.
+    SetSetting(QString::fromLatin1(g_strSettingFtpConnectTimeoutMs), 5000);
+    SimOptions options = DefaultOptions();
+    options.vanishAfter = 3;
+    options.vanishSilently = true;
+    StartSimulator(options);
+    m_workspace = MakeWorkspace();
+    m_workspace->SetCheckInterval(1000);
     m_workspace->show();
     QVERIFY(ConnectAndWait(QStringLiteral("PB01SIM0001")));
     QSignalSpy offline(m_workspace.get(), &Workspace::SignalMachineOffline);
+    QSignalSpy vanished(m_sim.get(), &CncSimulator::SignalVanished);
+    QVERIFY(vanished.wait(5000));
+    QElapsedTimer sinceVanished;
+    sinceVanished.start();
 
-    m_sim->Vanish();
-    QVERIFY(QTest::qWaitFor([&]() { return HasLine(QStringLiteral("超过最大重连次数，机床已断开连接"), Red); }, 15000));
+    // Eight ticks plus one hanging log-in is about 13 s; checks that waited for each other took 40 s.
+    QVERIFY(QTest::qWaitFor([&]() { return HasLine(QStringLiteral("超过最大重连次数，机床已断开连接"), Red); }, 20000));
+    const qint64 givenUpAfter = sinceVanished.elapsed();
+    qInfo("given up %lld ms after the machine went silent", static_cast<long long>(givenUpAfter));
+    QVERIFY2(givenUpAfter < 16000, qPrintable(QString::number(givenUpAfter)));
     for (int count = 1; count <= 7; ++count)
-        QVERIFY2(HasLine(QStringLiteral("机床连接失败，重新连接中，次数：%1").arg(count), Orange), qPrintable(QString::number(count)));
+        QVERIFY2(HasLine(QStringLiteral("机床连接失败，重新连接中，次数：%1").arg(count), Orange),
+                 qPrintable(QString::number(count)));
     QCOMPARE(CountLines(QStringLiteral("机床连接失败，重新连接中")), 7);
     QVERIFY(!m_workspace->IsCheckTimerActive());
     QCOMPARE(m_workspace->CheckFailCount(), 0);
@@ -410,10 +588,7 @@ void TestWorkspaceConnection::hiddenWorkspaceShowsTheNoticeOnNextShow()
 
 void TestWorkspaceConnection::pollsRealTimeDataOneRequestAtATime()
 {
-    {
-        QSettings test(CamBaseTextHelper::instance()->GetLocalTestIniFilePath(), QSettings::IniFormat);
-        test.setValue(QStringLiteral("TimerInterval"), 100);
-    }
+    SetTimerInterval(QStringLiteral("100"));
     StartSimulator(DefaultOptions());
     m_workspace = MakeWorkspace();
     int requests = 0;
@@ -434,6 +609,45 @@ void TestWorkspaceConnection::pollsRealTimeDataOneRequestAtATime()
     QCOMPARE(mostInFlight, 1);
 }
 
+void TestWorkspaceConnection::realTimeIntervalIsClamped_data()
+{
+    QTest::addColumn<QString>("setting");
+    QTest::addColumn<int>("interval");
+    QTest::addColumn<bool>("corrected");
+    QTest::newRow("zero would spin") << QStringLiteral("0") << 100 << true;
+    QTest::newRow("negative would spin") << QStringLiteral("-5") << 100 << true;
+    QTest::newRow("not a number") << QStringLiteral("fast") << 1000 << true;
+    QTest::newRow("an hour would never poll") << QStringLiteral("3600000") << 60000 << true;
+    QTest::newRow("sane value kept") << QStringLiteral("250") << 250 << false;
+}
+
+void TestWorkspaceConnection::realTimeIntervalIsClamped()
+{
+    QFETCH(QString, setting);
+    QFETCH(int, interval);
+    QFETCH(bool, corrected);
+    SetTimerInterval(setting);
+    StartSimulator(DefaultOptions());
+    m_workspace = MakeWorkspace();
+    QVERIFY(ConnectAndWait(QStringLiteral("PB01SIM0001")));
+    QCOMPARE(m_workspace->Connection()->RealTimeInterval(), interval);
+    const QString line = QStringLiteral("实时数据刷新间隔“%1”无效，已改为%2毫秒").arg(setting).arg(interval);
+    QCOMPARE(HasLine(line, Orange), corrected);
+}
+
+void TestWorkspaceConnection::failedRealTimeRecordsArePassedOn()
+{
+    SetTimerInterval(QStringLiteral("100"));
+    SimOptions options = DefaultOptions();
+    options.realTimeSilent = true;
+    StartSimulator(options);
+    m_workspace = MakeWorkspace();
+    QSignalSpy records(m_workspace.get(), &Workspace::SignalRealTimeData);
+    QVERIFY(ConnectAndWait(QStringLiteral("PB01SIM0001")));
+    // The request times out and its failure still reaches the status page, which counts misses.
+    QVERIFY(records.wait(FileTransferClient::kDefaultRequestTimeoutMs + 3000));
+}
+
 void TestWorkspaceConnection::silentConnectFindsTheSavedMachine()
 {
     StartSimulator(DefaultOptions());
@@ -445,12 +659,31 @@ void TestWorkspaceConnection::silentConnectFindsTheSavedMachine()
     m_workspace->SlotSilentConnectMachine(QStringLiteral("CNC_MACHINE*PB01SIM0001*1.4.7"));
     QVERIFY(CamBaseRegisterHelper::instance()->GetDiscoveredMachines().isEmpty());
 
+    m_workspace->SetSilentSearchDuration(3000);
     m_workspace->StartSilentConnect();
     QCOMPARE(started.count(), 1);
+    QVERIFY(HasLine(QStringLiteral("正在查找上次连接的机床，SN: PB01SIM0001"), QColor(51, 51, 51)));
     const QString expected = QStringLiteral("机床连接成功，IP: %1, SN: PB01SIM0001").arg(Ip);
     QVERIFY(QTest::qWaitFor([&]() { return HasLine(expected, Green); }, 10000));
     QCOMPARE(CountLines(QStringLiteral("机床连接成功")), 1);
     QVERIFY(!CamBaseRegisterHelper::instance()->GetDiscoveredMachines().isEmpty());
+    QCOMPARE(CountLines(QStringLiteral("未找到上次连接的机床")), 0);
+}
+
+void TestWorkspaceConnection::silentConnectReportsAMissingMachine()
+{
+    StartSimulator(DefaultOptions());
+    SetSetting(QString::fromLatin1(g_strSettingLastConnectMachineSN), QStringLiteral("PB01GONE"));
+    m_workspace = MakeWorkspace();
+    m_workspace->SetSilentSearchDuration(500);
+    m_workspace->StartSilentConnect();
+    QVERIFY(HasLine(QStringLiteral("正在查找上次连接的机床，SN: PB01GONE"), QColor(51, 51, 51)));
+    QVERIFY(QTest::qWaitFor(
+        [&]() {
+            return HasLine(QStringLiteral("未找到上次连接的机床，SN: PB01GONE，请使用“新建连接”选择机床"), Orange);
+        },
+        3000));
+    QCOMPARE(CountLines(QStringLiteral("正在连接机床")), 0);
 }
 
 void TestWorkspaceConnection::silentConnectNeedsASavedSerialNumber()

@@ -10,7 +10,6 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
-
 #include <iostream>
 #include <sstream>
 
@@ -21,20 +20,31 @@ const char* get_plugin_version();
 }
 
 namespace {
-// Captures what the plug-in writes to the console while it lives.
+// Everything the plug-in writes to the console or to Qt's message handler while it lives.
 class ConsoleCapture
 {
 public:
-    ConsoleCapture() : m_pOld(std::cout.rdbuf(m_stream.rdbuf())) {}
-    ~ConsoleCapture() { std::cout.rdbuf(m_pOld); }
+    ConsoleCapture() : m_pOld(std::cout.rdbuf(m_stream.rdbuf()))
+    {
+        s_listMessages.clear();
+        m_oldHandler = qInstallMessageHandler(
+            [](QtMsgType, const QMessageLogContext&, const QString& text) { s_listMessages.append(text); });
+    }
+    ~ConsoleCapture()
+    {
+        qInstallMessageHandler(m_oldHandler);
+        std::cout.rdbuf(m_pOld);
+    }
     QStringList lines() const
     {
-        return QString::fromStdString(m_stream.str()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+        return QString::fromStdString(m_stream.str()).split(QLatin1Char('\n'), Qt::SkipEmptyParts) + s_listMessages;
     }
 
 private:
+    static inline QStringList s_listMessages;
     std::ostringstream m_stream;
     std::streambuf* m_pOld;
+    QtMessageHandler m_oldHandler = nullptr;
 };
 } // namespace
 
@@ -89,26 +99,17 @@ private Q_SLOTS:
         plugin.cleanup();
         plugin.cleanup(); // a second clean-up says nothing
         QVERIFY(!plugin.isInitialized());
-        QCOMPARE(console.lines(), (QStringList{QStringLiteral("[CamPluginFile] Initializing..."),
-                                               QStringLiteral("[CamPluginFile] Validating environment..."),
-                                               QStringLiteral("[CamPluginFile] Initialization completed successfully"),
-                                               QStringLiteral("[CamPluginFile] Already initialized"),
-                                               QStringLiteral("[CamPluginFile] Cleaning up..."),
-                                               QStringLiteral("[CamPluginFile] Cleanup completed successfully")}));
+        // Life-cycle chatter is developer detail: a normal run keeps the console quiet.
+        QVERIFY2(console.lines().isEmpty(), qPrintable(console.lines().join(QLatin1Char('\n'))));
     }
 
     void activityFollowsInitialisation()
     {
         CamPlugin::CamPluginFile plugin;
-        {
-            ConsoleCapture console;
-            plugin.setActive(true);
-            QVERIFY(console.lines().isEmpty());
-        }
+        plugin.setActive(true);
         QVERIFY(!plugin.isActive());
 
         plugin.initialize();
-        ConsoleCapture console;
         plugin.setActive(false);
         QVERIFY(!plugin.isActive());
         plugin.setActive(true);
@@ -117,8 +118,6 @@ private Q_SLOTS:
         QVERIFY(!plugin.isActive());
         plugin.setActive(true);
         QVERIFY(!plugin.isActive());
-        QCOMPARE(console.lines().mid(0, 2), (QStringList{QStringLiteral("[CamPluginFile] Set active: false"),
-                                                          QStringLiteral("[CamPluginFile] Set active: true")}));
 
         QVERIFY(plugin.initialize()); // runs in full again after a clean-up
         QVERIFY(plugin.isActive());
@@ -163,20 +162,26 @@ private Q_SLOTS:
         QVERIFY(text.contains(QStringLiteral("工作台操作通知: type=6, wType=3")));
     }
 
-    void destructionWithoutCleanupCleansAndDeletesTheWidget()
+    void destructionDeletesOnlyAWidgetWithoutParent()
     {
-        QPointer<QWidget> widget;
-        ConsoleCapture console;
+        QPointer<QWidget> orphan;
+        QWidget window;
+        QPointer<QWidget> placed;
         {
             CamPlugin::CamPluginFile plugin;
             plugin.initialize();
-            widget = plugin.createWidget(nullptr);
-            QVERIFY(widget);
+            orphan = plugin.createWidget(nullptr);
+            QVERIFY(orphan);
         }
-        QVERIFY(widget.isNull());
-        const QStringList lines = console.lines();
-        QCOMPARE(lines.mid(lines.size() - 2), (QStringList{QStringLiteral("[CamPluginFile] Cleaning up..."),
-                                                            QStringLiteral("[CamPluginFile] Cleanup completed successfully")}));
+        QVERIFY(orphan.isNull());
+        {
+            CamPlugin::CamPluginFile plugin;
+            plugin.initialize();
+            placed = plugin.createWidget(&window);
+        }
+        // The window owns what was placed in it, and the widget no longer points at the plug-in.
+        QVERIFY(!placed.isNull());
+        QCOMPARE(qobject_cast<Workspace*>(placed.data())->PluginObject(), nullptr);
     }
 
 private:

@@ -4,6 +4,7 @@
 #include "transfer/TransManager.h"
 
 #include <QDir>
+#include <QPushButton>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QSplitter>
@@ -162,6 +163,14 @@ void TransManagerTest::clearingEmptyListLeavesLogAlone()
     QCOMPARE(removed.count(), 0);
     QCOMPARE(m_pManager->TransferList()->Model()->rowCount(), 0);
     QCOMPARE(m_pManager->LogPane()->LogModel()->rowCount(), 1);
+
+    // The log header's only button is labelled and empties the log.
+    auto* clear = m_pManager->LogPane()->findChild<QPushButton*>(QStringLiteral("pushButton"));
+    QVERIFY(clear);
+    QCOMPARE(clear->toolTip(), QStringLiteral("清空日志"));
+    QVERIFY(!clear->icon().isNull());
+    clear->click();
+    QCOMPARE(m_pManager->LogPane()->LogModel()->rowCount(), 0);
 }
 
 void TransManagerTest::clearingRemovesRowsAndKeys()
