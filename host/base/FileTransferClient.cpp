@@ -66,6 +66,35 @@ bool FileTransferClient::GetMachineRealTimeData()
     return SendRequest(MsgRealTimeDataReq, MsgRealTimeDataRes);
 }
 
+bool FileTransferClient::StartProgram()
+{
+    return SendRequest(MsgStartProgramReq, MsgStartProgramRes);
+}
+
+bool FileTransferClient::StopProgram()
+{
+    return SendRequest(MsgStopProgramReq, MsgStopProgramRes);
+}
+
+bool FileTransferClient::ResetMachine()
+{
+    return SendRequest(MsgResetMachineReq, MsgResetMachineRes);
+}
+
+bool FileTransferClient::LoadProgram(const QString& machinePath)
+{
+    return SendRequest(MsgLoadProgramReq, MsgLoadProgramRes, QJsonObject{{QLatin1String(KeyName), machinePath}});
+}
+
+bool FileTransferClient::IsCommandReply(const QString& replyType)
+{
+    for (const char* type : {MsgStartProgramRes, MsgStopProgramRes, MsgResetMachineRes, MsgLoadProgramRes}) {
+        if (replyType == QLatin1String(type))
+            return true;
+    }
+    return false;
+}
+
 void FileTransferClient::disconnectFromMachine()
 {
     m_connectTimer.stop();
@@ -75,11 +104,12 @@ void FileTransferClient::disconnectFromMachine()
     emit SignalTcpConnectStatus(false);
 }
 
-bool FileTransferClient::SendRequest(const char* requestType, const char* replyType)
+bool FileTransferClient::SendRequest(const char* requestType, const char* replyType, QJsonObject request)
 {
     if (m_state != State::Connected)
         return false;
-    const QByteArray frame = MachineFrameDecoder::Encode(QJsonObject{{QLatin1String(KeyType), requestType}});
+    request.insert(QLatin1String(KeyType), QLatin1String(requestType));
+    const QByteArray frame = MachineFrameDecoder::Encode(request);
     if (m_pSocket->write(frame) != frame.size())
         return false;
     m_listPending.append({QString::fromLatin1(replyType), QDeadlineTimer(m_nRequestTimeoutMs)});
@@ -116,7 +146,8 @@ void FileTransferClient::HandleMessage(const QJsonObject& message)
     if (!ok)
         qDebug() << "FileTransferClient:" << type << "code" << message.value(QLatin1String(KeyCode))
                  << message.value(QLatin1String(KeyMsg)).toString();
-    FinishRequest(type, ok, message.value(QLatin1String(KeyData)).toObject());
+    // Command replies have no record: their reason is the envelope's "msg".
+    FinishRequest(type, ok, IsCommandReply(type) ? message : message.value(QLatin1String(KeyData)).toObject());
 }
 
 void FileTransferClient::FinishRequest(const QString& replyType, bool ok, const QJsonObject& data)
@@ -134,7 +165,10 @@ void FileTransferClient::FinishRequest(const QString& replyType, bool ok, const 
 
 void FileTransferClient::EmitFinished(const QString& replyType, bool ok, const QJsonObject& data)
 {
-    if (replyType == QLatin1String(MsgGetMachineInfoRes)) {
+    if (IsCommandReply(replyType)) {
+        const QString message = data.value(QLatin1String(KeyMsg)).toString();
+        emit SignalCommandFinished(replyType, ok, message);
+    } else if (replyType == QLatin1String(MsgGetMachineInfoRes)) {
         StructMachineSystemInfo system;
         StructMachineNetInfo net;
         ok = ok && MachineRecordJson::ReadMachineInfo(data, &system, &net);

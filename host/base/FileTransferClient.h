@@ -28,6 +28,11 @@ public:
     bool isConnected() const;
     bool GetMachineInfo();
     bool GetMachineRealTimeData();
+    // Machine commands; each ends in one SignalCommandFinished. False when not sent.
+    bool StartProgram();
+    bool StopProgram();
+    bool ResetMachine();
+    bool LoadProgram(const QString& machinePath);
     void disconnectFromMachine();
 
     void SetRequestTimeout(int milliseconds) { m_nRequestTimeoutMs = milliseconds; }
@@ -37,6 +42,8 @@ signals:
     void SignalGetMachineInfoFinished(bool ok, const StructMachineSystemInfo& systemInfo,
                                       const StructMachineNetInfo& netInfo);
     void SignalGetMachineRealTimeData(bool ok, const StructRealTimeData& data);
+    // replyType names the command ("StartProgramRes", …); message is the machine's reason.
+    void SignalCommandFinished(const QString& replyType, bool ok, const QString& message);
 
 private:
     enum class State
@@ -51,7 +58,8 @@ private:
         QDeadlineTimer deadline;
     };
 
-    bool SendRequest(const char* requestType, const char* replyType);
+    bool SendRequest(const char* requestType, const char* replyType, QJsonObject request = QJsonObject());
+    static bool IsCommandReply(const QString& replyType);
     void SlotConnected();
     void SlotReadyRead();
     void SlotSocketGone();

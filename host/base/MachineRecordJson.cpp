@@ -134,6 +134,7 @@ bool MachineRecordJson::ReadRealTimeData(const QJsonObject& data, StructRealTime
     r.originOffset.index = toText(origin.value(QLatin1String(KeyIndex)));
     r.originOffset.offset = readPose(origin.value(QLatin1String(KeyOffset)));
     r.runTime = toInt(data.value(QLatin1String(KeyRunTime)));
+    r.alarm = toText(data.value(QLatin1String(KeyAlarm)));
     *record = r;
     return true;
 }

@@ -120,6 +120,8 @@ struct StructRealTimeData
     StructToolInfo toolInfo;
     StructOriginOffset originOffset;
     int runTime = 0;
+    // Text of the active alarm while status is 2; not part of the debug print.
+    QString alarm;
 };
 
 KORVBASE_EXPORT QDebug operator<<(QDebug debug, const StructItemInfo& info);

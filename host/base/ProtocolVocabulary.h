@@ -85,5 +85,16 @@ inline constexpr char KeyOriginOffset[] = "originOffset";
 inline constexpr char KeyIndex[] = "index";
 inline constexpr char KeyOffset[] = "offset";
 inline constexpr char KeyRunTime[] = "runTime";
+inline constexpr char KeyAlarm[] = "alarm";
+
+// Machine commands; each reply carries "code" and "msg" only.
+inline constexpr char MsgStartProgramReq[] = "StartProgramReq";
+inline constexpr char MsgStartProgramRes[] = "StartProgramRes";
+inline constexpr char MsgStopProgramReq[] = "StopProgramReq";
+inline constexpr char MsgStopProgramRes[] = "StopProgramRes";
+inline constexpr char MsgResetMachineReq[] = "ResetMachineReq";
+inline constexpr char MsgResetMachineRes[] = "ResetMachineRes";
+inline constexpr char MsgLoadProgramReq[] = "LoadProgramReq";
+inline constexpr char MsgLoadProgramRes[] = "LoadProgramRes";
 
 } // namespace Protocol

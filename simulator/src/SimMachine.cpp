@@ -52,17 +52,31 @@ SimMachine::Status SimMachine::CurrentStatus() const
         return Offline;
     if (m_options.forbid)
         return Forbidden;
-    if (m_dErrorLeft > 0)
+    if (m_dErrorLeft > 0 || !m_strAlarm.isEmpty())
         return Error;
     return m_bRunning ? Running : Waiting;
 }
 
 bool SimMachine::StartProgram(const QString& virtualPath, QString* error)
 {
-    if (m_options.forbid) {
-        *error = QStringLiteral("interlock open");
+    if (!LoadProgram(virtualPath, error))
         return false;
-    }
+    m_bRunning = true;
+    return true;
+}
+
+bool SimMachine::Refuse(const QString& reason, QString* error) const
+{
+    *error = reason;
+    return false;
+}
+
+bool SimMachine::LoadProgram(const QString& virtualPath, QString* error)
+{
+    if (m_options.forbid)
+        return Refuse(QStringLiteral("interlock open"), error);
+    if (CurrentStatus() == Running)
+        return Refuse(QStringLiteral("a program is running"), error);
     const SimPathJail jail(m_options.rootDir);
     QString path;
     QFile file;
@@ -72,18 +86,69 @@ bool SimMachine::StartProgram(const QString& virtualPath, QString* error)
         *error = QStringLiteral("cannot open %1").arg(virtualPath);
         return false;
     }
+    m_strProgramText = QString::fromUtf8(file.readAll());
+    m_program = SimGCodeProgram(QFileInfo(path).fileName(), m_strProgramText, {});
+    Rewind();
+    m_dErrorLeft = 0;
+    m_strFault.clear();
+    return true;
+}
+
+void SimMachine::Rewind()
+{
     SimGCodeProgram::Start start;
     start.position = m_pos;
     start.workOffset = m_workOffset;
     start.tool = m_nTool;
-    m_program = SimGCodeProgram(QFileInfo(path).fileName(), QString::fromUtf8(file.readAll()), start);
-    m_bRunning = true;
+    m_program = SimGCodeProgram(m_program.Name(), m_strProgramText, start);
+    m_bRunning = false;
     m_bFinished = false;
+    m_bPaused = false;
     m_iStep = 0;
     m_dStepElapsed = 0;
     m_dProgramElapsed = 0;
-    m_dErrorLeft = 0;
+}
+
+bool SimMachine::Start(QString* error)
+{
+    m_bOperatorHeld = true;
+    const Status status = CurrentStatus();
+    if (status != Waiting)
+        return Refuse(QStringLiteral("cannot start in state %1").arg(int(status)), error);
+    if (m_program.Steps().isEmpty())
+        return Refuse(QStringLiteral("no program loaded"), error);
+    if (m_bFinished)
+        Rewind();
+    m_bRunning = true;
+    m_bPaused = false;
+    return true;
+}
+
+bool SimMachine::Stop(QString* error)
+{
+    m_bOperatorHeld = true;
+    if (CurrentStatus() == Offline)
+        return Refuse(QStringLiteral("controller starting"), error);
+    if (m_bRunning) {
+        m_bRunning = false;
+        m_bPaused = true;
+        m_nSpindle = 0;
+        m_nFeed = 0;
+    }
+    return true;
+}
+
+bool SimMachine::Reset(QString* error)
+{
+    m_bOperatorHeld = true;
+    if (CurrentStatus() == Offline)
+        return Refuse(QStringLiteral("controller starting"), error);
+    m_strAlarm.clear();
     m_strFault.clear();
+    m_dErrorLeft = 0;
+    m_nSpindle = 0;
+    m_nFeed = 0;
+    Rewind();
     return true;
 }
 
@@ -109,11 +174,22 @@ void SimMachine::Advance(double seconds)
     m_bChangingTool = false;
 
     const Status status = CurrentStatus();
-    if (status == Waiting && m_options.autorun) {
+    if (status == Waiting && m_options.autorun && !m_bOperatorHeld) {
         m_dIdle += seconds;
         if (m_dIdle >= m_options.idleSeconds) {
             m_dIdle = 0;
             StartNextAutorunProgram();
+        }
+    }
+    if (CurrentStatus() == Running) {
+        m_dRunSeconds += seconds;
+        if (m_options.alarmAfter >= 0 && !m_bAlarmRaised && m_dRunSeconds >= m_options.alarmAfter) {
+            m_bAlarmRaised = true;
+            m_strAlarm = QStringLiteral("X轴伺服报警：跟随误差过大");
+            m_bRunning = false;
+            m_bPaused = true;
+            m_nSpindle = 0;
+            m_nFeed = 0;
         }
     }
     if (CurrentStatus() == Running) {
@@ -264,6 +340,7 @@ QJsonObject SimMachine::RealTimeData() const
         {"toolInfo", ToolJson()},
         {"originOffset", QJsonObject{{"index", "G54"}, {"offset", pose(m_workOffset)}}},
         {"runTime", int(m_dClock)},
+        {"alarm", !m_strAlarm.isEmpty() ? m_strAlarm : (status == Error ? m_strFault : QString())},
     };
 }
 

@@ -32,6 +32,18 @@ public:
     // Loads and starts a program given by its path inside the root.
     bool StartProgram(const QString& virtualPath, QString* error);
 
+    // Operator commands. Any of them takes the machine out of autorun: from then on
+    // only the operator starts programs. False with the reason when refused.
+    // Loads a program without starting it.
+    bool LoadProgram(const QString& virtualPath, QString* error);
+    // Runs the loaded program from its first line, or resumes a stopped one.
+    bool Start(QString* error);
+    // Halts motion where it is; a later start resumes.
+    bool Stop(QString* error);
+    // Clears an error or alarm and rewinds the program to its first line.
+    bool Reset(QString* error);
+    const QString& Alarm() const { return m_strAlarm; }
+
     Status CurrentStatus() const;
     const SimAxes& MachinePosition() const { return m_pos; }
     const QString& LastFault() const { return m_strFault; }
@@ -44,6 +56,9 @@ public:
 
 private:
     void StartNextAutorunProgram();
+    // Reparses the program from the current position, ready to run from line one.
+    void Rewind();
+    bool Refuse(const QString& reason, QString* error) const;
     int CurrentLine() const;
     double SecondsLeft() const;
     QJsonObject ToolJson() const;
@@ -62,6 +77,12 @@ private:
     double m_dIdle = 0;
     int m_iAutorun = 0;
     QString m_strFault;
+    QString m_strProgramText;
+    QString m_strAlarm; // latched until a reset
+    bool m_bAlarmRaised = false;
+    bool m_bPaused = false;
+    bool m_bOperatorHeld = false;
+    double m_dRunSeconds = 0; // time spent running, for the alarm fault switch
     SimAxes m_pos{};
     SimAxes m_velocity{}; // units per minute, for the loads
     SimAxes m_workOffset = {-200, -150, -100, 0, 0};

@@ -52,6 +52,7 @@ bool SimOptions::Parse(const QStringList& arguments, SimOptions* options, QStrin
         {"vanish-after", "Fault: close every port after S seconds.", "S"},
         {"vanish-silent", "With --vanish-after: keep the ports open but answer nothing, like a machine whose "
                           "cable was pulled."},
+        {"alarm-after", "Fault: raise a servo alarm after S seconds of running; it holds until a reset.", "S"},
     };
     parser.addOptions(list);
     if (!parser.parse(arguments)) {
@@ -116,7 +117,8 @@ bool SimOptions::Parse(const QStringList& arguments, SimOptions* options, QStrin
     const std::pair<const char*, double*> reals[] = {{"time-scale", &o.timeScale},
                                                      {"boot-seconds", &o.bootSeconds},
                                                      {"idle-seconds", &o.idleSeconds},
-                                                     {"vanish-after", &o.vanishAfter}};
+                                                     {"vanish-after", &o.vanishAfter},
+                                                     {"alarm-after", &o.alarmAfter}};
     for (const auto& [name, value] : reals) {
         if (!set(name))
             continue;

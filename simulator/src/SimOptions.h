@@ -38,6 +38,7 @@ struct SimOptions
     bool realTimeSilent = false;
     double vanishAfter = -1;     // seconds until every port closes
     bool vanishSilently = false; // ... or until the ports stay open and nothing answers
+    double alarmAfter = -1;      // seconds of running until a servo alarm latches
 
     // Returns false with a message for the user on a bad command line; --help and
     // --version print and exit inside.

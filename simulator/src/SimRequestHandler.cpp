@@ -7,6 +7,7 @@
 
 #include <QCryptographicHash>
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QSaveFile>
 
@@ -68,7 +69,41 @@ bool SimRequestHandler::Handle(const QJsonObject& request, QJsonObject* reply)
     }
     if (type == QLatin1String("DownloadFileAck"))
         return false;
+    if (type.endsWith(QLatin1String("Req")) && Command(type, request, reply))
+        return true;
     *reply = answer(QStringLiteral("ErrorRes"), UnknownType, QStringLiteral("unknown message type: %1").arg(type));
+    return true;
+}
+
+bool SimRequestHandler::Command(const QString& type, const QJsonObject& request, QJsonObject* reply)
+{
+    const QString replyType = type.chopped(3) + QStringLiteral("Res");
+    QString error;
+    bool ok = false;
+    int refusal = NotNow;
+    if (type == QLatin1String("StartProgramReq")) {
+        ok = m_machine.Start(&error);
+    } else if (type == QLatin1String("StopProgramReq")) {
+        ok = m_machine.Stop(&error);
+    } else if (type == QLatin1String("ResetMachineReq")) {
+        ok = m_machine.Reset(&error);
+    } else if (type == QLatin1String("LoadProgramReq")) {
+        const QString name = request.value(QLatin1String("name")).toString();
+        static const QStringList runnable = {"nc", "ngc", "tap", "mpf"};
+        QString local;
+        if (!LocalPathFor(request, &local)) {
+            refusal = NotAllowed;
+            error = QStringLiteral("path not allowed");
+        } else if (!runnable.contains(QFileInfo(name).suffix().toLower())) {
+            refusal = BadRequest;
+            error = QStringLiteral("not a program the machine can run: %1").arg(name);
+        } else {
+            ok = m_machine.LoadProgram(name, &error);
+        }
+    } else {
+        return false;
+    }
+    *reply = ok ? answer(replyType, Ok, QStringLiteral("success")) : answer(replyType, refusal, error);
     return true;
 }
 

@@ -18,7 +18,8 @@ public:
         UnknownType = 2,
         HashMismatch = 3,
         NotAllowed = 4,
-        IoError = 5
+        IoError = 5,
+        NotNow = 6 // a command the machine's state does not allow
     };
 
     SimRequestHandler(const SimOptions& options, SimMachine& machine, std::function<QString()> reportedIp);
@@ -27,6 +28,8 @@ public:
     bool Handle(const QJsonObject& request, QJsonObject* reply);
 
 private:
+    // Start, stop, reset and load; false for any other type.
+    bool Command(const QString& type, const QJsonObject& request, QJsonObject* reply);
     QJsonObject UploadFile(const QJsonObject& request);
     QJsonObject DownloadFile(const QJsonObject& request);
     bool LocalPathFor(const QJsonObject& request, QString* localPath) const;

@@ -33,6 +33,8 @@ private slots:
     void autorunCyclesPrograms();
     void refusesPathsOutsideTheRoot();
     void machineInfoAndTools();
+    void operatorCommands();
+    void alarmHoldsUntilReset();
 
 private:
     std::unique_ptr<QTemporaryDir> m_pDir;
@@ -168,6 +170,60 @@ void tst_SimMachine::machineInfoAndTools()
     QVERIFY(!machine.SetTools(QJsonArray{QJsonObject{{"toolType", 1}}}));
     QVERIFY(machine.SetTools(QJsonArray{QJsonObject{{"toolNo", 9}, {"toolDiameter", 12.0}}}));
     QCOMPARE(machine.Tools().size(), 1);
+}
+
+void tst_SimMachine::operatorCommands()
+{
+    SimMachine machine(m_options);
+    QString error;
+    QVERIFY(!machine.Start(&error));
+    QCOMPARE(error, QString("no program loaded"));
+
+    QVERIFY(machine.LoadProgram("part.nc", &error));
+    machine.Advance(1);
+    QCOMPARE(status(machine), int(SimMachine::Waiting));
+    QCOMPARE(machine.RealTimeData().value("mode").toInt(), 1);
+    QVERIFY(machine.Start(&error));
+    machine.Advance(5);
+    QCOMPARE(status(machine), int(SimMachine::Running));
+    QVERIFY(!machine.Start(&error));
+    QVERIFY(!machine.LoadProgram("part.nc", &error));
+
+    // Stop keeps the position and the place in the program; start resumes from there.
+    QVERIFY(machine.Stop(&error));
+    const QJsonObject stopped = machine.RealTimeData();
+    machine.Advance(3);
+    QCOMPARE(status(machine), int(SimMachine::Waiting));
+    QCOMPARE(machine.RealTimeData().value("MCS"), stopped.value("MCS"));
+    QCOMPARE(machine.RealTimeData().value("spindleSpeed").toInt(), 0);
+    const int line = stopped.value("program").toObject().value("curLine").toInt();
+    QVERIFY(machine.Start(&error));
+    machine.Advance(0.1);
+    QCOMPARE(machine.RealTimeData().value("program").toObject().value("curLine").toInt(), line);
+
+    // Reset rewinds to the first line without moving the axes.
+    const QJsonObject before = machine.RealTimeData();
+    QVERIFY(machine.Reset(&error));
+    QCOMPARE(status(machine), int(SimMachine::Waiting));
+    QCOMPARE(machine.RealTimeData().value("MCS"), before.value("MCS"));
+    QCOMPARE(machine.RealTimeData().value("program").toObject().value("timeUsed").toInt(), 0);
+}
+
+void tst_SimMachine::alarmHoldsUntilReset()
+{
+    m_options.alarmAfter = 2;
+    m_options.runProgram = "part.nc";
+    SimMachine machine(m_options);
+    machine.Advance(1);
+    QCOMPARE(machine.RealTimeData().value("alarm").toString(), QString());
+    machine.Advance(60);
+    QCOMPARE(status(machine), int(SimMachine::Error));
+    QVERIFY(machine.RealTimeData().value("alarm").toString().contains("X轴"));
+    QString error;
+    QVERIFY(!machine.Start(&error));
+    QVERIFY(machine.Reset(&error));
+    QCOMPARE(status(machine), int(SimMachine::Waiting));
+    QCOMPARE(machine.RealTimeData().value("alarm").toString(), QString());
 }
 
 QTEST_GUILESS_MAIN(tst_SimMachine)

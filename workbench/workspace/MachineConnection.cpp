@@ -60,6 +60,11 @@ bool MachineConnection::IsCheckTimerActive() const
     return m_pCheckTimer->isActive();
 }
 
+FileTransferClient* MachineConnection::RealTimeClient() const
+{
+    return m_pRealTimeClient;
+}
+
 void MachineConnection::MakeClients()
 {
     // May run inside a client's own signal: the old ones are silenced now and deleted later.

@@ -46,6 +46,8 @@ public:
     int CheckFailCount() const { return m_nCheckFailCount; }
     bool IsCheckTimerActive() const;
     int RealTimeInterval() const { return m_nRealTimeInterval; }
+    // The polling client of the current attempt (a new one per attempt); null before the first.
+    FileTransferClient* RealTimeClient() const;
 
     // Shorter waits for tests; the defaults are the machine's real timings.
     void SetCheckInterval(int milliseconds) { m_nCheckIntervalMs = milliseconds; }

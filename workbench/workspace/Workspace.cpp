@@ -10,11 +10,14 @@
 #include "CamBaseTextHelper.h"
 #include "CompareTwoVersion.h"
 #include "LogColors.h"
+#include "MachineCommandSender.h"
 #include "MachineConnection.h"
 #include "TransferOrchestrator.h"
 #include "WorkbenchLog.h"
 #include "filepanel/FileManager.h"
 #include "filepanel/FileSelectPanel.h"
+#include "machinestatus/MachineStatusProgramPanel.h"
+#include "machinestatus/MachineStatusWidget.h"
 #include "toolpage/ToolPage.h"
 #include "transfer/TransList.h"
 #include "transfer/TransManager.h"
@@ -22,7 +25,6 @@
 #include <QClipboard>
 #include <QFileInfo>
 #include <QGuiApplication>
-#include <QLabel>
 #include <QMimeData>
 #include <QSplitter>
 #include <QStackedWidget>
@@ -57,6 +59,7 @@ Workspace::Workspace(QWidget* parent) : QWidget(parent)
     m_pSilentSearchTimer->setSingleShot(true);
 
     BuildUi();
+    ConnectStatusPage();
 
     connect(this, &Workspace::SignalAppendLog, this, &Workspace::SlotAppendLog);
     connect(m_pConnection, &MachineConnection::SignalAppendLog, this, &Workspace::SignalAppendLog);
@@ -116,13 +119,12 @@ void Workspace::BuildUi()
     auto* listLayout = new QVBoxLayout(listPage);
     listLayout->setContentsMargins(0, 0, 0, 0);
 
-    auto* statusPage = new QLabel(tr("离线"));
-    statusPage->setObjectName(QStringLiteral("m_widgetMachineStatusPage"));
-    statusPage->setAlignment(Qt::AlignCenter);
+    m_pStatusWidget = new MachineStatusWidget;
+    m_pStatusWidget->setObjectName(QStringLiteral("m_widgetMachineStatusPage"));
 
     m_pPages->addWidget(filePage);
     m_pPages->addWidget(listPage);
-    m_pPages->addWidget(statusPage);
+    m_pPages->addWidget(m_pStatusWidget);
 
     contentLayout->addWidget(m_pPageBar);
     contentLayout->addWidget(m_pPages, 1);
@@ -160,6 +162,40 @@ void Workspace::ConnectToolActions()
             break;
         }
     });
+}
+
+void Workspace::ConnectStatusPage()
+{
+    // Commands go over the polling client: it is the connection kept open all the time.
+    m_pCommandSender = new MachineCommandSender([this]() { return m_pConnection->RealTimeClient(); }, this, this);
+    MachineStatusWidget* page = m_pStatusWidget;
+    MachineStatusProgramPanel* panel = page->ProgramPanel();
+    connect(this, &Workspace::SignalRealTimeData, page, &MachineStatusWidget::SetRealTimeData);
+    connect(this, &Workspace::SignalRealTimeData, m_pCommandSender, &MachineCommandSender::SetRealTimeData);
+    connect(this, &Workspace::SignalMachineOffline, page, &MachineStatusWidget::ShowOffline);
+    connect(this, &Workspace::SignalMachineOffline, this, [this, panel]() {
+        panel->SetMachineIp(QString());
+        m_pCommandSender->SetConnected(false);
+    });
+    connect(this, &Workspace::SignalMachineConnected, this, [this, page, panel](const QString& ip, const QString& sn) {
+        panel->SetMachineIp(ip);
+        m_pCommandSender->SetConnected(true);
+        // Polling reads its interval once the connect step is through: two of them without
+        // an answer make the shown data stale.
+        QTimer::singleShot(0, page, [this, page, sn]() {
+            if (m_pConnection->Sn() == sn)
+                page->StartStaleWatch(sn, 2 * m_pConnection->RealTimeInterval());
+        });
+    });
+    connect(page, &MachineStatusWidget::signalStartRequested, m_pCommandSender,
+            &MachineCommandSender::SlotStartRequested);
+    connect(page, &MachineStatusWidget::signalStopRequested, m_pCommandSender,
+            &MachineCommandSender::SlotStopRequested);
+    connect(page, &MachineStatusWidget::signalResetRequested, m_pCommandSender,
+            &MachineCommandSender::SlotResetRequested);
+    connect(page, &MachineStatusWidget::signalLoadProgramRequested, m_pCommandSender,
+            &MachineCommandSender::SlotLoadProgramRequested);
+    connect(m_pCommandSender, &MachineCommandSender::SignalAppendLog, this, &Workspace::SignalAppendLog);
 }
 
 void Workspace::ShowPage(Page page)

@@ -11,7 +11,9 @@ class BroadCastSender;
 class CProgressWidget;
 class CSelectMachineBox;
 class FileManager;
+class MachineCommandSender;
 class MachineConnection;
+class MachineStatusWidget;
 class QSplitter;
 class TransferOrchestrator;
 class QStackedWidget;
@@ -80,6 +82,7 @@ public:
     FileManager* GetFileManager() const { return m_pFileManager; }
     TransferOrchestrator* GetTransferOrchestrator() const { return m_pTransfers; }
     QSplitter* FilePageSplitter() const { return m_pFileSplitter; }
+    MachineStatusWidget* StatusWidget() const { return m_pStatusWidget; }
 
 Q_SIGNALS:
     void SignalSilentConnectStarted();
@@ -117,6 +120,7 @@ protected:
 private:
     void BuildUi();
     void ConnectToolActions();
+    void ConnectStatusPage();
     void OpenSelectMachineBox();
     void OnConnected();
     void OnOffline();
@@ -159,4 +163,6 @@ private:
     TransferOrchestrator* m_pTransfers = nullptr;
     QSplitter* m_pFileSplitter = nullptr;
     QPointer<CProgressWidget> m_pProgressWidget;
+    MachineStatusWidget* m_pStatusWidget = nullptr;
+    MachineCommandSender* m_pCommandSender = nullptr;
 };

@@ -1,0 +1,287 @@
+#include "CVarnokMessageBox.h"
+#include "CamBaseTextHelper.h"
+#include "CncSimulator.h"
+#include "KorvBaseGlobals.h"
+#include "machinestatus/MachineStatusElidedLabel.h"
+#include "machinestatus/MachineStatusFileActionWidget.h"
+#include "machinestatus/MachineStatusFileDelegate.h"
+#include "machinestatus/MachineStatusFtpManager.h"
+#include "machinestatus/MachineStatusProgramPanel.h"
+
+#include <QDir>
+#include <QLabel>
+#include <QSignalSpy>
+#include <QStandardItemModel>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QToolButton>
+#include <QTreeView>
+#include <memory>
+
+namespace {
+FtpFileInfo Entry(const QString& name, const QString& type)
+{
+    FtpFileInfo info;
+    info.name = name;
+    info.type = type;
+    info.time = QDateTime(QDate(2026, 11, 2), QTime(9, 5), Qt::UTC);
+    return info;
+}
+
+QStringList Names(const QStandardItem* parent)
+{
+    QStringList names;
+    for (int row = 0; row < parent->rowCount(); ++row)
+        names << parent->child(row)->text();
+    return names;
+}
+} // namespace
+
+// The program panel's texts and file tree, and its FTP broker against the simulator's FTP server.
+class TestMachineStatusProgramPanel : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void programTexts();
+    void programLinesHighlight_data();
+    void programLinesHighlight();
+    void fileTreeFromListings();
+    void renameAndLoadRefusals();
+    void brokerNormalisesAndSharesListings();
+    void brokerBusyPathRule();
+    void brokerOneDeleteAtATime();
+    void panelRenamesAndDeletesOnTheMachine();
+
+private:
+    QTemporaryDir m_configDir;
+    QTemporaryDir m_root;
+    std::unique_ptr<CncSimulator> m_sim;
+    QStringList m_listBoxes;
+};
+
+void TestMachineStatusProgramPanel::initTestCase()
+{
+    qputenv("KORV_CONFIG_DIR", m_configDir.path().toUtf8());
+    CVarnokMessageBox::SetTestResponder([this](const StructMsgBoxRequest& request) {
+        m_listBoxes << request.strText;
+        return StructMsgBoxAnswer{MsgButtonConfirm, false};
+    });
+    QDir root(m_root.path());
+    QVERIFY(root.mkpath(QStringLiteral("a/b/c")));
+    QVERIFY(root.mkpath(QStringLiteral("x/prog")));
+    QVERIFY(root.mkpath(QStringLiteral("empty")));
+    for (const QString& name : {QStringLiteral("a/b/one.nc"), QStringLiteral("prog.nc"), QStringLiteral("notes.txt")}) {
+        QFile file(root.filePath(name));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("G0 X0\n");
+    }
+    SimOptions options;
+    options.rootDir = m_root.path();
+    options.ftpPort = options.infoPort = options.snPort = options.discoveryPort = 0;
+    m_sim = std::make_unique<CncSimulator>(options);
+    QString error;
+    QVERIFY2(m_sim->Start(&error), qPrintable(error));
+    CamBaseTextHelper::instance()->SetLocalSettingCache(
+        CamBaseTextHelper::SettingTypeLocal, QString::fromLatin1(g_strSettingFtpPortMapping), m_sim->FtpPort(), true);
+}
+
+void TestMachineStatusProgramPanel::init()
+{
+    m_listBoxes.clear();
+}
+
+void TestMachineStatusProgramPanel::programTexts()
+{
+    MachineStatusProgramPanel panel;
+    StructProgramInfo program;
+    program.curLine = 12;
+    program.totalLine = 340;
+    program.timeUsed = 3725;
+    program.timeLeft = 360000;
+    panel.SetProgramInfo(program);
+    auto text = [&panel](const char* name) {
+        return panel.findChild<MachineStatusElidedLabel*>(QLatin1String(name))->FullText();
+    };
+    QCOMPARE(text("LabelProgram"), QStringLiteral("----"));
+    QCOMPARE(text("LabelNowNumber"), QStringLiteral("0012"));
+    QCOMPARE(text("LabelTotalNumber"), QStringLiteral("/0340"));
+    QCOMPARE(panel.findChild<QLabel*>(QStringLiteral("LabelNowNumber"))->toolTip(), QStringLiteral("0012/0340"));
+    QCOMPARE(text("LabelTimeUsed"), QStringLiteral("01:02:05"));
+    QCOMPARE(text("LabelTimeRemain"), QStringLiteral("100:00:00"));
+}
+
+void TestMachineStatusProgramPanel::programLinesHighlight_data()
+{
+    QTest::addColumn<int>("curLine");
+    QTest::addColumn<int>("highlighted");
+    QTest::newRow("inside") << 11 << 2;
+    QTest::newRow("first") << 9 << 0;
+    QTest::newRow("before the window") << 8 << -1;
+    QTest::newRow("after the window") << 12 << -1;
+}
+
+void TestMachineStatusProgramPanel::programLinesHighlight()
+{
+    QFETCH(int, curLine);
+    QFETCH(int, highlighted);
+    MachineStatusProgramPanel panel;
+    panel.SetCurrentLines({9, 11, {QStringLiteral("G0 X0"), QStringLiteral("G1 X5"), QStringLiteral("G1 Y5")}},
+                          curLine);
+    QStandardItemModel* model = panel.ProgramModel();
+    QCOMPARE(model->rowCount(), 3);
+    QCOMPARE(model->item(0, 0)->text(), QStringLiteral("00009"));
+    QCOMPARE(panel.HighlightedRow(), highlighted);
+    for (int row = 0; row < 3; ++row)
+        QCOMPARE(model->item(row, 1)->foreground().color() == QColor(0x17, 0xa0, 0x61), row == highlighted);
+    panel.SetCurrentLines({}, curLine);
+    QCOMPARE(model->rowCount(), 0);
+}
+
+void TestMachineStatusProgramPanel::fileTreeFromListings()
+{
+    MachineStatusProgramPanel panel;
+    QStandardItem* root = panel.FileModel()->invisibleRootItem();
+    QCOMPARE(Names(root), QStringList{QStringLiteral("加载中")});
+    panel.SlotOnListResult(QStringLiteral("/"), true,
+                           {Entry("z.nc", "file"), Entry("sub", "dir"), Entry("odd", "Dir"), Entry("b", "dir")});
+    // Folders first in listing order, then files; "Dir" is not a folder.
+    QCOMPARE(Names(root), QStringList({"sub", "b", "z.nc", "odd"}));
+    QCOMPARE(Names(root->child(0)), QStringList{QStringLiteral("加载中...")});
+    QCOMPARE(root->child(0)->data(MachineStatusProgramPanel::RolePath).toString(), QStringLiteral("/sub"));
+    QCOMPARE(root->child(2, 1)->text(),
+             QDateTime(QDate(2026, 11, 2), QTime(9, 5), Qt::UTC).toLocalTime().toString("yyyy-MM-dd hh:mm"));
+    panel.SlotOnListResult(QStringLiteral("/sub"), true, {});
+    QCOMPARE(Names(root->child(0)), QStringList{QStringLiteral("无文件")});
+    panel.SlotTreeCollapsed(root->child(0)->index());
+    QCOMPARE(Names(root->child(0)), QStringList{QStringLiteral("加载中...")});
+    // Folder rows have no "设为加工程序".
+    auto* tree = panel.findChild<QTreeView*>(QStringLiteral("treeViewFiles"));
+    auto* folderActions = qobject_cast<MachineStatusFileActionWidget*>(tree->indexWidget(root->child(0, 2)->index()));
+    auto* fileActions = qobject_cast<MachineStatusFileActionWidget*>(tree->indexWidget(root->child(2, 2)->index()));
+    QVERIFY(folderActions && fileActions);
+    QVERIFY(!folderActions->LoadButton());
+    QVERIFY(fileActions->LoadButton());
+}
+
+void TestMachineStatusProgramPanel::renameAndLoadRefusals()
+{
+    MachineStatusProgramPanel panel;
+    panel.SlotOnListResult(QStringLiteral("/"), true,
+                           {Entry("prog.nc", "file"), Entry("other.nc", "file"), Entry("notes.txt", "file")});
+    QStandardItem* root = panel.FileModel()->invisibleRootItem();
+    QSignalSpy renamed(panel.FtpManager(), &MachineStatusFtpManager::SignalRenameResult);
+    emit panel.FileDelegate()->signalRenameCommit(QPersistentModelIndex(root->child(1)->index()), "other.nc",
+                                                  "PROG.NC");
+    QTRY_COMPARE(m_listBoxes, QStringList{QStringLiteral("同级目录下已存在相同名称的条目！")});
+    QCOMPARE(renamed.count(), 0);
+
+    QSignalSpy load(&panel, &MachineStatusProgramPanel::SignalLoadProgramRequested);
+    panel.SlotActionLoadProgram(QPersistentModelIndex(root->child(2)->index()));
+    QTRY_COMPARE(m_listBoxes.size(), 2);
+    QVERIFY(m_listBoxes.last().contains(QStringLiteral("notes.txt")));
+    panel.SlotActionLoadProgram(QPersistentModelIndex(root->child(0)->index()));
+    QCOMPARE(load.count(), 1);
+    QCOMPARE(load.first().first().toString(), QStringLiteral("/prog.nc"));
+}
+
+void TestMachineStatusProgramPanel::brokerNormalisesAndSharesListings()
+{
+    MachineStatusFtpManager broker;
+    QSignalSpy results(&broker, &MachineStatusFtpManager::SignalListResult);
+    broker.RequestList(QStringLiteral("/a/b"));
+    QCOMPARE(broker.ListingsInFlight(), 0); // no machine yet
+    broker.SetIp(QStringLiteral("127.0.0.1"));
+    broker.RequestList(QStringLiteral("/a/b///"));
+    broker.RequestList(QStringLiteral("/a/b"));
+    broker.RequestList(QStringLiteral("/"));
+    QCOMPARE(broker.ListingsInFlight(), 2);
+    QTRY_COMPARE_WITH_TIMEOUT(results.count(), 2, 10000);
+    QTest::qWait(100);
+    QCOMPARE(results.count(), 2);
+    QMap<QString, QStringList> listed;
+    for (const QList<QVariant>& result : std::as_const(results)) {
+        QVERIFY(result.at(1).toBool());
+        QStringList names;
+        for (const FtpFileInfo& item : result.at(2).value<QList<FtpFileInfo>>())
+            names << item.name;
+        names.sort();
+        listed.insert(result.at(0).toString(), names);
+    }
+    QCOMPARE(listed.value(QStringLiteral("/a/b")), QStringList({"c", "one.nc"}));
+    QVERIFY(listed.value(QStringLiteral("/")).contains(QStringLiteral("prog.nc")));
+
+    g_bTranslating = true;
+    broker.RequestList(QStringLiteral("/a"));
+    g_bTranslating = false;
+    QCOMPARE(broker.ListingsInFlight(), 0);
+}
+
+void TestMachineStatusProgramPanel::brokerBusyPathRule()
+{
+    MachineStatusFtpManager broker;
+    broker.SetIp(QStringLiteral("127.0.0.1"));
+    QSignalSpy results(&broker, &MachineStatusFtpManager::SignalRenameResult);
+    broker.RequestRename(QStringLiteral("/x/prog"), QStringLiteral("/x/prog2"));
+    broker.RequestRename(QStringLiteral("/x/prog/sub"), QStringLiteral("/x/prog/sub2"));
+    broker.RequestRename(QStringLiteral("/x"), QStringLiteral("/y"));
+    broker.RequestRename(QStringLiteral("/other"), QStringLiteral("/x/pr"));
+    // Only the new path is tested one way: a new name inside the busy folder may go ahead.
+    broker.RequestRename(QStringLiteral("/missing.nc"), QStringLiteral("/x/prog/missing.nc"));
+    QCOMPARE(results.count(), 3);
+    for (int i = 0; i < 3; ++i)
+        QVERIFY(!results.at(i).at(0).toBool());
+    QTRY_COMPARE_WITH_TIMEOUT(results.count(), 5, 10000);
+    QVERIFY(QDir(m_root.filePath(QStringLiteral("x/prog2"))).exists());
+    QVERIFY(QFile::rename(m_root.filePath(QStringLiteral("x/prog2")), m_root.filePath(QStringLiteral("x/prog"))));
+}
+
+void TestMachineStatusProgramPanel::brokerOneDeleteAtATime()
+{
+    QFile victim(m_root.filePath(QStringLiteral("victim.nc")));
+    QVERIFY(victim.open(QIODevice::WriteOnly));
+    victim.close();
+    MachineStatusFtpManager broker;
+    QSignalSpy results(&broker, &MachineStatusFtpManager::SignalDeleteResult);
+    broker.RequestDelete({QStringLiteral("/victim.nc")}, {});
+    QCOMPARE(results.count(), 1); // no machine
+    broker.SetIp(QStringLiteral("127.0.0.1"));
+    broker.RequestDelete({}, {});
+    QCOMPARE(results.count(), 1);
+    broker.RequestDelete({QStringLiteral("/victim.nc")}, {});
+    broker.RequestDelete({QStringLiteral("/prog.nc")}, {});
+    QCOMPARE(results.count(), 2);
+    QVERIFY(!results.at(1).at(0).toBool());
+    QTRY_COMPARE_WITH_TIMEOUT(results.count(), 3, 10000);
+    QVERIFY(results.at(2).at(0).toBool());
+    QVERIFY(!victim.exists());
+    QVERIFY(QFile::exists(m_root.filePath(QStringLiteral("prog.nc"))));
+}
+
+void TestMachineStatusProgramPanel::panelRenamesAndDeletesOnTheMachine()
+{
+    MachineStatusProgramPanel panel;
+    QStandardItem* root = panel.FileModel()->invisibleRootItem();
+    panel.SetMachineIp(QStringLiteral("127.0.0.1"));
+    QTRY_VERIFY_WITH_TIMEOUT(Names(root).contains(QStringLiteral("notes.txt")), 10000);
+    QVERIFY(Names(root).indexOf(QStringLiteral("x")) < Names(root).indexOf(QStringLiteral("notes.txt")));
+
+    const int row = int(Names(root).indexOf(QStringLiteral("notes.txt")));
+    panel.SlotRenameCommit(QPersistentModelIndex(root->child(row)->index()), "notes.txt", "readme.txt");
+    QTRY_VERIFY_WITH_TIMEOUT(Names(root).contains(QStringLiteral("readme.txt")), 10000);
+    QVERIFY(QFile::exists(m_root.filePath(QStringLiteral("readme.txt"))));
+
+    const int emptyRow = int(Names(root).indexOf(QStringLiteral("empty")));
+    panel.SlotActionDelete(QPersistentModelIndex(root->child(emptyRow)->index()));
+    QCOMPARE(m_listBoxes.first(), QStringLiteral("确定删除文件夹 \"empty\" 及其全部内容吗？"));
+    QTRY_VERIFY_WITH_TIMEOUT(!Names(root).contains(QStringLiteral("empty")), 10000);
+    QVERIFY(!QDir(m_root.filePath(QStringLiteral("empty"))).exists());
+
+    panel.SetMachineIp(QString());
+    QCOMPARE(Names(root), QStringList{QStringLiteral("加载中")});
+}
+
+QTEST_MAIN(TestMachineStatusProgramPanel)
+#include "tst_MachineStatusProgramPanel.moc"

@@ -1,0 +1,346 @@
+#include "CModule3DView.h"
+#include "machinestatus/MachineStatusCoordTableWidget.h"
+#include "machinestatus/MachineStatusElidedLabel.h"
+#include "machinestatus/MachineStatusRingGauge.h"
+#include "machinestatus/MachineStatusWidget.h"
+
+#include <QHeaderView>
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTableWidget>
+#include <QTest>
+
+namespace {
+StructRealTimeData Record()
+{
+    StructRealTimeData data;
+    data.sn = QStringLiteral("PB01SIM0001");
+    data.status = 1;
+    data.load = {1, 2, 3, 4, 5, 6, 7};
+    data.toolInfo.toolNo = 2;
+    data.toolInfo.toolType = 1;
+    data.toolInfo.toolDiameter = 3.175;
+    data.toolInfo.toolLengthOffset = 47.902;
+    data.toolInfo.toolRadiusOffset = 1.5875;
+    return data;
+}
+} // namespace
+
+// The status page as the user reads it, for the records that can go wrong.
+class TestMachineStatusWidget : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        // The machine model is copied beside the host executable.
+        qputenv("KORV_RESOURCE_DIR", qgetenv("KORV_BINARY_DIR") + "/bin/resources");
+    }
+    void init() { m_page = std::make_unique<MachineStatusWidget>(); }
+    void cleanup() { m_page.reset(); }
+
+    void runTimeText_data();
+    void runTimeText();
+    void badgeFollowsTheStatusCode_data();
+    void badgeFollowsTheStatusCode();
+    void gaugesAndTemperature_data();
+    void gaugesAndTemperature();
+    void loadBars_data();
+    void loadBars();
+    void coordinateTablesReuseTheirItems();
+    void toolBlock();
+    void offlineDisplay();
+    void staleDataAndAlarm();
+    void commandWidgetsEmitOnRelease();
+    void ringGaugeLimits();
+    void coordTableRatios();
+    void elidedLabelTooltip();
+
+private:
+    template <typename T> T* Find(const char* name) const { return m_page->findChild<T*>(QLatin1String(name)); }
+    QString Text(const char* name) const { return Find<QLabel>(name)->text(); }
+    QPushButton* Badge() const { return Find<QPushButton>("BtnCNCStatus"); }
+
+    std::unique_ptr<MachineStatusWidget> m_page;
+};
+
+void TestMachineStatusWidget::runTimeText_data()
+{
+    QTest::addColumn<int>("seconds");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("last minute of the first hour") << 3599 << QStringLiteral("59分59秒");
+    QTest::newRow("one hour") << 3600 << QStringLiteral("1时00分00秒");
+    QTest::newRow("negative is zero") << -5 << QStringLiteral("0分00秒");
+    QTest::newRow("padding") << 3729 << QStringLiteral("1时02分09秒");
+}
+
+void TestMachineStatusWidget::runTimeText()
+{
+    QFETCH(int, seconds);
+    QFETCH(QString, text);
+    StructRealTimeData data = Record();
+    data.runTime = seconds;
+    m_page->SetRealTimeData(data);
+    QCOMPARE(Text("LabelSNTime"), text);
+}
+
+void TestMachineStatusWidget::badgeFollowsTheStatusCode_data()
+{
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("running") << 1 << QStringLiteral("running") << QStringLiteral("运行中");
+    QTest::newRow("waiting") << 3 << QStringLiteral("waiting") << QStringLiteral("等待");
+    QTest::newRow("forbidden") << 4 << QStringLiteral("forbid") << QStringLiteral("禁止");
+    QTest::newRow("unknown code 7") << 7 << QStringLiteral("offline") << QStringLiteral("离线");
+}
+
+void TestMachineStatusWidget::badgeFollowsTheStatusCode()
+{
+    QFETCH(int, status);
+    QFETCH(QString, key);
+    QFETCH(QString, text);
+    StructRealTimeData data = Record();
+    data.status = status;
+    m_page->SetRealTimeData(data);
+    QCOMPARE(Badge()->text(), text);
+    QCOMPARE(Badge()->property("status").toString(), key);
+    QCOMPARE(Text("LabelSN"), QStringLiteral("SN:PB01SIM0001"));
+    QVERIFY(!Badge()->icon().isNull());
+    QCOMPARE(MachineStatusWidget::StatusRows().value(key).strIcon.endsWith(QLatin1String("ico_machine_status_.png")),
+             key == QLatin1String("offline"));
+}
+
+void TestMachineStatusWidget::gaugesAndTemperature_data()
+{
+    QTest::addColumn<int>("rate");
+    QTest::addColumn<double>("temperature");
+    QTest::addColumn<int>("gauge");
+    QTest::addColumn<QString>("temperatureText");
+    QTest::newRow("150 clamps to 120, 42.5 rounds up") << 150 << 42.5 << 120 << QStringLiteral("43 °C");
+    QTest::newRow("-3 clamps to 0, -0.5 rounds away from zero") << -3 << -0.5 << 0 << QStringLiteral("-1 °C");
+    QTest::newRow("in range") << 85 << 31.4 << 85 << QStringLiteral("31 °C");
+}
+
+void TestMachineStatusWidget::gaugesAndTemperature()
+{
+    QFETCH(int, rate);
+    QFETCH(double, temperature);
+    QFETCH(int, gauge);
+    QFETCH(QString, temperatureText);
+    StructRealTimeData data = Record();
+    data.feedRate = rate;
+    data.spindleRate = rate;
+    data.spindleTemp = temperature;
+    data.feed = 3000;
+    data.spindleSpeed = 12000;
+    m_page->SetRealTimeData(data);
+    QCOMPARE(Find<MachineStatusRingGauge>("DeviceFRing")->Value(), gauge);
+    QCOMPARE(Find<MachineStatusRingGauge>("DeviceSRing")->Value(), gauge);
+    QCOMPARE(Text("LabelTemperature"), temperatureText);
+    QCOMPARE(Text("DeviceFValue"), QStringLiteral("3000.00"));
+    QCOMPARE(Text("DeviceFUnit"), QStringLiteral("mmpm"));
+    QCOMPARE(Text("DeviceSValue"), QStringLiteral("12000.00"));
+    QCOMPARE(Text("DeviceSUnit"), QStringLiteral("rpm"));
+}
+
+void TestMachineStatusWidget::loadBars_data()
+{
+    QTest::addColumn<QList<double>>("loads");
+    QTest::addColumn<QStringList>("labels"); // Main X Y Z A C
+    QTest::addColumn<int>("mainBar");
+    const QList<double> seven = {86, 58, 63, 35, 23, 99, 15};
+    QTest::newRow("seven values, B skipped")
+        << seven << QStringList{"86.0%", "58.0%", "63.0%", "35.0%", "23.0%", "15.0%"} << 860;
+    QTest::newRow("six values keep C") << QList<double>{10, 20, 30, 40, 50, 60}
+                                       << QStringList{"10.0%", "20.0%", "30.0%", "40.0%", "50.0%", "15.0%"} << 100;
+    QTest::newRow("five values change nothing")
+        << QList<double>{1, 2, 3, 4, 5} << QStringList{"86.0%", "58.0%", "63.0%", "35.0%", "23.0%", "15.0%"} << 860;
+    QTest::newRow("120 fills the bar") << QList<double>{120, 0, 0, 0, 0, 0, 0}
+                                       << QStringList{"120.0%", "0.0%", "0.0%", "0.0%", "0.0%", "0.0%"} << 1000;
+}
+
+void TestMachineStatusWidget::loadBars()
+{
+    QFETCH(QList<double>, loads);
+    QFETCH(QStringList, labels);
+    QFETCH(int, mainBar);
+    StructRealTimeData data = Record();
+    data.load = {86, 58, 63, 35, 23, 99, 15};
+    m_page->SetRealTimeData(data);
+    data.load = loads;
+    m_page->SetRealTimeData(data);
+    const char* names[] = {"LabelValueMain", "LabelValueX", "LabelValueY", "LabelValueZ", "LabelValueA", "LabelValueC"};
+    for (int i = 0; i < 6; ++i)
+        QCOMPARE(Text(names[i]), labels.at(i));
+    QCOMPARE(Find<QProgressBar>("ProBarMain")->value(), mainBar);
+    QCOMPARE(Find<QProgressBar>("ProBarMain")->maximum(), 1000);
+}
+
+void TestMachineStatusWidget::coordinateTablesReuseTheirItems()
+{
+    auto* machine = Find<QTableWidget>("tableWidgetPos");
+    auto* work = Find<QTableWidget>("tableWidgetPosWork");
+    QTableWidgetItem* before = machine->item(4, 1);
+    StructRealTimeData data = Record();
+    data.MCS = {-187.5, -146.0, -98.0, 10.0, 55.0, -0.482};
+    data.G53DTG = {3.2, 0, 0, 0, 0, 0};
+    data.WCS = {12.5, 4.0, 2.0, 10.0, 55.0, -0.482};
+    m_page->SetRealTimeData(data);
+    QCOMPARE(machine->item(4, 1), before);
+    QCOMPARE(machine->rowCount(), 5);
+    QCOMPARE(machine->item(4, 0)->text(), QStringLiteral("C"));
+    QCOMPARE(machine->item(4, 1)->text(), QStringLiteral("-0.4820"));
+    QCOMPARE(machine->item(4, 1)->toolTip(), QStringLiteral("-0.4820"));
+    QCOMPARE(machine->item(3, 3)->text(), QStringLiteral("deg"));
+    QCOMPARE(machine->item(0, 2)->text(), QStringLiteral("3.2000"));
+    QCOMPARE(work->item(0, 1)->text(), QStringLiteral("12.5000"));
+    QCOMPARE(work->item(2, 3)->text(), QStringLiteral("mm"));
+    QVERIFY(m_page->View3D()->GetMachineReady());
+    QCOMPARE(m_page->View3D()->MachinePos().x, -187.5);
+    QCOMPARE(m_page->View3D()->MachinePos().c, -0.482);
+    QTRY_COMPARE(m_page->View3D()->StockCount(), 1);
+}
+
+void TestMachineStatusWidget::toolBlock()
+{
+    m_page->SetRealTimeData(Record());
+    QCOMPARE(Text("CutterLabelNumber"), QStringLiteral("#2"));
+    QCOMPARE(Text("CutterLabelValue"), QStringLiteral("3.2"));
+    QCOMPARE(Text("CutterLengthValue"), QStringLiteral("47.9020"));
+    QCOMPARE(Text("CutterRadiusValue"), QStringLiteral("1.5875"));
+    StructRealTimeData empty = Record();
+    empty.toolInfo.toolNo = -1;
+    m_page->SetRealTimeData(empty);
+    QCOMPARE(Text("CutterLabelNumber"), QStringLiteral("#--"));
+    QCOMPARE(Text("CutterLabelType"), QStringLiteral("----"));
+    QCOMPARE(Text("CutterLabelValue"), QStringLiteral("0.0"));
+    QCOMPARE(Text("CutterLengthValue"), QStringLiteral("0.0000"));
+    QCOMPARE(Text("CutterRadiusValue"), QStringLiteral("0.0000"));
+    QVERIFY(Find<QLabel>("CutterLabelImage")->pixmap().isNull());
+}
+
+void TestMachineStatusWidget::offlineDisplay()
+{
+    StructRealTimeData data = Record();
+    data.feedRate = 90;
+    m_page->SetRealTimeData(data);
+    m_page->ShowOffline();
+    QCOMPARE(Text("LabelSN"), QStringLiteral("设备未连接"));
+    QCOMPARE(Badge()->text(), QStringLiteral("离线"));
+    QCOMPARE(Text("LabelTemperature"), QStringLiteral("0 °C"));
+    QCOMPARE(Text("LabelSNTime"), QStringLiteral("0分00秒"));
+    QCOMPARE(Text("LabelValueC"), QStringLiteral("0.0%"));
+    QCOMPARE(Text("CutterLabelNumber"), QStringLiteral("#--"));
+    QCOMPARE(Find<MachineStatusRingGauge>("DeviceFRing")->Value(), 0);
+}
+
+void TestMachineStatusWidget::staleDataAndAlarm()
+{
+    m_page->StartStaleWatch(QStringLiteral("PB01SIM0001"), 60);
+    StructRealTimeData data = Record();
+    data.status = 2;
+    data.alarm = QStringLiteral("X轴伺服报警：跟随误差过大");
+    m_page->SetRealTimeData(data);
+    auto* alarm = Find<QLabel>("LabelAlarm");
+    QVERIFY(!alarm->isHidden());
+    QVERIFY(alarm->text().contains(data.alarm));
+
+    // No answer for the interval: the badge says so, also when a failed delivery comes.
+    QTRY_VERIFY(m_page->IsStale());
+    QVERIFY(Badge()->text().startsWith(QStringLiteral("数据已过期")));
+    m_page->SetRealTimeData(StructRealTimeData());
+    QVERIFY(Badge()->text().startsWith(QStringLiteral("数据已过期")));
+
+    data.status = 1;
+    data.alarm.clear();
+    m_page->SetRealTimeData(data);
+    QVERIFY(!m_page->IsStale());
+    QCOMPARE(Badge()->text(), QStringLiteral("运行中"));
+    QVERIFY(alarm->isHidden());
+    m_page->ShowOffline();
+    QTest::qWait(120);
+    QCOMPARE(Badge()->text(), QStringLiteral("离线"));
+}
+
+void TestMachineStatusWidget::commandWidgetsEmitOnRelease()
+{
+    m_page->resize(1280, 820);
+    m_page->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_page.get()));
+    QSignalSpy start(m_page.get(), &MachineStatusWidget::signalStartRequested);
+    QSignalSpy stop(m_page.get(), &MachineStatusWidget::signalStopRequested);
+    QSignalSpy reset(m_page.get(), &MachineStatusWidget::signalResetRequested);
+    // A click on the text label inside lands on the command widget.
+    QTest::mouseClick(Find<QLabel>("labelStartText"), Qt::LeftButton);
+    QTest::mouseClick(Find<QWidget>("BtnStop"), Qt::LeftButton);
+    QTest::mouseClick(Find<QLabel>("labelResetIcon"), Qt::LeftButton);
+    QCOMPARE(start.count(), 1);
+    QCOMPARE(stop.count(), 1);
+    QCOMPARE(reset.count(), 1);
+    // The overlays sit in the 3D view's corners.
+    QWidget* container = Find<QWidget>("widgetCncSim");
+    QCOMPARE(Badge()->parentWidget(), container);
+    QCOMPARE(Badge()->geometry().right() + 1, container->width() - 8);
+    QCOMPARE(Find<QWidget>("widgetTime")->pos(), QPoint(8, 8));
+}
+
+void TestMachineStatusWidget::ringGaugeLimits()
+{
+    MachineStatusRingGauge gauge;
+    QSignalSpy changed(&gauge, &MachineStatusRingGauge::ValueChanged);
+    gauge.SetValue(150);
+    gauge.SetValue(130);
+    QCOMPARE(gauge.Value(), 120);
+    QCOMPARE(changed.count(), 1);
+    gauge.SetValue(-4);
+    QCOMPARE(gauge.Value(), 0);
+    gauge.SetMaxValue(0);
+    QCOMPARE(gauge.MaxValue(), 120);
+    gauge.SetValue(100);
+    gauge.SetMaxValue(60);
+    QCOMPARE(gauge.Value(), 100);
+    // A value above a lowered maximum still paints (a full ring), and so does every size.
+    for (const QSize size : {QSize(60, 52), QSize(96, 84), QSize(300, 40)}) {
+        gauge.resize(size);
+        QVERIFY(!gauge.grab().isNull());
+    }
+}
+
+void TestMachineStatusWidget::coordTableRatios()
+{
+    MachineStatusCoordTableWidget table;
+    table.setColumnCount(4);
+    table.setFrameShape(QFrame::NoFrame);
+    table.verticalHeader()->hide();
+    table.setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    table.resize(455, 200);
+    table.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&table));
+    table.SetColumnRatios({2, 3, 3, 1});
+    QCOMPARE(table.viewport()->width(), 455);
+    QCOMPARE(QList<int>({table.columnWidth(0), table.columnWidth(1), table.columnWidth(2), table.columnWidth(3)}),
+             QList<int>({100, 150, 150, 55}));
+    table.SetColumnRatios({2, 3});
+    QCOMPARE(table.ColumnRatios(), QList<int>({2, 3, 1, 1}));
+}
+
+void TestMachineStatusWidget::elidedLabelTooltip()
+{
+    MachineStatusElidedLabel label;
+    label.resize(label.fontMetrics().horizontalAdvance(QStringLiteral("prog.nc")) + 2, 20);
+    label.SetFullText(QStringLiteral("prog.nc"));
+    QCOMPARE(label.text(), QStringLiteral("prog.nc"));
+    QVERIFY(label.toolTip().isEmpty());
+    label.SetFullText(QStringLiteral("a rather long program name.nc"));
+    QVERIFY(label.text() != label.FullText());
+    QCOMPARE(label.toolTip(), label.FullText());
+    label.SetExplicitToolTip(QStringLiteral("0012/0340"));
+    QCOMPARE(label.toolTip(), QStringLiteral("0012/0340"));
+}
+
+QTEST_MAIN(TestMachineStatusWidget)
+#include "tst_MachineStatusWidget.moc"
