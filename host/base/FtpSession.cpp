@@ -1,6 +1,7 @@
 #include "FtpSession.h"
 
 #include "CDebugLog.h"
+#include "FtpConnectionShare.h"
 #include "FtpListingParser.h"
 
 #include <QIODevice>
@@ -168,6 +169,8 @@ FtpSession::FtpSession(const QString& host, int port, const FtpSettings& setting
     if (!curl)
         return;
     curl_easy_setopt(curl, CURLOPT_PROTOCOLS_STR, "ftp");
+    if (void* share = FtpConnectionShare::Handle())
+        curl_easy_setopt(curl, CURLOPT_SHARE, share);
     curl_easy_setopt(curl, CURLOPT_NOSIGNAL, 1L);
     curl_easy_setopt(curl, CURLOPT_USERNAME, m_settings.user.toUtf8().constData());
     curl_easy_setopt(curl, CURLOPT_PASSWORD, m_settings.password.toUtf8().constData());
@@ -408,6 +411,8 @@ bool FtpSession::Upload(QIODevice* source, qint64 size, const QString& remotePat
     transfer.bUpload = true;
     Reset(UrlFor(remotePath), &transfer);
     curl_easy_setopt(static_cast<CURL*>(m_pCurl), CURLOPT_UPLOAD, 1L);
+    // Uploads from the account side go to a folder that a new machine does not have yet.
+    curl_easy_setopt(static_cast<CURL*>(m_pCurl), CURLOPT_FTP_CREATE_MISSING_DIRS, long(CURLFTP_CREATE_DIR));
     curl_easy_setopt(static_cast<CURL*>(m_pCurl), CURLOPT_INFILESIZE_LARGE, curl_off_t(size));
     const bool bOk = Perform(QStringLiteral("上传文件"));
     if (!bOk && transfer.bDeviceFailed)

@@ -15,3 +15,4 @@ const char* const g_strSettingFtpPassword = "Ftp/Password";
 const char* const g_strSettingFtpPortMapping = "Ftp/PortMapping";
 const char* const g_strSettingFtpConnectTimeoutMs = "Ftp/ConnectTimeoutMs";
 const char* const g_strSettingFtpResponseTimeoutMs = "Ftp/ResponseTimeoutMs";
+const char* const g_strSettingFtpMaxTransfers = "Ftp/MaxTransfersPerMachine";

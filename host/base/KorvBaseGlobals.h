@@ -23,3 +23,5 @@ KORVBASE_EXPORT extern const char* const g_strSettingFtpPassword;
 KORVBASE_EXPORT extern const char* const g_strSettingFtpPortMapping;
 KORVBASE_EXPORT extern const char* const g_strSettingFtpConnectTimeoutMs;
 KORVBASE_EXPORT extern const char* const g_strSettingFtpResponseTimeoutMs;
+// Transfers run at once per machine; the rest wait their turn (int, default 5).
+KORVBASE_EXPORT extern const char* const g_strSettingFtpMaxTransfers;

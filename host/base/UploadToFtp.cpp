@@ -4,10 +4,19 @@
 #include "KorvBaseGlobals.h"
 
 #include <QFile>
+#include <QRandomGenerator>
 
 UploadToFtp::UploadToFtp(const QString& url, const QString& encodedUrl, const QString& localPath, QObject* parent)
     : FtpTaskThread(url, encodedUrl, localPath, parent)
 {}
+
+QString UploadToFtp::TemporaryPathFor(const QString& remotePath)
+{
+    const int cut = remotePath.lastIndexOf(QLatin1Char('/'));
+    const QString folder = remotePath.left(cut + 1);
+    const QString token = QString::number(QRandomGenerator::global()->generate(), 16);
+    return folder + QLatin1Char('.') + remotePath.mid(cut + 1) + QLatin1Char('.') + token + QStringLiteral(".part");
+}
 
 bool UploadToFtp::Execute(FtpSession& session, QString* message)
 {
@@ -18,12 +27,24 @@ bool UploadToFtp::Execute(FtpSession& session, QString* message)
     }
     const qint64 size = file.size();
     g_bTranslating = true;
-    const bool bOk = session.Upload(&file, size, RemotePathFromUrl(), [this, size](qint64 done, qint64) {
+    // The file is written under a temporary name and renamed when complete, so that a cut
+    // connection never leaves a truncated program under the name the machine would run.
+    const QString target = RemotePathFromUrl();
+    const QString part = TemporaryPathFor(target);
+    const bool bOk = session.Upload(&file, size, part, [this, size](qint64 done, qint64) {
         ReportProgress(done, size);
         return true;
     });
     if (!bOk) {
         *message = session.ErrorMessage();
+        session.Command({QStringLiteral("DELE ") + part});
+        return false;
+    }
+    const QStringList rename = {QStringLiteral("RNFR ") + part, QStringLiteral("RNTO ") + target};
+    // Some servers refuse to rename onto an existing name: the old file goes first then.
+    if (!session.Command(rename) && !(session.Command({QStringLiteral("DELE ") + target}) && session.Command(rename))) {
+        *message = session.ErrorMessage();
+        session.Command({QStringLiteral("DELE ") + part});
         return false;
     }
     ReportProgress(size, size, true);

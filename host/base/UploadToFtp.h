@@ -2,7 +2,8 @@
 
 #include "FtpTaskThread.h"
 
-// Uploads localPath to the remote file named by the URL (an existing file is replaced).
+// Uploads localPath to the remote file named by the URL (an existing file is replaced):
+// first under a temporary name beside the target, then renamed over it.
 // Sets g_bTranslating while it runs; the owner clears it after its last transfer.
 class KORVBASE_EXPORT UploadToFtp : public FtpTaskThread
 {
@@ -10,6 +11,9 @@ class KORVBASE_EXPORT UploadToFtp : public FtpTaskThread
 
 public:
     UploadToFtp(const QString& url, const QString& encodedUrl, const QString& localPath, QObject* parent = nullptr);
+
+    // A hidden, unique name in the target's folder: ".name.<token>.part".
+    static QString TemporaryPathFor(const QString& remotePath);
 
 protected:
     bool Execute(FtpSession& session, QString* message) override;

@@ -37,6 +37,7 @@ public:
     quint16 DiscoveryPort() const;
     QString ReportedIp() const;
     SimMachine& Machine() { return *m_pMachine; }
+    const SimFtpServer& FtpServer() const { return *m_pFtp; }
     SimOptions& Options() { return m_options; }
 
 signals:

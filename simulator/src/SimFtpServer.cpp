@@ -7,8 +7,12 @@
 SimFtpServer::SimFtpServer(const SimOptions& options, QObject* parent) : QObject(parent), m_options(options)
 {
     connect(&m_server, &QTcpServer::newConnection, this, [this] {
-        while (QTcpSocket* socket = m_server.nextPendingConnection())
-            new SimFtpSession(socket, m_options, this);
+        while (QTcpSocket* socket = m_server.nextPendingConnection()) {
+            auto* session = new SimFtpSession(socket, m_options, this);
+            ++m_iAccepted;
+            m_iPeakSessions = qMax(m_iPeakSessions, ++m_iSessions);
+            connect(session, &QObject::destroyed, this, [this] { --m_iSessions; });
+        }
     });
 }
 

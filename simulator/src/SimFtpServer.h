@@ -17,8 +17,15 @@ public:
     QString ErrorString() const { return m_server.errorString(); }
     // Closes the listener and drops every session at once.
     void Shutdown();
+    // Control connections open now, the most open at once, and all accepted so far.
+    int SessionCount() const { return m_iSessions; }
+    int PeakSessionCount() const { return m_iPeakSessions; }
+    int AcceptedSessionCount() const { return m_iAccepted; }
 
 private:
     const SimOptions& m_options;
     QTcpServer m_server;
+    int m_iSessions = 0;
+    int m_iPeakSessions = 0;
+    int m_iAccepted = 0;
 };

@@ -26,6 +26,7 @@
 #include <QTimer>
 #include <QUrl>
 #include <QtConcurrent>
+#include <algorithm>
 
 Q_LOGGING_CATEGORY(lcFilePanel, "korv.filepanel", QtInfoMsg)
 
@@ -228,6 +229,10 @@ void FileSelectPanel::resizeEvent(QResizeEvent* event)
 {
     QWidget::resizeEvent(event);
     UpdatePathLabel();
+    // The name column gives way first, so that the size column stays in view in a narrow panel.
+    QHeaderView* header = m_pTreeView->header();
+    const int others = header->sectionSize(1) + header->sectionSize(2) + header->minimumSectionSize();
+    header->resizeSection(0, std::clamp(m_pTreeView->width() - others - 12, 160, 320));
 }
 
 void FileSelectPanel::ReplaceRows(const QList<FileRowData>& rows)
@@ -526,6 +531,16 @@ void FileSelectPanel::RefreshPanel()
     }
     // The trailing slash makes the server treat the path as a folder.
     startListFtp(m_strFullPath == kComputerPath ? m_strFullPath : m_strFullPath + QLatin1Char('/'));
+}
+
+void FileSelectPanel::OpenFolder(const QString& path)
+{
+    PushHistory(path);
+    if (m_bLocal) {
+        scanDirectory(path);
+    } else {
+        startListFtp(path);
+    }
 }
 
 void FileSelectPanel::ClearPanel()

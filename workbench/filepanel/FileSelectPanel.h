@@ -50,6 +50,8 @@ public:
     void RefreshPanel();
     // Drops the rows and the history: the look of a machine panel without a machine.
     void ClearPanel();
+    // Goes to a folder as a navigation of the user's would (pushed on the history).
+    void OpenFolder(const QString& path);
 
     QString CurrentPath() const { return m_strFullPath; }
     QStringList FolderNames() const { return m_listFolderNames; }

@@ -57,8 +57,11 @@ void ToolPage::BuildToolBlocks(QMainWindow* page)
 void ToolPage::AddBlock(QMainWindow* page, const QString& title, const QList<QPair<int, QStringList>>& items)
 {
     auto* block = new CToolBarItem(title, page);
-    for (const auto& item : items)
-        block->AddItem(item.second.at(1), item.second.at(0), 0, item.second.at(2));
+    for (const auto& item : items) {
+        // Connecting and disconnecting are acts, not states: their buttons never stay pressed.
+        const bool bPlain = item.first == ActionNewConnection || item.first == ActionDisconnect;
+        block->AddItem(item.second.at(1), item.second.at(0), bPlain ? ToolItemNoCheck : 0, item.second.at(2));
+    }
     const QList<CToolButton*> buttons = block->CreateToolBlock(true);
     page->addToolBar(block);
     for (int i = 0; i < buttons.size() && i < items.size(); ++i) {

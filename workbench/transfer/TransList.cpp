@@ -47,6 +47,12 @@ QString SpeedText(double dSpeed)
     return QString::number(dSpeed, 'g', 6) + QStringLiteral(" B/s");
 }
 
+// A queued transfer has no speed yet; its row says that it waits for its turn.
+QString SpeedTextOf(const TanslateInfo& info, double dSpeed)
+{
+    return info.state == TanslateInfo::StateWaiting ? QStringLiteral("等待中") : SpeedText(dSpeed);
+}
+
 QString TimeLeftText(qint64 iSeconds)
 {
     if (iSeconds >= 60)
@@ -164,7 +170,7 @@ void TransList::UpdateRow(const TanslateInfo& info, const QString& strKey, qint6
     m_mapKeyLastBytes.insert(strKey, qint64(info.doneSize));
     m_mapKeyLastTime.insert(strKey, iNow);
 
-    const QString strSpeed = SpeedText(dSpeed);
+    const QString strSpeed = SpeedTextOf(info, dSpeed);
     const QString strTimeLeft = TimeLeftText(iTimeLeft);
     SetTextAndToolTip(m_pModel->item(row, ColumnFile), info.fileName);
     QStandardItem* progress = m_pModel->item(row, ColumnProgress);
@@ -197,7 +203,8 @@ void TransList::AddRow(const TanslateInfo& info, const QString& strKey, qint64 i
     file->setIcon(QIcon(QString::fromLatin1(info.direction ? IconArrowLeftBlue : IconArrowRightGreen)));
     QStandardItem* progress = MakeItem(QString(), false);
     progress->setData(QVariant::fromValue(info), CProgressDelegate::InfoRole);
-    progress->setData(QStringLiteral("0 KB/s"), CProgressDelegate::SpeedTextRole);
+    progress->setData(info.state == TanslateInfo::StateWaiting ? SpeedTextOf(info, 0) : QStringLiteral("0 KB/s"),
+                      CProgressDelegate::SpeedTextRole);
     progress->setData(QStringLiteral("0 s"), CProgressDelegate::TimeLeftTextRole);
     QStandardItem* machinePath = MakeItem(info.machinePath, true);
     QStandardItem* time =

@@ -2,6 +2,7 @@
 
 #include "BroadCastSender.h"
 #include "CDebugLog.h"
+#include "CProgressWidget.h"
 #include "CSelectMachineBox.h"
 #include "CVarnokMessageBox.h"
 #include "CamBaseRegisterHelper.h"
@@ -11,14 +12,23 @@
 #include "LogColors.h"
 #include "MachineCommandSender.h"
 #include "MachineConnection.h"
+#include "TransferOrchestrator.h"
 #include "WorkbenchLog.h"
+#include "filepanel/FileManager.h"
+#include "filepanel/FileSelectPanel.h"
 #include "machinestatus/MachineStatusProgramPanel.h"
 #include "machinestatus/MachineStatusWidget.h"
 #include "device/DeviceBindDialog.h"
 #include "device/DeviceUnbindDialog.h"
 #include "toolpage/ToolPage.h"
+#include "transfer/TransList.h"
 #include "transfer/TransManager.h"
 
+#include <QClipboard>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QMimeData>
+#include <QSplitter>
 #include <QStackedWidget>
 #include <QTabBar>
 #include <QTimer>
@@ -27,6 +37,10 @@
 namespace {
 const QString MinSystemVersion = QStringLiteral("1.4.7");
 const QString NoticeTitle = QStringLiteral("提示");
+// Where the file page keeps its splitter sizes and the local panel's folder.
+constexpr char FilePageSizesKey[] = "FilePage/SplitterSizes";
+constexpr char LocalFolderKey[] = "FilePage/LocalFolder";
+constexpr int RealTimeStatusRunning = 1;
 
 QVariant Setting(const char* key, const QVariant& defaultValue)
 {
@@ -70,6 +84,7 @@ Workspace::Workspace(QWidget* parent) : QWidget(parent)
     connect(signalHelper, &CamBaseSignalHelper::signalConnectSuccessToFile, this,
             &Workspace::SlotConnectSuccessFromSelectStock);
     connect(signalHelper, &CamBaseSignalHelper::signalFilePluginAppendLog, this, &Workspace::SlotAppendLog);
+    ConnectFilePage();
 }
 
 Workspace::~Workspace() = default;
@@ -99,11 +114,7 @@ void Workspace::BuildUi()
     m_pPages = new QStackedWidget(content);
     m_pTransManager = new TransManager;
 
-    auto* filePage = new QWidget;
-    filePage->setObjectName(QStringLiteral("m_widgetFileTransferPage"));
-    auto* fileLayout = new QVBoxLayout(filePage);
-    fileLayout->setContentsMargins(0, 0, 0, 0);
-    fileLayout->addWidget(m_pTransManager);
+    QWidget* filePage = BuildFilePage();
 
     auto* listPage = new QWidget;
     listPage->setObjectName(QStringLiteral("m_widgetTransferListPage"));
@@ -230,10 +241,7 @@ void Workspace::ShowPage(Page page)
 {
     if (!m_pPageBar->isTabEnabled(page))
         page = PageFileTransfer;
-    // The transfer strip sits under the file page, or fills the transfer list page alone.
-    QWidget* holder = m_pPages->widget(page == PageTransferList ? PageTransferList : PageFileTransfer);
-    if (m_pTransManager->parentWidget() != holder)
-        holder->layout()->addWidget(m_pTransManager);
+    PlaceTransManager(page == PageTransferList);
     m_pPages->setCurrentIndex(page);
     {
         const QSignalBlocker blocker(m_pPageBar);
@@ -470,4 +478,180 @@ void Workspace::ShowNotice(int icon, const QString& text)
     QTimer::singleShot(0, this, [this, icon, text]() {
         CVarnokMessageBox::ShowWindow(this, 1, static_cast<EnumMsgIcon>(icon), NoticeTitle, text, {});
     });
+}
+
+QWidget* Workspace::BuildFilePage()
+{
+    m_pFileManager = new FileManager;
+    m_pTransfers = new TransferOrchestrator(this);
+    m_pFileSplitter = new QSplitter(Qt::Vertical);
+    m_pFileSplitter->setObjectName(QStringLiteral("m_splitterFilePage"));
+    m_pFileSplitter->setChildrenCollapsible(false);
+    m_pFileSplitter->setHandleWidth(4);
+    m_pFileSplitter->addWidget(m_pFileManager);
+    connect(m_pFileSplitter, &QSplitter::splitterMoved, this, [this]() {
+        QStringList sizes;
+        for (const int size : m_pFileSplitter->sizes())
+            sizes.append(QString::number(size));
+        CamBaseTextHelper::instance()->SetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal,
+                                                            QString::fromLatin1(FilePageSizesKey),
+                                                            sizes.join(QLatin1Char(',')), false);
+    });
+    auto* page = new QWidget;
+    page->setObjectName(QStringLiteral("m_widgetFileTransferPage"));
+    auto* layout = new QVBoxLayout(page);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_pFileSplitter);
+    return page;
+}
+
+void Workspace::PlaceTransManager(bool bFullPage)
+{
+    // The transfer strip sits under the file manager, or fills the transfer list page alone.
+    if (bFullPage) {
+        QWidget* holder = m_pPages->widget(PageTransferList);
+        if (m_pTransManager->parentWidget() != holder)
+            holder->layout()->addWidget(m_pTransManager);
+        return;
+    }
+    if (m_pTransManager->parentWidget() == m_pFileSplitter)
+        return;
+    m_pFileSplitter->addWidget(m_pTransManager);
+    const QStringList saved = Setting(FilePageSizesKey, QString()).toString().split(QLatin1Char(','));
+    QList<int> sizes = {640, 300};
+    if (saved.size() == 2 && saved.at(0).toInt() > 0 && saved.at(1).toInt() > 0)
+        sizes = {saved.at(0).toInt(), saved.at(1).toInt()};
+    m_pFileSplitter->setSizes(sizes);
+}
+
+void Workspace::SetMachineActionsOnline(bool online)
+{
+    m_pToolPage->SetEnabled(ToolPage::ActionMachineStatus, online);
+}
+
+void Workspace::ConnectFilePage()
+{
+    SetMachineActionsOnline(false);
+    // A connect still under way can be cancelled; without one there is nothing to disconnect.
+    m_pToolPage->SetEnabled(ToolPage::ActionDisconnect, false);
+    connect(m_pConnection, &MachineConnection::SignalStateChanged, this, [this](MachineConnection::State state) {
+        m_pToolPage->SetEnabled(ToolPage::ActionDisconnect, state != MachineConnection::State::Disconnected);
+    });
+    FileManager* manager = m_pFileManager;
+    connect(manager, &FileManager::SignalUpLoadFile, this, &Workspace::SlotUpLoadFile);
+    connect(manager, &FileManager::SignalDownLoadFile, this, &Workspace::SlotDownLoadFile);
+    connect(manager, &FileManager::SignalDeleteTriggered, this, &Workspace::SlotDeleteTriggered);
+    connect(manager, &FileManager::SignalDeleteItemsTriggered, this, &Workspace::SlotDeleteItemsTriggered);
+    connect(manager, &FileManager::SignalRenameTriggered, this, &Workspace::SlotRenameTriggered);
+    connect(manager, &FileManager::SignalMakeDirTriggered, this, &Workspace::SlotMakeDirTriggered);
+    connect(manager, &FileManager::SignalAppendLog, this, &Workspace::SlotAppendLog);
+    connect(CamBaseSignalHelper::instance(), &CamBaseSignalHelper::signalJumpFileToUploadGCode, this,
+            &Workspace::SlotUploadAutoCamFiles);
+
+    connect(this, &Workspace::SignalMachineConnected, this, [this](const QString& ip, const QString& sn) {
+        m_pTransfers->SetMachineIp(ip);
+        m_pFileManager->SetMachineConnected(ip, sn);
+        SetMachineActionsOnline(true);
+    });
+    connect(this, &Workspace::SignalMachineOffline, this, [this]() {
+        m_pTransfers->StopAll();
+        m_pTransfers->SetMachineIp(QString());
+        m_pTransfers->SetRunningProgram(QString());
+        if (m_pFileManager->IsConnected())
+            m_pFileManager->SetMachineDisconnected();
+        SetMachineActionsOnline(false);
+    });
+    connect(this, &Workspace::SignalRealTimeData, this, [this](const StructRealTimeData& record) {
+        m_pTransfers->SetRunningProgram(record.status == RealTimeStatusRunning ? record.program.name : QString());
+    });
+    ConnectOrchestratorToPanels();
+
+    // The local panel opens where the user left it.
+    FileSelectPanel* local = manager->LocalPanel();
+    const QString lastFolder = Setting(LocalFolderKey, QString()).toString();
+    if (!lastFolder.isEmpty() && QFileInfo(lastFolder).isDir())
+        local->OpenFolder(lastFolder);
+    connect(local, &FileSelectPanel::SignalListingFinished, this, [](const QString& path, bool ok) {
+        if (ok && path != QLatin1String("/"))
+            CamBaseTextHelper::instance()->SetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal,
+                                                                QString::fromLatin1(LocalFolderKey), path, false);
+    });
+}
+
+void Workspace::ConnectOrchestratorToPanels()
+{
+    TransferOrchestrator* transfers = m_pTransfers;
+    FileSelectPanel* machine = m_pFileManager->MachinePanel();
+    FileSelectPanel* local = m_pFileManager->LocalPanel();
+    connect(transfers, &TransferOrchestrator::SignalAppendLog, this, &Workspace::SlotAppendLog);
+    connect(transfers, &TransferOrchestrator::SignalTransferUpdated, m_pTransManager->TransferList(),
+            &TransList::SlotUpdateTransfer);
+    connect(m_pTransManager, &TransManager::SignalRestartTransfer, transfers, &TransferOrchestrator::Retry);
+    connect(transfers, &TransferOrchestrator::SignalNotice, this,
+            [this](const QString& text) { ShowNotice(MsgIconWarning, text); });
+    connect(transfers, &TransferOrchestrator::SignalBusyChanged, this, [this, machine](bool busy) {
+        m_pFileManager->SetPanelLocked(busy);
+        if (!busy && m_pFileManager->IsConnected())
+            machine->RefreshPanel();
+    });
+    connect(transfers, &TransferOrchestrator::SignalUploaded, machine, [machine](const QString& machinePath) {
+        machine->LocateAndHighlightFile(machinePath.mid(machinePath.lastIndexOf(QLatin1Char('/')) + 1));
+    });
+    connect(transfers, &TransferOrchestrator::SignalMachineNavigation, machine,
+            &FileSelectPanel::NavigateAndHighlightFolder);
+    connect(transfers, &TransferOrchestrator::SignalMachineChanged, machine, &FileSelectPanel::RefreshPanel);
+    const auto refreshLocal = [local](const QString& localPath) {
+        if (QFileInfo(localPath).absolutePath() == QFileInfo(local->CurrentPath()).absoluteFilePath())
+            local->RefreshPanel();
+    };
+    connect(transfers, &TransferOrchestrator::SignalDownloaded, local, refreshLocal);
+    connect(transfers, &TransferOrchestrator::SignalCutSucceeded, local, [local, refreshLocal](const QString& path) {
+        const QMimeData* mime = QGuiApplication::clipboard()->mimeData();
+        if (mime && mime->hasFormat(QStringLiteral("MimeDataCopy")))
+            QGuiApplication::clipboard()->clear();
+        local->SlotClearLocalClipboardData();
+        refreshLocal(path);
+    });
+    connect(transfers, &TransferOrchestrator::SignalProgressStarted, this,
+            [this](const QString& title, const QString& text) {
+                CProgressWidget::FreeAutoWidget(m_pProgressWidget, true);
+                m_pProgressWidget = CProgressWidget::CreateAutoWidget(title, text);
+            });
+    connect(transfers, &TransferOrchestrator::SignalProgressFinished, this,
+            [this]() { CProgressWidget::FreeAutoWidget(m_pProgressWidget); });
+}
+
+void Workspace::SlotUpLoadFile(QString strLocalPath, QString strMachinePath, OperationType operation)
+{
+    m_pTransfers->Upload(strLocalPath, strMachinePath, operation);
+}
+
+void Workspace::SlotDownLoadFile(QString strLocalPath, QString strMachinePath)
+{
+    m_pTransfers->Download(strLocalPath, strMachinePath);
+}
+
+void Workspace::SlotDeleteTriggered(QString path, int type)
+{
+    m_pTransfers->DeletePath(path, type);
+}
+
+void Workspace::SlotDeleteItemsTriggered(QStringList filePathList, QStringList foderPathList)
+{
+    m_pTransfers->DeleteItems(filePathList, foderPathList);
+}
+
+void Workspace::SlotRenameTriggered(QString strOldPath, QString strNewPath)
+{
+    m_pTransfers->Rename(strOldPath, strNewPath);
+}
+
+void Workspace::SlotMakeDirTriggered(QString path)
+{
+    m_pTransfers->MakeDir(path);
+}
+
+void Workspace::SlotUploadAutoCamFiles(QVariant fileData, QString filePath, QString modelName)
+{
+    m_pTransfers->UploadAutoCamFiles(fileData, filePath, modelName);
 }

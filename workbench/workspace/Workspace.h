@@ -8,11 +8,15 @@
 #include <functional>
 
 class BroadCastSender;
+class CProgressWidget;
 class CSelectMachineBox;
+class FileManager;
 class MachineCommandSender;
 class DeviceVerifyDialog;
 class MachineConnection;
 class MachineStatusWidget;
+class QSplitter;
+class TransferOrchestrator;
 class QStackedWidget;
 class QTabBar;
 class QTimer;
@@ -76,6 +80,9 @@ public:
     ToolPage* GetToolPage() const { return m_pToolPage; }
     QTabBar* PageBar() const { return m_pPageBar; }
     CSelectMachineBox* SelectMachineBox() const { return m_pSelectBox; }
+    FileManager* GetFileManager() const { return m_pFileManager; }
+    TransferOrchestrator* GetTransferOrchestrator() const { return m_pTransfers; }
+    QSplitter* FilePageSplitter() const { return m_pFileSplitter; }
     MachineStatusWidget* StatusWidget() const { return m_pStatusWidget; }
 
 Q_SIGNALS:
@@ -99,6 +106,15 @@ public Q_SLOTS:
     void SlotAppendLog(QString text, QColor color);
     void SlotReConnectByTypeC(QString ip);
 
+    // File requests of the file page, carried out by the transfer orchestrator.
+    void SlotUpLoadFile(QString strLocalPath, QString strMachinePath, OperationType operation = OperationCopy);
+    void SlotDownLoadFile(QString strLocalPath, QString strMachinePath);
+    void SlotDeleteTriggered(QString path, int type);
+    void SlotDeleteItemsTriggered(QStringList filePathList, QStringList foderPathList);
+    void SlotRenameTriggered(QString strOldPath, QString strNewPath);
+    void SlotMakeDirTriggered(QString path);
+    void SlotUploadAutoCamFiles(QVariant fileData, QString filePath, QString modelName);
+
 protected:
     void showEvent(QShowEvent* event) override;
 
@@ -115,6 +131,13 @@ private:
     void OnSilentSearchEnded();
     // Boxes open from their own zero-delay timer, never inside a socket's or timer's slot.
     void ShowNotice(int icon, const QString& text);
+
+    // The file page: the file manager above the transfer strip, and the orchestrator behind them.
+    QWidget* BuildFilePage();
+    void ConnectFilePage();
+    void ConnectOrchestratorToPanels();
+    void PlaceTransManager(bool bFullPage);
+    void SetMachineActionsOnline(bool online);
 
     CamPlugin::CamPluginFile* m_pPluginObject = nullptr;
 
@@ -139,6 +162,10 @@ private:
     QStackedWidget* m_pPages = nullptr;
     TransManager* m_pTransManager = nullptr;
     CSelectMachineBox* m_pSelectBox = nullptr;
+    FileManager* m_pFileManager = nullptr;
+    TransferOrchestrator* m_pTransfers = nullptr;
+    QSplitter* m_pFileSplitter = nullptr;
+    QPointer<CProgressWidget> m_pProgressWidget;
     MachineStatusWidget* m_pStatusWidget = nullptr;
     MachineCommandSender* m_pCommandSender = nullptr;
     QPointer<DeviceVerifyDialog> m_pDeviceDialog;

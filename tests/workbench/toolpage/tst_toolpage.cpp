@@ -86,6 +86,7 @@ private Q_SLOTS:
         QVERIFY(!page->Button(5)->isChecked());
 
         workspace.PageBar()->setTabEnabled(Workspace::PageMachineStatus, true);
+        page->SetEnabled(5, true);
         page->Button(5)->click();
         QCOMPARE(workspace.PageBar()->currentIndex(), int(Workspace::PageMachineStatus));
         QVERIFY(page->Button(5)->isChecked());

@@ -1,0 +1,136 @@
+// Many small programs to the machine simulator and back through the Workspace's slots
+// (rows, logs, the per-machine limit and all), against one curl invocation that moves
+// the same files over one connection. The last line gives ours/curl in files per second.
+#include "TestFtpServer.h"
+
+#include <CamBaseTextHelper.h>
+#include <KorvBaseGlobals.h>
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QLoggingCategory>
+#include <QProcess>
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+#include <QTest>
+#include <cstdio>
+#include <filepanel/FileManager.h>
+#include <functional>
+#include <workspace/TransferOrchestrator.h>
+#include <workspace/Workspace.h>
+
+namespace {
+void SetSetting(const char* key, const QVariant& value)
+{
+    CamBaseTextHelper::instance()->SetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal, QString::fromLatin1(key),
+                                                        value, true);
+}
+
+[[noreturn]] void Fail(const QString& message)
+{
+    std::fprintf(stderr, "%s\n", qPrintable(message));
+    std::exit(1);
+}
+
+// Seconds until the orchestrator has nothing left running or waiting.
+double TimeTransfers(Workspace& workspace, const std::function<void()>& submit)
+{
+    QElapsedTimer clock;
+    clock.start();
+    submit();
+    if (!QTest::qWaitFor([&] { return !workspace.GetTransferOrchestrator()->IsBusy(); }, 600000))
+        Fail(QStringLiteral("transfers did not end"));
+    return clock.nsecsElapsed() / 1e9;
+}
+
+double TimeCurl(const QStringList& arguments, const QString& workDir)
+{
+    QProcess curl;
+    curl.setWorkingDirectory(workDir);
+    QElapsedTimer clock;
+    clock.start();
+    curl.start(QStringLiteral("curl"), QStringList{QStringLiteral("-s"), QStringLiteral("-S")} + arguments);
+    if (!curl.waitForFinished(-1) || curl.exitCode() != 0)
+        Fail(QStringLiteral("curl failed: ") + QString::fromLocal8Bit(curl.readAllStandardError()));
+    return clock.nsecsElapsed() / 1e9;
+}
+
+int CountFiles(const QString& folder)
+{
+    return int(QDir(folder).entryList(QDir::Files).size());
+}
+} // namespace
+
+int main(int argc, char** argv)
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QTemporaryDir configDir;
+    qputenv("KORV_CONFIG_DIR", configDir.path().toUtf8());
+    QApplication app(argc, argv);
+    QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false"));
+    QCommandLineParser parser;
+    parser.addOptions({{"files", "Files per run (200).", "N", "200"}, {"kib", "Size of each file (20).", "N", "20"}});
+    parser.process(app);
+    const int files = parser.value("files").toInt();
+    const int bytes = parser.value("kib").toInt() * 1024;
+
+    auto server = TestFtpServer::Create(FtpServerKind::CncSim);
+    if (!server->Start())
+        Fail(server->ErrorString());
+    server->MakeDir(QStringLiteral("/ours"));
+    server->MakeDir(QStringLiteral("/curl"));
+    SetSetting(g_strSettingFtpUser, server->User());
+    SetSetting(g_strSettingFtpPassword, server->Password());
+    SetSetting(g_strSettingFtpPortMapping, server->Port());
+
+    QTemporaryDir source;
+    QTemporaryDir oursBack;
+    QTemporaryDir curlBack;
+    QStringList names;
+    for (int i = 0; i < files; ++i) {
+        names.append(QStringLiteral("prog_%1.nc").arg(i, 4, 10, QLatin1Char('0')));
+        QFile file(source.filePath(names.last()));
+        QByteArray data(bytes, Qt::Uninitialized);
+        QRandomGenerator::global()->fillRange(reinterpret_cast<quint32*>(data.data()), data.size() / 4);
+        if (!file.open(QIODevice::WriteOnly) || file.write(data) != data.size())
+            Fail(QStringLiteral("cannot write ") + file.fileName());
+    }
+
+    Workspace workspace;
+    workspace.ConnectToMachine(QStringLiteral("127.0.0.1"), QStringLiteral("PB01BENCH"));
+    if (!QTest::qWaitFor([&] { return workspace.GetFileManager()->IsConnected(); }, 10000))
+        Fail(QStringLiteral("no connection to the simulator"));
+
+    const double oursUp = TimeTransfers(workspace, [&] {
+        for (const QString& name : names)
+            workspace.SlotUpLoadFile(source.filePath(name), QStringLiteral("/ours/") + name);
+    });
+    const double oursDown = TimeTransfers(workspace, [&] {
+        for (const QString& name : names)
+            workspace.SlotDownLoadFile(oursBack.filePath(name), QStringLiteral("/ours/") + name);
+    });
+    if (CountFiles(server->LocalPath(QStringLiteral("/ours"))) != files || CountFiles(oursBack.path()) != files)
+        Fail(QStringLiteral("our transfers did not move every file"));
+
+    const QString account = server->User() + QLatin1Char(':') + server->Password();
+    const QString base = QStringLiteral("ftp://127.0.0.1:%1/curl/").arg(server->Port());
+    const QString glob = QLatin1Char('{') + names.join(QLatin1Char(',')) + QLatin1Char('}');
+    const double curlUp = TimeCurl({QStringLiteral("-u"), account, QStringLiteral("-T"), glob, base}, source.path());
+    const double curlDown = TimeCurl(
+        {QStringLiteral("-u"), account, base + glob, QStringLiteral("-o"), curlBack.path() + QStringLiteral("/#1")},
+        source.path());
+    if (CountFiles(curlBack.path()) != files)
+        Fail(QStringLiteral("curl did not move every file"));
+
+    const auto rate = [files](double seconds) { return files / seconds; };
+    std::printf("%d files of %d KiB, cnc-sim on loopback, %d transfers at once\n", files, bytes / 1024,
+                workspace.GetTransferOrchestrator()->MaxTransfers());
+    std::printf("upload:   ours %.1f files/s (%.2f s), curl %.1f files/s (%.2f s)\n", rate(oursUp), oursUp,
+                rate(curlUp), curlUp);
+    std::printf("download: ours %.1f files/s (%.2f s), curl %.1f files/s (%.2f s)\n", rate(oursDown), oursDown,
+                rate(curlDown), curlDown);
+    std::printf("ratio upload=%.2f download=%.2f\n", curlUp / oursUp, curlDown / oursDown);
+    return 0;
+}

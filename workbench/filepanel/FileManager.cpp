@@ -1,0 +1,271 @@
+#include "FileManager.h"
+
+#include "CDebugLog.h"
+#include "CVarnokMessageBox.h"
+#include "FileItemRoles.h"
+#include "FileSelectPanel.h"
+#include "FileTreeView.h"
+
+#include <QAbstractProxyModel>
+#include <QDebug>
+#include <QDir>
+#include <QFileInfo>
+#include <QItemSelectionModel>
+#include <QPushButton>
+#include <QSplitter>
+#include <QStandardItemModel>
+#include <QVBoxLayout>
+
+namespace {
+const QString ComputerPath = QStringLiteral("/");
+const QString ToolTipStyle = QStringLiteral("QToolTip {    background: #f0f0f0;    color: #333333;    border: 1px "
+                                            "solid #aaaaaa;    padding: 2px;        border-radius: 3px;}");
+
+QString ArrowStyle(const QString& icon, const QString& hoverIcon)
+{
+    return ToolTipStyle +
+           QStringLiteral("QPushButton{background-color:rgb(252,252,252);border:1px solid rgb(187,187,187);"
+                          "border-radius:4px;outline:none;image:url(%1);padding:12px;}"
+                          "QPushButton:hover{background-color:rgb(235,242,250);image:url(%2);}"
+                          "QPushButton:pressed{background-color:rgb(222,232,245);}")
+               .arg(icon, hoverIcon);
+}
+
+QString FileName(const QString& path)
+{
+    return path.mid(path.lastIndexOf(QLatin1Char('/')) + 1);
+}
+
+QString JoinMachinePath(const QString& folder, const QString& name)
+{
+    return folder.endsWith(QLatin1Char('/')) ? folder + name : folder + QLatin1Char('/') + name;
+}
+
+bool IsMachineFileType(const QString& path)
+{
+    return MachineFileSuffixList.contains(QFileInfo(path).suffix().toLower());
+}
+} // namespace
+
+FileManager::FileManager(QWidget* parent) : QWidget(parent)
+{
+    setObjectName(QStringLiteral("FileManager"));
+    RegisterWorkbenchMetaTypes();
+    m_pLocalPanel = new FileSelectPanel(true);
+    m_pMachinePanel = new FileSelectPanel(false);
+    m_pLocalPanel->setObjectName(QStringLiteral("m_widgetLocalPanel"));
+    m_pMachinePanel->setObjectName(QStringLiteral("m_widgetMachinePanel"));
+    BuildLayout();
+    ConnectPanels();
+}
+
+void FileManager::BuildLayout()
+{
+    m_layoutMain = new QVBoxLayout(this);
+    m_layoutMain->setObjectName(QStringLiteral("m_layoutMain"));
+    m_layoutMain->setContentsMargins(0, 0, 0, 0);
+    m_pSplitter = new QSplitter(Qt::Horizontal, this);
+    m_pSplitter->addWidget(m_pLocalPanel);
+    m_pSplitter->addWidget(BuildArrowColumn());
+    m_pSplitter->addWidget(m_pMachinePanel);
+    m_pSplitter->setSizes({840, 120, 840});
+    m_pSplitter->setHandleWidth(0);
+    for (int i = 0; i < m_pSplitter->count(); ++i)
+        m_pSplitter->setCollapsible(i, false);
+    // The arrow column keeps its width; the panels share what the window gives.
+    m_pSplitter->setStretchFactor(0, 1);
+    m_pSplitter->setStretchFactor(1, 0);
+    m_pSplitter->setStretchFactor(2, 1);
+    m_layoutMain->addWidget(m_pSplitter);
+}
+
+QWidget* FileManager::BuildArrowColumn()
+{
+    auto* middle = new QWidget;
+    middle->setObjectName(QStringLiteral("m_widgetArrows"));
+    middle->setAttribute(Qt::WA_StyledBackground);
+    middle->setStyleSheet(QStringLiteral(
+        "#m_widgetArrows{background-color:rgb(242,242,242);border:1px solid rgb(187,187,187);border-top:none;}"));
+    auto* layout = new QVBoxLayout(middle);
+    layout->setContentsMargins(16, 0, 16, 0);
+    layout->setSpacing(24);
+
+    m_pUploadButton = new QPushButton(middle);
+    m_pUploadButton->setObjectName(QStringLiteral("m_btnUpload"));
+    m_pUploadButton->setStyleSheet(ArrowStyle(QStringLiteral(":/icon/filepanel/img_file_arrow_2.png"),
+                                              QStringLiteral(":/icon/filepanel/img_file_arrow_1.png")));
+    m_pUploadButton->setToolTip(tr("上传至机床"));
+    m_pDownloadButton = new QPushButton(middle);
+    m_pDownloadButton->setObjectName(QStringLiteral("m_btnDownload"));
+    m_pDownloadButton->setStyleSheet(ArrowStyle(QStringLiteral(":/icon/filepanel/img_file_arrow_4.png"),
+                                                QStringLiteral(":/icon/filepanel/img_file_arrow_3.png")));
+    m_pDownloadButton->setToolTip(tr("从机床下载"));
+    for (QPushButton* button : {m_pUploadButton, m_pDownloadButton}) {
+        button->setFixedSize(88, 97);
+        button->setCursor(Qt::PointingHandCursor);
+    }
+    layout->addStretch(1);
+    layout->addWidget(m_pUploadButton, 0, Qt::AlignHCenter);
+    layout->addWidget(m_pDownloadButton, 0, Qt::AlignHCenter);
+    layout->addStretch(1);
+    connect(m_pUploadButton, &QPushButton::clicked, this, &FileManager::SlotLeftBtnClicked);
+    connect(m_pDownloadButton, &QPushButton::clicked, this, &FileManager::SlotRightBtnClicked);
+    return middle;
+}
+
+void FileManager::ConnectPanels()
+{
+    FileSelectPanel* machine = m_pMachinePanel;
+    connect(machine, &FileSelectPanel::SignalDeleteTriggered, this, &FileManager::SignalDeleteTriggered);
+    connect(machine, &FileSelectPanel::SignalDeleteItemsTriggered, this, &FileManager::SignalDeleteItemsTriggered);
+    connect(machine, &FileSelectPanel::SignalRenameTriggered, this, &FileManager::SignalRenameTriggered);
+    connect(machine, &FileSelectPanel::SignalMakeDirTriggered, this, &FileManager::SignalMakeDirTriggered);
+    for (FileSelectPanel* panel : {m_pLocalPanel, m_pMachinePanel}) {
+        connect(panel, &FileSelectPanel::SignalSendFileToUpload, this, &FileManager::SlotUploadFileToMachine);
+        connect(panel, &FileSelectPanel::SignalDownloadFileFromMachine, this,
+                [this](const QString& machinePath, const QString& localPath) {
+                    SlotDownloadFileFromMachine(localPath, machinePath);
+                });
+        connect(panel, &FileSelectPanel::SignalAppendLog, this, &FileManager::SignalAppendLog);
+    }
+}
+
+void FileManager::SetMachineConnected(const QString& ip, const QString& sn)
+{
+    m_bConnected = true;
+    m_strIp = ip;
+    m_strSn = sn;
+    m_strMachineBasePath = ComputerPath;
+    m_pMachinePanel->SetMachineIp(ip);
+    m_pMachinePanel->ClearPanel();
+    m_pMachinePanel->RefreshPanel();
+}
+
+void FileManager::SetMachineDisconnected()
+{
+    m_bConnected = false;
+    m_strIp.clear();
+    m_strSn.clear();
+    m_strMachineBasePath.clear();
+    m_pMachinePanel->SetMachineIp(QString());
+    m_pMachinePanel->ClearPanel();
+    m_pMachinePanel->SetPanelLocked(false);
+}
+
+void FileManager::SetPanelLocked(bool locked)
+{
+    m_pLocalPanel->SetPanelLocked(locked);
+    m_pMachinePanel->SetPanelLocked(locked);
+}
+
+QStringList FileManager::SelectedFiles(const FileSelectPanel* panel) const
+{
+    QStringList files;
+    const QModelIndexList rows = panel->TreeView()->selectionModel()->selectedRows(0);
+    for (const QModelIndex& index : rows) {
+        if (index.data(FileItemRole::Kind).toInt() != FileItemKind::File) {
+            qDebug() << "not a file, not trans" << index.data(FileItemRole::FullPath).toString();
+            continue;
+        }
+        files.append(index.data(FileItemRole::FullPath).toString());
+    }
+    return files;
+}
+
+bool FileManager::Ask(const QString& text)
+{
+    return CVarnokMessageBox::ShowWindow(this, MsgButtonYes | MsgButtonNo, MsgIconWarning, tr("提示"), text) ==
+           MsgButtonYes;
+}
+
+bool FileManager::ConfirmTransfer(const QStringList& files, const FileSelectPanel* target)
+{
+    QStringList refused;
+    QStringList existing;
+    const QStringList targetNames = target->IsLocal() ? target->FileNames() : [target] {
+        QStringList names;
+        const QAbstractItemModel* model = target->ItemModel();
+        for (int row = 0; row < model->rowCount(); ++row) {
+            const QModelIndex index = model->index(row, 0);
+            if (index.data(FileItemRole::Kind).toInt() == FileItemKind::File)
+                names.append(index.data(FileItemRole::Name).toString());
+        }
+        return names;
+    }();
+    for (const QString& file : files) {
+        if (!IsMachineFileType(file))
+            refused.append(FileName(file));
+        else if (targetNames.contains(FileName(file)))
+            existing.append(FileName(file));
+    }
+    if (!refused.isEmpty()) {
+        const QString text = tr("文件类型不符合要求：%1").arg(refused.join(QStringLiteral("、")));
+        CDebugLog::AddLog(text);
+        CVarnokMessageBox::ShowWindow(this, MsgButtonConfirm, MsgIconFailure, tr("提示"), text);
+        return false;
+    }
+    return existing.isEmpty() ||
+           Ask(tr("目标路径已包含同名文件：%1，是否覆盖？").arg(existing.join(QStringLiteral("、"))));
+}
+
+void FileManager::SlotLeftBtnClicked()
+{
+    qDebug() << "leftBtn clicked";
+    const QStringList files = SelectedFiles(m_pLocalPanel);
+    if (files.isEmpty() || !ConfirmTransfer(files, m_pMachinePanel))
+        return;
+    for (const QString& localPath : files) {
+        if (m_pLocalPanel->CurrentPath() == ComputerPath) {
+            qDebug() << " local path root , not trans";
+            continue;
+        }
+        qDebug() << " up file localPath " << localPath << " up file machinePath " << m_pMachinePanel->CurrentPath();
+        SlotUploadFileToMachine(localPath, m_pMachinePanel->CurrentPath(), OperationCopy);
+    }
+}
+
+void FileManager::SlotRightBtnClicked()
+{
+    qDebug() << "RightBtn clicked";
+    const QStringList files = SelectedFiles(m_pMachinePanel);
+    if (files.isEmpty())
+        return;
+    // The computer view lists drives, not a folder that could receive a file.
+    if (m_pLocalPanel->CurrentPath() == ComputerPath) {
+        qDebug() << " local path root , not trans";
+        return;
+    }
+    if (!ConfirmTransfer(files, m_pLocalPanel))
+        return;
+    for (const QString& machinePath : files) {
+        qDebug() << " up file machinePath " << machinePath << " up file localPath " << m_pLocalPanel->CurrentPath();
+        SlotDownloadFileFromMachine(m_pLocalPanel->CurrentPath(), machinePath);
+    }
+}
+
+void FileManager::SlotUploadFileToMachine(QString filePath, QString machinePath, OperationType operation)
+{
+    if (!m_bConnected) {
+        CDebugLog::AddLog(QStringLiteral("Machine not connected, cannot upload files"));
+        return;
+    }
+    if (machinePath.isEmpty() || m_strMachineBasePath.isEmpty()) {
+        CDebugLog::AddLog(QStringLiteral("machineBasePath is empty, cannot upload files"));
+        return;
+    }
+    Q_EMIT SignalUpLoadFile(filePath, JoinMachinePath(machinePath, QFileInfo(filePath).fileName()), operation);
+}
+
+void FileManager::SlotDownloadFileFromMachine(QString localPath, QString machinePath)
+{
+    if (!m_bConnected) {
+        CDebugLog::AddLog(QStringLiteral("Machine not connected, cannot download files"));
+        return;
+    }
+    if (machinePath.isEmpty()) {
+        CDebugLog::AddLog(QStringLiteral("机器路径列表为空"));
+        return;
+    }
+    qDebug() << "SlotDownloadFilesFromMachine: machineFilePath=" << machinePath << ", localBasePath=" << localPath;
+    Q_EMIT SignalDownLoadFile(QDir(localPath).filePath(FileName(machinePath)), machinePath);
+}

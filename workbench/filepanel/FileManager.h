@@ -1,0 +1,77 @@
+#pragma once
+
+#include "CommonDefine.h"
+
+#include <QColor>
+#include <QWidget>
+
+class FileSelectPanel;
+class QPushButton;
+class QSplitter;
+class QVBoxLayout;
+
+// The two-panel page: the local panel, a column with the upload and download arrows,
+// and the machine panel. It turns the arrows into transfer requests, keeps the
+// connection state those requests need and re-emits the panels' requests as its own.
+class FileManager final : public QWidget
+{
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(FileManager)
+
+public:
+    explicit FileManager(QWidget* parent = nullptr);
+
+    FileSelectPanel* LocalPanel() const { return m_pLocalPanel; }
+    FileSelectPanel* MachinePanel() const { return m_pMachinePanel; }
+    QPushButton* UploadButton() const { return m_pUploadButton; }
+    QPushButton* DownloadButton() const { return m_pDownloadButton; }
+    QSplitter* Splitter() const { return m_pSplitter; }
+
+    // Connect: the machine panel lists the machine's root. Disconnect: it empties.
+    void SetMachineConnected(const QString& ip, const QString& sn);
+    void SetMachineDisconnected();
+    bool IsConnected() const { return m_bConnected; }
+    QString MachineIp() const { return m_strIp; }
+    QString MachineSn() const { return m_strSn; }
+
+    // Both panels at once: a transfer in one direction must not be raced from the other side.
+    void SetPanelLocked(bool locked);
+
+Q_SIGNALS:
+    void SignalUpLoadFile(QString strLocalPath, QString strMachinePath, OperationType operation);
+    void SignalDownLoadFile(QString strLocalPath, QString strMachinePath);
+    void SignalDeleteTriggered(QString path, int type);
+    void SignalDeleteItemsTriggered(QStringList filePathList, QStringList foderPathList);
+    void SignalRenameTriggered(QString strOldPath, QString strNewPath);
+    void SignalMakeDirTriggered(QString path);
+    void SignalAppendLog(QString text, QColor color);
+
+public Q_SLOTS:
+    void SlotLeftBtnClicked();
+    void SlotRightBtnClicked();
+    // machinePath / localPath: the folder that receives the file.
+    void SlotUploadFileToMachine(QString filePath, QString machinePath, OperationType operation);
+    void SlotDownloadFileFromMachine(QString localPath, QString machinePath);
+
+private:
+    void BuildLayout();
+    QWidget* BuildArrowColumn();
+    void ConnectPanels();
+    // The selected files of a panel (folders and quick-access rows are not transferred).
+    QStringList SelectedFiles(const FileSelectPanel* panel) const;
+    // The type check and the overwrite question; false when nothing may be sent.
+    bool ConfirmTransfer(const QStringList& files, const FileSelectPanel* target);
+    bool Ask(const QString& text);
+
+    FileSelectPanel* m_pLocalPanel = nullptr;
+    FileSelectPanel* m_pMachinePanel = nullptr;
+    QPushButton* m_pUploadButton = nullptr;
+    QPushButton* m_pDownloadButton = nullptr;
+    QSplitter* m_pSplitter = nullptr;
+    QVBoxLayout* m_layoutMain = nullptr;
+
+    bool m_bConnected = false;
+    QString m_strIp;
+    QString m_strSn;
+    QString m_strMachineBasePath;
+};
