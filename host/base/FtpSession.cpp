@@ -155,6 +155,10 @@ public:
 private:
     curl_slist* m_pList = nullptr;
 };
+// The session whose step runs on this thread. A cached connection outlives the session that
+// opened it and may be closed while another session performs, so the close-socket callback
+// asks this rather than trusting the pointer registered with the connection.
+thread_local FtpSession* t_pPerformingSession = nullptr;
 } // namespace
 
 FtpSession::FtpSession(const QString& host, int port, const FtpSettings& settings, StopCheck stopCheck)
@@ -168,6 +172,10 @@ FtpSession::FtpSession(const QString& host, int port, const FtpSettings& setting
     m_pMulti = curl_multi_init();
     if (!curl)
         return;
+    // The shared connection cache is trimmed to the multi's limit whenever a step ends; the
+    // default (four per easy handle) would close the idle logins other tasks are about to reuse.
+    if (m_pMulti)
+        curl_multi_setopt(static_cast<CURLM*>(m_pMulti), CURLMOPT_MAXCONNECTS, 32L);
     curl_easy_setopt(curl, CURLOPT_PROTOCOLS_STR, "ftp");
     if (void* share = FtpConnectionShare::Handle())
         curl_easy_setopt(curl, CURLOPT_SHARE, share);
@@ -191,7 +199,6 @@ FtpSession::FtpSession(const QString& host, int port, const FtpSettings& setting
     curl_easy_setopt(curl, CURLOPT_READFUNCTION, OnRead);
     static_assert(std::is_same_v<curl_socket_t, int>, "OnCloseSocket takes a POSIX descriptor");
     curl_easy_setopt(curl, CURLOPT_CLOSESOCKETFUNCTION, &FtpSession::OnCloseSocket);
-    curl_easy_setopt(curl, CURLOPT_CLOSESOCKETDATA, this);
 }
 
 FtpSession::~FtpSession()
@@ -203,9 +210,10 @@ FtpSession::~FtpSession()
         curl_easy_cleanup(static_cast<CURL*>(m_pCurl));
 }
 
-int FtpSession::OnCloseSocket(void* session, int descriptor)
+int FtpSession::OnCloseSocket(void*, int descriptor)
 {
-    static_cast<FtpSession*>(session)->SalvageReply(descriptor);
+    if (t_pPerformingSession)
+        t_pPerformingSession->SalvageReply(descriptor);
     return ::close(descriptor);
 }
 
@@ -215,7 +223,7 @@ void FtpSession::SalvageReply(int fd)
     // another port than the control connection.
     sockaddr_storage peer{};
     socklen_t length = sizeof(peer);
-    if (!m_bPerforming || getpeername(fd, reinterpret_cast<sockaddr*>(&peer), &length) != 0)
+    if (getpeername(fd, reinterpret_cast<sockaddr*>(&peer), &length) != 0)
         return;
     const in_port_t port = peer.ss_family == AF_INET6 ? reinterpret_cast<sockaddr_in6*>(&peer)->sin6_port
                                                       : reinterpret_cast<sockaddr_in*>(&peer)->sin_port;
@@ -302,7 +310,7 @@ int FtpSession::RunStep()
         return curl_easy_perform(curl);
     if (curl_multi_add_handle(multi, curl) != CURLM_OK)
         return CURLE_FAILED_INIT;
-    m_bPerforming = true;
+    t_pPerformingSession = this;
     int running = 1;
     CURLcode result = CURLE_OK;
     while (running > 0) {
@@ -338,7 +346,7 @@ int FtpSession::RunStep()
             result = message->data.result;
     }
     curl_multi_remove_handle(multi, curl);
-    m_bPerforming = false;
+    t_pPerformingSession = nullptr;
     return result;
 }
 

@@ -50,14 +50,13 @@ private:
     // Runs the prepared step to its end on the session's own multi handle.
     int RunStep();
     bool Fail(const QString& message);
-    static int OnCloseSocket(void* session, int descriptor);
+    static int OnCloseSocket(void* unused, int descriptor);
     // Reads a reply the server sent on the control connection that libcurl is closing unread
     // (a "552" during an upload), so the user learns the server's reason.
     void SalvageReply(int descriptor);
 
     void* m_pCurl = nullptr;
     void* m_pMulti = nullptr;
-    bool m_bPerforming = false;
     QString m_strHost;
     int m_iPort = 21;
     FtpSettings m_settings;
