@@ -1,5 +1,7 @@
 #include "DeviceBindingFixture.h"
 
+#include "WorkspaceLogProbe.h"
+
 #include "CamBaseTextHelper.h"
 #include "KorvBaseGlobals.h"
 #include "KorvPaths.h"
@@ -157,11 +159,5 @@ QString DeviceBindingFixture::DebugLogText() const
 
 bool DeviceBindingFixture::LogHas(const QString& text, const QColor& color) const
 {
-    const TransLogModel* model = m_pWorkspace->GetTransManager()->LogPane()->LogModel();
-    for (int row = 0; row < model->rowCount(); ++row) {
-        const QModelIndex index = model->index(row, TransLogModel::ColumnMessage);
-        if (index.data().toString() == text && index.data(Qt::ForegroundRole).value<QColor>() == color)
-            return true;
-    }
-    return false;
+    return WorkspaceLogHas(*m_pWorkspace, text, color);
 }

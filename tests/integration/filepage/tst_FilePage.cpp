@@ -5,6 +5,7 @@
 #include "MachinePortMap.h"
 #include "SimFtpServer.h"
 #include "SimMachine.h"
+#include "WorkspaceLogProbe.h"
 #include "filepanel/FileItemRoles.h"
 #include "filepanel/FileManager.h"
 #include "filepanel/FileSelectPanel.h"
@@ -180,13 +181,7 @@ QStringList TestFilePage::MachineNames() const
 
 bool TestFilePage::HasLine(const QString& text, const QColor& color) const
 {
-    const TransLogModel* model = m_workspace->GetTransManager()->LogPane()->LogModel();
-    for (int row = 0; row < model->rowCount(); ++row) {
-        const QModelIndex index = model->index(row, TransLogModel::ColumnMessage);
-        if (index.data().toString() == text && index.data(Qt::ForegroundRole).value<QColor>() == color)
-            return true;
-    }
-    return false;
+    return WorkspaceLogHas(*m_workspace, text, color);
 }
 
 QString TestFilePage::Key(const QString& machinePath, bool upload) const
