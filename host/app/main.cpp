@@ -1,5 +1,6 @@
 #include "HostOptions.h"
 #include "HostWindow.h"
+#include "KorvLanguage.h"
 #include "PluginInterface.h"
 #include "PluginLoader.h"
 #include "WorkbenchPlugin.h"
@@ -12,18 +13,34 @@
 
 int main(int argc, char* argv[])
 {
-    QApplication app(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("korv"));
-
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments << QString::fromLocal8Bit(argv[i]);
     HostOptions options;
     QString error;
-    if (!options.Parse(QApplication::arguments(), error)) {
+    if (!options.Parse(arguments, error)) {
         std::fprintf(stderr, "korv: %s\n%s", qPrintable(error), qPrintable(HostOptions::Usage()));
         return 2;
     }
+    if (options.bVersion) {
+        std::printf("korv %s\n", qPrintable(HostOptions::Version()));
+        return 0;
+    }
+
+    // Listing the plug-ins opens no window, so it works without a display.
+    std::unique_ptr<QCoreApplication> app;
+    if (options.WithoutWindow())
+        app = std::make_unique<QCoreApplication>(argc, argv);
+    else
+        app = std::make_unique<QApplication>(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("korv"));
+    QCoreApplication::setApplicationVersion(HostOptions::Version());
+    const QString language = options.strLanguage.isEmpty() ? KorvLanguage::SystemLanguage() : options.strLanguage;
+    if (!KorvLanguage::Apply(language))
+        std::fprintf(stderr, "korv: no %s translation, the interface stays Chinese\n", qPrintable(language));
 
     PluginLoader loader;
-    QList<LoadedPlugin> plugins = loader.LoadFolder(options.ResolvePluginDir(QApplication::applicationDirPath()));
+    QList<LoadedPlugin> plugins = loader.LoadFolder(options.ResolvePluginDir(QCoreApplication::applicationDirPath()));
     for (const QString& failure : loader.Errors())
         std::fprintf(stderr, "korv: skipped plug-in %s\n", qPrintable(failure));
 

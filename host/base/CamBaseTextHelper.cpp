@@ -1,10 +1,12 @@
 #include "CamBaseTextHelper.h"
 
+#include "KorvLanguage.h"
 #include "KorvPaths.h"
 
 #include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
 #include <QJsonArray>
-#include <QLocale>
 #include <QMutexLocker>
 #include <QSettings>
 #include <QXmlStreamReader>
@@ -96,12 +98,17 @@ QString CamBaseTextHelper::GetLocalResourcePath() const
     const QString dir = qEnvironmentVariable("KORV_RESOURCE_DIR");
     if (!dir.isEmpty())
         return dir;
-    return QCoreApplication::applicationDirPath() + QStringLiteral("/resources");
+    // A build tree keeps the resources beside the executable, an installed tree in its data folder.
+    const QString appDir = QCoreApplication::applicationDirPath();
+    const QString beside = appDir + QStringLiteral("/resources");
+    if (QFileInfo(beside).isDir())
+        return beside;
+    return QDir::cleanPath(appDir + QStringLiteral("/" KORV_RESOURCEDIR_FROM_BINDIR));
 }
 
 bool CamBaseTextHelper::AppInChineseEnvironment() const
 {
-    return QLocale().language() == QLocale::Chinese;
+    return KorvLanguage::Current() == QLatin1String("zh");
 }
 
 QJsonObject CamBaseTextHelper::ConvertXmlToJson(const QByteArray& xml) const

@@ -41,8 +41,10 @@ public:
 
     // KorvPaths::ConfigDir() + "/test.ini": optional test overrides such as "TimerInterval".
     QString GetLocalTestIniFilePath() const;
-    // KORV_RESOURCE_DIR when set, else "<application dir>/resources".
+    // KORV_RESOURCE_DIR when set, else "<application dir>/resources" when that exists (a build
+    // tree), else the installed data folder relative to the application.
     QString GetLocalResourcePath() const;
+    // Follows the language the host applied with KorvLanguage (Chinese until it chose).
     bool AppInChineseEnvironment() const;
     // The root element's children become keys; elements with children become objects,
     // repeated names become arrays, leaves become strings, attributes become "@name" keys.

@@ -21,13 +21,18 @@
 namespace {
 constexpr int kDefaultResendSeconds = 60;
 
-const QList<QPair<QString, QString>>& NationCodes()
+// Region names are translated where they are shown.
+const QList<QPair<QString, const char*>>& NationCodes()
 {
-    static const QList<QPair<QString, QString>> codes = {
-        {QStringLiteral("86"), QStringLiteral("中国大陆")},   {QStringLiteral("852"), QStringLiteral("中国香港")},
-        {QStringLiteral("853"), QStringLiteral("中国澳门")},  {QStringLiteral("886"), QStringLiteral("中国台湾")},
-        {QStringLiteral("1"), QStringLiteral("美国/加拿大")}, {QStringLiteral("44"), QStringLiteral("英国")},
-        {QStringLiteral("49"), QStringLiteral("德国")},       {QStringLiteral("81"), QStringLiteral("日本")},
+    static const QList<QPair<QString, const char*>> codes = {
+        {QStringLiteral("86"), QT_TRANSLATE_NOOP("DeviceVerifyDialog", "中国大陆")},
+        {QStringLiteral("852"), QT_TRANSLATE_NOOP("DeviceVerifyDialog", "中国香港")},
+        {QStringLiteral("853"), QT_TRANSLATE_NOOP("DeviceVerifyDialog", "中国澳门")},
+        {QStringLiteral("886"), QT_TRANSLATE_NOOP("DeviceVerifyDialog", "中国台湾")},
+        {QStringLiteral("1"), QT_TRANSLATE_NOOP("DeviceVerifyDialog", "美国/加拿大")},
+        {QStringLiteral("44"), QT_TRANSLATE_NOOP("DeviceVerifyDialog", "英国")},
+        {QStringLiteral("49"), QT_TRANSLATE_NOOP("DeviceVerifyDialog", "德国")},
+        {QStringLiteral("81"), QT_TRANSLATE_NOOP("DeviceVerifyDialog", "日本")},
     };
     return codes;
 }
@@ -51,7 +56,7 @@ DeviceVerifyDialog::DeviceVerifyDialog(const StructDeviceDialogTexts& texts, con
     m_pComboNation = new QComboBox(this);
     m_pComboNation->setObjectName(QStringLiteral("m_comboNationCode"));
     for (const auto& [code, region] : NationCodes())
-        m_pComboNation->addItem(QStringLiteral("+%1 %2").arg(code, region), code);
+        m_pComboNation->addItem(QStringLiteral("+%1 %2").arg(code, tr(region)), code);
     m_pEditMobile = new QLineEdit(this);
     m_pEditMobile->setObjectName(QStringLiteral("m_editMobile"));
     m_pEditMobile->setPlaceholderText(tr("请输入手机号码"));

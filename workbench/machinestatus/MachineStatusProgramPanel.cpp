@@ -14,10 +14,17 @@
 #include <QTimer>
 
 namespace {
-const QString NoticeTitle = QStringLiteral("提示");
 const QColor Green(0x17, 0xa0, 0x61);
-const QString LoadingRoot = QStringLiteral("加载中");
-const QString LoadingFolder = QStringLiteral("加载中...");
+
+QString NoticeTitle()
+{
+    return MachineStatusProgramPanel::tr("提示");
+}
+
+QString LoadingFolder()
+{
+    return MachineStatusProgramPanel::tr("加载中...");
+}
 
 QString JoinPath(const QString& folder, const QString& name)
 {
@@ -233,7 +240,7 @@ void MachineStatusProgramPanel::AppendEntry(QStandardItem* parent, const QString
     action->setEditable(false);
     parent->appendRow({name, time, action});
     if (isDir)
-        AppendPlaceholder(name, LoadingFolder);
+        AppendPlaceholder(name, LoadingFolder());
 
     auto* widget = new MachineStatusFileActionWidget(!isDir);
     const QPersistentModelIndex index(name->index());
@@ -251,7 +258,7 @@ void MachineStatusProgramPanel::SlotOnListResult(QString dirPath, bool success, 
         CDebugLog::AddLog(QStringLiteral("MachineStatusProgramPanel 目录列表请求失败: %1").arg(dirPath));
         if (m_pUi->stackedWidget->currentWidget() == m_pUi->PageFileLists && isVisible()) {
             QTimer::singleShot(0, this, [this]() {
-                CVarnokMessageBox::ShowWindowAutoClose(this, MsgButtonConfirm, MsgIconFailure, NoticeTitle,
+                CVarnokMessageBox::ShowWindowAutoClose(this, MsgButtonConfirm, MsgIconFailure, NoticeTitle(),
                                                        tr("获取机床文件列表失败，请检查机床连接后重试！"));
             });
         }
@@ -287,7 +294,7 @@ void MachineStatusProgramPanel::SlotTreeCollapsed(QModelIndex index)
         return;
     // Every expansion lists the folder afresh.
     RemoveChildNodes(item);
-    AppendPlaceholder(item, LoadingFolder);
+    AppendPlaceholder(item, LoadingFolder());
 }
 
 void MachineStatusProgramPanel::SlotActionRename(QPersistentModelIndex index)
@@ -338,7 +345,7 @@ void MachineStatusProgramPanel::SlotActionDelete(QPersistentModelIndex index)
     const QString parentPath = PathOf(item->parent());
     // The row may be gone when the box closes: everything needed is taken first.
     const int answer =
-        CVarnokMessageBox::ShowWindow(this, MsgButtonConfirm | MsgButtonCancel, MsgIconWarning, NoticeTitle, text);
+        CVarnokMessageBox::ShowWindow(this, MsgButtonConfirm | MsgButtonCancel, MsgIconWarning, NoticeTitle(), text);
     if (answer != MsgButtonConfirm)
         return;
     m_strDeleteParent = parentPath;
@@ -371,6 +378,6 @@ void MachineStatusProgramPanel::ShowNotice(const QString& text)
 {
     // Results arrive from task threads and editor commits: the box opens after they return.
     QTimer::singleShot(0, this, [this, text]() {
-        CVarnokMessageBox::ShowWindow(this, MsgButtonConfirm, MsgIconWarning, NoticeTitle, text);
+        CVarnokMessageBox::ShowWindow(this, MsgButtonConfirm, MsgIconWarning, NoticeTitle(), text);
     });
 }

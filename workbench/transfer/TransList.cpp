@@ -50,7 +50,7 @@ QString SpeedText(double dSpeed)
 // A queued transfer has no speed yet; its row says that it waits for its turn.
 QString SpeedTextOf(const TanslateInfo& info, double dSpeed)
 {
-    return info.state == TanslateInfo::StateWaiting ? QStringLiteral("等待中") : SpeedText(dSpeed);
+    return info.state == TanslateInfo::StateWaiting ? TransList::tr("等待中") : SpeedText(dSpeed);
 }
 
 QString TimeLeftText(qint64 iSeconds)
@@ -115,8 +115,7 @@ void TransList::SetUpTable()
     // Wrapped text is elided only at its last line, which would defeat the middle elision of paths.
     view->setWordWrap(false);
     m_pModel->setColumnCount(ColumnCount);
-    const QStringList headers = {QStringLiteral("文件"), QStringLiteral("进度"), QStringLiteral("Varnok路径"),
-                                 QStringLiteral("时间")};
+    const QStringList headers = {tr("文件"), tr("进度"), tr("Varnok路径"), tr("时间")};
     for (int column = 0; column < ColumnCount; ++column)
         m_pModel->setHorizontalHeaderItem(column, new QStandardItem(headers.at(column)));
     m_pModel->horizontalHeaderItem(ColumnTime)->setTextAlignment(CentredAlignment);

@@ -73,12 +73,12 @@ void TransProgressPainter::Paint(QPainter* painter, const QRect& cell, const Tan
         break;
     case TanslateInfo::StateFailed:
         painter->setPen(FailedColor);
-        painter->drawText(StateTextRect(cell), Qt::AlignCenter, QStringLiteral("传输失败"));
+        painter->drawText(StateTextRect(cell), Qt::AlignCenter, tr("传输失败"));
         m_iconRestart.paint(painter, RestartIconRect(cell), Qt::AlignRight | Qt::AlignVCenter);
         break;
     case TanslateInfo::StateSucceeded:
         painter->setPen(SucceededColor);
-        painter->drawText(StateTextRect(cell), Qt::AlignCenter, QStringLiteral("传输成功"));
+        painter->drawText(StateTextRect(cell), Qt::AlignCenter, tr("传输成功"));
         break;
     default:
         break;

@@ -2,6 +2,7 @@
 
 #include "TanslateInfo.h"
 
+#include <QCoreApplication>
 #include <QFont>
 #include <QIcon>
 #include <QRect>
@@ -13,6 +14,8 @@ class QPainter;
 // so the drawing can be checked in an image.
 class TransProgressPainter final
 {
+    Q_DECLARE_TR_FUNCTIONS(TransProgressPainter)
+
 public:
     TransProgressPainter();
 

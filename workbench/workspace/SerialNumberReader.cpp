@@ -60,18 +60,17 @@ void SerialNumberReader::OnReadyRead()
         const bool cutShort = parseError.error != QJsonParseError::NoError && parseError.offset >= reply.size();
         if (reply.startsWith('{') && cutShort && reply.size() < 64 * 1024)
             return;
-        Settle(false, QString(), QStringLiteral("获取机床序列号失败"));
+        Settle(false, QString(), tr("获取机床序列号失败"));
         return;
     }
     const QJsonObject object = document.object();
     if (object.value(QStringLiteral("errorCode")).toInt(0) != 0) {
-        Settle(false, QString(),
-               QStringLiteral("获取机床序列号失败：%1").arg(object.value(QStringLiteral("msg")).toString()));
+        Settle(false, QString(), tr("获取机床序列号失败：%1").arg(object.value(QStringLiteral("msg")).toString()));
         return;
     }
     const QString sn = object.value(QStringLiteral("data")).toString();
     if (sn.isEmpty()) {
-        Settle(false, QString(), QStringLiteral("获取机床序列号失败：序列号为空"));
+        Settle(false, QString(), tr("获取机床序列号失败：序列号为空"));
         return;
     }
     CDebugLog::AddLog(QStringLiteral("获取SN成功"));
@@ -85,7 +84,7 @@ void SerialNumberReader::OnError()
     if (m_pTimer)
         m_pTimer->stop();
     CDebugLog::AddLog(QStringLiteral("获取SN - TCP连接错误：%1").arg(m_pSocket->errorString()));
-    Settle(false, QString(), QStringLiteral("获取机床序列号失败：网络连接错误"));
+    Settle(false, QString(), tr("获取机床序列号失败：网络连接错误"));
 }
 
 void SerialNumberReader::OnTimeout()
@@ -93,7 +92,7 @@ void SerialNumberReader::OnTimeout()
     if (!m_pSocket)
         return;
     CDebugLog::AddLog(QStringLiteral("获取SN - TCP连接超时"));
-    Settle(false, QString(), QStringLiteral("获取机床序列号失败：连接超时"));
+    Settle(false, QString(), tr("获取机床序列号失败：连接超时"));
 }
 
 void SerialNumberReader::Settle(bool ok, const QString& sn, const QString& errorText)

@@ -14,12 +14,12 @@
 #include "MachineConnection.h"
 #include "TransferOrchestrator.h"
 #include "WorkbenchLog.h"
+#include "device/DeviceBindDialog.h"
+#include "device/DeviceUnbindDialog.h"
 #include "filepanel/FileManager.h"
 #include "filepanel/FileSelectPanel.h"
 #include "machinestatus/MachineStatusProgramPanel.h"
 #include "machinestatus/MachineStatusWidget.h"
-#include "device/DeviceBindDialog.h"
-#include "device/DeviceUnbindDialog.h"
 #include "toolpage/ToolPage.h"
 #include "transfer/TransList.h"
 #include "transfer/TransManager.h"
@@ -36,7 +36,10 @@
 
 namespace {
 const QString MinSystemVersion = QStringLiteral("1.4.7");
-const QString NoticeTitle = QStringLiteral("提示");
+QString NoticeTitle()
+{
+    return Workspace::tr("提示");
+}
 // Where the file page keeps its splitter sizes and the local panel's folder.
 constexpr char FilePageSizesKey[] = "FilePage/SplitterSizes";
 constexpr char LocalFolderKey[] = "FilePage/LocalFolder";
@@ -368,7 +371,7 @@ void Workspace::SlotGetMachineInfoFinished(bool bSuccess, StructMachineSystemInf
     const QString text = tr("当前机床系统版本为 %1，低于最低要求版本 %2，部分功能可能会受到影响，请升级机床系统版本！")
                              .arg(systemInfo.SysVer, MinSystemVersion);
     QTimer::singleShot(0, this, [this, text]() {
-        const auto answer = CVarnokMessageBox::ShowWindowWithCheckBox(this, 1, MsgIconWarning, NoticeTitle, text,
+        const auto answer = CVarnokMessageBox::ShowWindowWithCheckBox(this, 1, MsgIconWarning, NoticeTitle(), text,
                                                                       tr("不再提醒"), false, {});
         if (answer.second) {
             CamBaseTextHelper::instance()->SetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal,
@@ -476,7 +479,7 @@ void Workspace::SlotAppendLog(QString text, QColor color)
 void Workspace::ShowNotice(int icon, const QString& text)
 {
     QTimer::singleShot(0, this, [this, icon, text]() {
-        CVarnokMessageBox::ShowWindow(this, 1, static_cast<EnumMsgIcon>(icon), NoticeTitle, text, {});
+        CVarnokMessageBox::ShowWindow(this, 1, static_cast<EnumMsgIcon>(icon), NoticeTitle(), text, {});
     });
 }
 

@@ -81,24 +81,46 @@ private Q_SLOTS:
     {
         HostOptions options;
         QString error;
-        QVERIFY(options.Parse({"korv", "--plugin-dir", "/p", "--screenshot", "s.png", "--screenshot-delay", "5"}, error));
+        QVERIFY(
+            options.Parse({"korv", "--plugin-dir", "/p", "--screenshot", "s.png", "--screenshot-delay", "5"}, error));
         QCOMPARE(options.ResolvePluginDir(QStringLiteral("/app")), QStringLiteral("/p"));
         QCOMPARE(options.iScreenshotDelayMs, 5);
         QVERIFY(!HostOptions().Parse({"korv", "--screenshot-delay", "soon"}, error));
         QVERIFY(!HostOptions().Parse({"korv", "--bogus"}, error));
         QVERIFY(error.contains(QStringLiteral("--bogus")));
         QVERIFY(!HostOptions().Parse({"korv", "--plugin-dir"}, error));
+        QVERIFY(!HostOptions().Parse({"korv", "--lang", "de"}, error));
+        HostOptions english;
+        QVERIFY(english.Parse({"korv", "--lang", "en", "--version"}, error));
+        QCOMPARE(english.strLanguage, QStringLiteral("en"));
+        QVERIFY(english.bVersion && english.WithoutWindow());
+    }
+
+    void listPluginsPrintsOneLineEachAndSurvivesBrokenOnes_data()
+    {
+        QTest::addColumn<QString>("language");
+        QTest::addColumn<QString>("displayName");
+        QTest::newRow("chinese") << "zh" << QStringLiteral("文件");
+        QTest::newRow("english") << "en" << QStringLiteral("Files");
     }
 
     void listPluginsPrintsOneLineEachAndSurvivesBrokenOnes()
     {
+        QFETCH(QString, language);
+        QFETCH(QString, displayName);
         QProcess korv;
-        korv.start(QStringLiteral(KORV_EXE), {"--list-plugins", "--plugin-dir", m_pluginDir.path()});
+        // No display needed: the listing opens no window.
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.remove(QStringLiteral("QT_QPA_PLATFORM"));
+        env.remove(QStringLiteral("DISPLAY"));
+        korv.setProcessEnvironment(env);
+        korv.start(QStringLiteral(KORV_EXE),
+                   {"--lang", language, "--list-plugins", "--plugin-dir", m_pluginDir.path()});
         QVERIFY(korv.waitForFinished(30000));
         QCOMPARE(korv.exitStatus(), QProcess::NormalExit);
         QCOMPARE(korv.exitCode(), 0);
         const QString out = QString::fromUtf8(korv.readAllStandardOutput());
-        QCOMPARE(out, QStringLiteral("CamPluginFile\t1.0.0\t文件\t5\n"));
+        QCOMPARE(out, QStringLiteral("CamPluginFile\t1.0.0\t%1\t5\n").arg(displayName));
         const QString err = QString::fromUtf8(korv.readAllStandardError());
         QVERIFY2(err.contains(QStringLiteral("skipped plug-in")) && err.contains(QStringLiteral("libnoentry.so")),
                  qPrintable(err));

@@ -75,7 +75,8 @@ qint64 TestHostSilentConnect::RunKorv(int delayMs)
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
     env.insert(QStringLiteral("KORV_CONFIG_DIR"), m_config->path());
     korv.setProcessEnvironment(env);
-    korv.start(QStringLiteral(KORV_EXE), {"--screenshot", shot, "--screenshot-delay", QString::number(delayMs)});
+    korv.start(QStringLiteral(KORV_EXE),
+               {"--lang", "zh", "--screenshot", shot, "--screenshot-delay", QString::number(delayMs)});
     // The screenshot is written just before the window closes.
     QElapsedTimer closing;
     while (!QFile::exists(shot) && korv.state() != QProcess::NotRunning)

@@ -1,0 +1,1176 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="en" sourcelanguage="zh_CN">
+<context>
+    <name>AccountRequest</name>
+    <message>
+        <source>无法连接账号服务，请检查网络后重试</source>
+        <translation>Cannot reach the account service. Check the network and try again.</translation>
+    </message>
+    <message>
+        <source>请求失败（错误码 %1）</source>
+        <translation>Request failed (error code %1)</translation>
+    </message>
+</context>
+<context>
+    <name>CSelectMachineBox</name>
+    <message>
+        <source>连接机床</source>
+        <translation>Connect to a machine</translation>
+    </message>
+    <message>
+        <source>局域网内的机床</source>
+        <translation>Machines on the local network</translation>
+    </message>
+    <message>
+        <source>连接</source>
+        <translation>Connect</translation>
+    </message>
+    <message>
+        <source>手动输入机床IP地址，如 192.168.1.100</source>
+        <translation>Enter the machine&apos;s IP address, e.g. 192.168.1.100</translation>
+    </message>
+    <message>
+        <source>正在搜索机床...</source>
+        <translation>Searching for machines...</translation>
+    </message>
+    <message>
+        <source>未知序列号</source>
+        <translation>Unknown serial number</translation>
+    </message>
+    <message>
+        <source>在线</source>
+        <translation>Online</translation>
+    </message>
+    <message>
+        <source>离线</source>
+        <translation>Offline</translation>
+    </message>
+    <message>
+        <source>IP地址格式不正确，请重新输入</source>
+        <translation>The IP address is not valid. Please enter it again.</translation>
+    </message>
+    <message>
+        <source>请选择机床或输入机床IP地址</source>
+        <translation>Select a machine or enter its IP address</translation>
+    </message>
+    <message>
+        <source>正在连接机床，请稍候...</source>
+        <translation>Connecting to the machine, please wait...</translation>
+    </message>
+    <message>
+        <source>连接失败，请检查网络连接和机床IP地址</source>
+        <translation>Connection failed. Check the network and the machine&apos;s IP address.</translation>
+    </message>
+</context>
+<context>
+    <name>CVarnokMessageBox</name>
+    <message>
+        <source>确定</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>取消</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>是</source>
+        <translation>Yes</translation>
+    </message>
+    <message>
+        <source>否</source>
+        <translation>No</translation>
+    </message>
+    <message>
+        <source>忽略</source>
+        <translation>Ignore</translation>
+    </message>
+</context>
+<context>
+    <name>CVarnokSelectBox</name>
+    <message>
+        <source>刷新</source>
+        <translation>Refresh</translation>
+    </message>
+    <message>
+        <source>取消</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>确定</source>
+        <translation>OK</translation>
+    </message>
+</context>
+<context>
+    <name>CamPlugin::CamPluginFile</name>
+    <message>
+        <source>File Management Workbench Plugin</source>
+        <translation>File Management Workbench Plugin</translation>
+    </message>
+    <message>
+        <source>文件</source>
+        <translation>Files</translation>
+    </message>
+    <message>
+        <source>文件：管理本地与机床上的文件，上传、下载程序并查看机床状态</source>
+        <translation>Files: manage the files on this computer and on the machine, upload and download programs, and view the machine status</translation>
+    </message>
+</context>
+<context>
+    <name>DeviceBindDialog</name>
+    <message>
+        <source>绑定设备</source>
+        <translation>Bind device</translation>
+    </message>
+    <message>
+        <source>绑定</source>
+        <translation>Bind</translation>
+    </message>
+    <message>
+        <source>设备绑定成功</source>
+        <translation>Device bound</translation>
+    </message>
+    <message>
+        <source>设备绑定失败</source>
+        <translation>Binding the device failed</translation>
+    </message>
+</context>
+<context>
+    <name>DeviceUnbindDialog</name>
+    <message>
+        <source>解绑设备</source>
+        <translation>Unbind device</translation>
+    </message>
+    <message>
+        <source>解绑</source>
+        <translation>Unbind</translation>
+    </message>
+    <message>
+        <source>设备解绑成功</source>
+        <translation>Device unbound</translation>
+    </message>
+    <message>
+        <source>设备解绑失败</source>
+        <translation>Unbinding the device failed</translation>
+    </message>
+</context>
+<context>
+    <name>DeviceVerifyDialog</name>
+    <message>
+        <source>设备序列号：%1</source>
+        <translation>Device serial number: %1</translation>
+    </message>
+    <message>
+        <source>请输入手机号码</source>
+        <translation>Enter your mobile number</translation>
+    </message>
+    <message>
+        <source>手机号码</source>
+        <translation>Mobile number</translation>
+    </message>
+    <message>
+        <source>请输入短信验证码</source>
+        <translation>Enter the SMS code</translation>
+    </message>
+    <message>
+        <source>获取验证码</source>
+        <translation>Get code</translation>
+    </message>
+    <message>
+        <source>验证码</source>
+        <translation>Code</translation>
+    </message>
+    <message>
+        <source>取消</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>请输入正确的手机号码</source>
+        <translation>Please enter a valid mobile number</translation>
+    </message>
+    <message>
+        <source>请先获取短信验证码</source>
+        <translation>Please get an SMS code first</translation>
+    </message>
+    <message>
+        <source>正在请求，请稍候...</source>
+        <translation>Sending the request, please wait...</translation>
+    </message>
+    <message>
+        <source>获取短信验证码失败：%1</source>
+        <translation>Could not get an SMS code: %1</translation>
+    </message>
+    <message>
+        <source>验证码已发送，请查看手机短信</source>
+        <translation>The code has been sent. Please check your text messages.</translation>
+    </message>
+    <message>
+        <source>短信验证码已发送至 %1</source>
+        <translation>SMS code sent to %1</translation>
+    </message>
+    <message>
+        <source>%1：%2，SN: %3</source>
+        <translation>%1: %2, SN: %3</translation>
+    </message>
+    <message>
+        <source>%1，SN: %2，手机号码: %3</source>
+        <translation>%1, SN: %2, mobile number: %3</translation>
+    </message>
+    <message>
+        <source>%1秒后重新获取</source>
+        <translation>Resend in %1 s</translation>
+    </message>
+    <message>
+        <source>完成</source>
+        <translation>Done</translation>
+    </message>
+    <message>
+        <source>中国大陆</source>
+        <translation>Mainland China</translation>
+    </message>
+    <message>
+        <source>中国香港</source>
+        <translation>Hong Kong, China</translation>
+    </message>
+    <message>
+        <source>中国澳门</source>
+        <translation>Macao, China</translation>
+    </message>
+    <message>
+        <source>中国台湾</source>
+        <translation>Taiwan, China</translation>
+    </message>
+    <message>
+        <source>美国/加拿大</source>
+        <translation>USA/Canada</translation>
+    </message>
+    <message>
+        <source>英国</source>
+        <translation>United Kingdom</translation>
+    </message>
+    <message>
+        <source>德国</source>
+        <translation>Germany</translation>
+    </message>
+    <message>
+        <source>日本</source>
+        <translation>Japan</translation>
+    </message>
+</context>
+<context>
+    <name>FileManager</name>
+    <message>
+        <source>上传至机床</source>
+        <translation>Upload to machine</translation>
+    </message>
+    <message>
+        <source>从机床下载</source>
+        <translation>Download from machine</translation>
+    </message>
+    <message>
+        <source>提示</source>
+        <translation>Notice</translation>
+    </message>
+    <message>
+        <source>文件类型不符合要求：%1</source>
+        <translation>This file type cannot be used: %1</translation>
+    </message>
+    <message>
+        <source>目标路径已包含同名文件：%1，是否覆盖？</source>
+        <translation>The destination already has a file named %1. Overwrite it?</translation>
+    </message>
+</context>
+<context>
+    <name>FileSelectPanel</name>
+    <message>
+        <source>本地文件</source>
+        <translation>Local files</translation>
+    </message>
+    <message>
+        <source>只显示机床可用的文件类型</source>
+        <translation>Show only the file types the machine can use</translation>
+    </message>
+    <message>
+        <source>一键过滤</source>
+        <translation>Filter</translation>
+    </message>
+    <message>
+        <source>后退</source>
+        <translation>Back</translation>
+    </message>
+    <message>
+        <source>前进</source>
+        <translation>Forward</translation>
+    </message>
+    <message>
+        <source>上一级</source>
+        <translation>Up</translation>
+    </message>
+    <message>
+        <source>我的电脑</source>
+        <translation>Computer</translation>
+    </message>
+    <message>
+        <source>&gt;</source>
+        <translation>&gt;</translation>
+    </message>
+    <message>
+        <source>刷新</source>
+        <translation>Refresh</translation>
+    </message>
+    <message>
+        <source>文件夹</source>
+        <translation>Folder</translation>
+    </message>
+    <message>
+        <source>加载中...</source>
+        <translation>Loading...</translation>
+    </message>
+    <message>
+        <source>名称</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>修改时间</source>
+        <translation>Modified</translation>
+    </message>
+    <message>
+        <source>格式</source>
+        <translation>Type</translation>
+    </message>
+    <message>
+        <source>大小</source>
+        <translation>Size</translation>
+    </message>
+    <message>
+        <source>新建文件</source>
+        <translation>New file</translation>
+    </message>
+    <message>
+        <source>新建文件夹</source>
+        <translation>New folder</translation>
+    </message>
+    <message>
+        <source>删除</source>
+        <translation>Delete</translation>
+    </message>
+    <message>
+        <source>重命名</source>
+        <translation>Rename</translation>
+    </message>
+    <message>
+        <source>打开</source>
+        <translation>Open</translation>
+    </message>
+    <message>
+        <source>复制</source>
+        <translation>Copy</translation>
+    </message>
+    <message>
+        <source>剪切</source>
+        <translation>Cut</translation>
+    </message>
+    <message>
+        <source>粘贴</source>
+        <translation>Paste</translation>
+    </message>
+    <message>
+        <source>提示</source>
+        <translation>Notice</translation>
+    </message>
+    <message>
+        <source>当前FTP正在进行文件传输，无法访问机器文件！</source>
+        <translation>A file transfer is running; the machine&apos;s files cannot be opened now.</translation>
+    </message>
+    <message>
+        <source>桌面</source>
+        <translation>Desktop</translation>
+    </message>
+    <message>
+        <source>下载</source>
+        <translation>Downloads</translation>
+    </message>
+    <message>
+        <source>文档</source>
+        <translation>Documents</translation>
+    </message>
+    <message>
+        <source>获取机床文件列表失败！</source>
+        <translation>Could not list the machine&apos;s files.</translation>
+    </message>
+    <message>
+        <source>目录不存在或无权限访问。</source>
+        <translation>The folder does not exist or cannot be accessed.</translation>
+    </message>
+    <message>
+        <source>没有权限访问该目录。</source>
+        <translation>You have no permission to open this folder.</translation>
+    </message>
+    <message>
+        <source>文件不存在或无权限访问。</source>
+        <translation>The file does not exist or cannot be accessed.</translation>
+    </message>
+    <message>
+        <source>所选路径不是文件。</source>
+        <translation>The selected path is not a file.</translation>
+    </message>
+    <message>
+        <source>没有权限读取该文件。</source>
+        <translation>You have no permission to read this file.</translation>
+    </message>
+    <message>
+        <source>无法打开文件，请检查文件关联程序。</source>
+        <translation>Cannot open the file. Check which program opens this type of file.</translation>
+    </message>
+    <message>
+        <source>路径不能为空</source>
+        <translation>The path must not be empty</translation>
+    </message>
+    <message>
+        <source>路径不存在: %1</source>
+        <translation>Path not found: %1</translation>
+    </message>
+    <message>
+        <source>找不到路径&quot;%1&quot;,请检查拼写并重试。</source>
+        <translation>Cannot find &quot;%1&quot;. Check the spelling and try again.</translation>
+    </message>
+    <message>
+        <source>可移动磁盘</source>
+        <translation>Removable disk</translation>
+    </message>
+    <message>
+        <source>网络驱动器</source>
+        <translation>Network drive</translation>
+    </message>
+    <message>
+        <source>光盘驱动器</source>
+        <translation>CD drive</translation>
+    </message>
+    <message>
+        <source>本地磁盘</source>
+        <translation>Local disk</translation>
+    </message>
+</context>
+<context>
+    <name>FileTreeView</name>
+    <message>
+        <source>快捷方式</source>
+        <translation>Quick access</translation>
+    </message>
+</context>
+<context>
+    <name>HostWindow</name>
+    <message>
+        <source>Korv CAM</source>
+        <translation>Korv CAM</translation>
+    </message>
+</context>
+<context>
+    <name>MachineCommandSender</name>
+    <message>
+        <source>启动</source>
+        <translation>Start</translation>
+    </message>
+    <message>
+        <source>停止</source>
+        <translation>Stop</translation>
+    </message>
+    <message>
+        <source>复位</source>
+        <translation>Reset</translation>
+    </message>
+    <message>
+        <source>设为加工程序</source>
+        <translation>Set as program</translation>
+    </message>
+    <message>
+        <source>%1命令未发送：当前未与机床进行连接！</source>
+        <translation>%1 was not sent: no machine is connected.</translation>
+    </message>
+    <message>
+        <source>启动命令未发送：机床未加载加工程序</source>
+        <translation>Start was not sent: the machine has no program loaded</translation>
+    </message>
+    <message>
+        <source>启动命令未发送：机床不在等待状态</source>
+        <translation>Start was not sent: the machine is not waiting</translation>
+    </message>
+    <message>
+        <source>确定启动加工程序 &quot;%1&quot; 吗？</source>
+        <translation>Start the program &quot;%1&quot;?</translation>
+    </message>
+    <message>
+        <source>确定复位机床吗？复位将清除报警并使程序回到第一行。</source>
+        <translation>Reset the machine? This clears the alarms and moves the program back to its first line.</translation>
+    </message>
+    <message>
+        <source>提示</source>
+        <translation>Notice</translation>
+    </message>
+    <message>
+        <source>%1命令发送失败：与机床的连接不可用</source>
+        <translation>%1 could not be sent: the connection to the machine is not available</translation>
+    </message>
+    <message>
+        <source>%1命令已执行</source>
+        <translation>%1 done</translation>
+    </message>
+    <message>
+        <source>%1命令失败：%2</source>
+        <translation>%1 failed: %2</translation>
+    </message>
+    <message>
+        <source>机床无应答</source>
+        <translation>The machine did not answer</translation>
+    </message>
+</context>
+<context>
+    <name>MachineConnection</name>
+    <message>
+        <source>正在连接机床，请稍候...</source>
+        <translation>Connecting to the machine, please wait...</translation>
+    </message>
+    <message>
+        <source>连接机床失败，IP: %1</source>
+        <translation>Could not connect to the machine, IP: %1</translation>
+    </message>
+    <message>
+        <source>连接机床失败，请检查网络连接和机床IP地址！</source>
+        <translation>Could not connect to the machine. Check the network and the machine&apos;s IP address.</translation>
+    </message>
+    <message>
+        <source>机床连接成功，IP: %1, SN: %2</source>
+        <translation>Machine connected, IP: %1, SN: %2</translation>
+    </message>
+    <message>
+        <source>机床系统版本: 当前版本 %1  最低要求版本 %2</source>
+        <translation>Machine system version: %1, required at least %2</translation>
+    </message>
+    <message>
+        <source>机床重连成功，IP: %1, SN: %2</source>
+        <translation>Machine reconnected, IP: %1, SN: %2</translation>
+    </message>
+    <message>
+        <source>机床连接失败，重新连接中，次数：%1</source>
+        <translation>Machine connection lost, reconnecting, attempt %1</translation>
+    </message>
+    <message>
+        <source>超过最大重连次数，机床已断开连接</source>
+        <translation>Too many failed attempts; the machine is disconnected</translation>
+    </message>
+    <message>
+        <source>机床切换为Type-C连接，IP: %1, SN: %2</source>
+        <translation>Machine switched to its USB-C connection, IP: %1, SN: %2</translation>
+    </message>
+    <message>
+        <source>实时数据刷新间隔“%1”无效，已改为%2毫秒</source>
+        <translation>Real-time refresh interval &quot;%1&quot; is not valid; using %2 ms</translation>
+    </message>
+</context>
+<context>
+    <name>MachineStatusFileActionWidget</name>
+    <message>
+        <source>重命名</source>
+        <translation>Rename</translation>
+    </message>
+    <message>
+        <source>删除</source>
+        <translation>Delete</translation>
+    </message>
+    <message>
+        <source>设为加工程序</source>
+        <translation>Set as program</translation>
+    </message>
+</context>
+<context>
+    <name>MachineStatusFtpManager</name>
+    <message>
+        <source>删除</source>
+        <translation>Delete</translation>
+    </message>
+    <message>
+        <source>正在删除，请稍候</source>
+        <translation>Deleting, please wait</translation>
+    </message>
+</context>
+<context>
+    <name>MachineStatusProgramPanel</name>
+    <message>
+        <source>当前程序</source>
+        <translation>Current program</translation>
+    </message>
+    <message>
+        <source>文件列表</source>
+        <translation>Files</translation>
+    </message>
+    <message>
+        <source>程序</source>
+        <translation>Programs</translation>
+    </message>
+    <message>
+        <source>已用</source>
+        <translation>Used</translation>
+    </message>
+    <message>
+        <source>剩余</source>
+        <translation>Free</translation>
+    </message>
+    <message>
+        <source>文件名称</source>
+        <translation>File name</translation>
+    </message>
+    <message>
+        <source>修改日期</source>
+        <translation>Modified</translation>
+    </message>
+    <message>
+        <source>操作</source>
+        <translation>Actions</translation>
+    </message>
+    <message>
+        <source>加载中</source>
+        <translation>Loading</translation>
+    </message>
+    <message>
+        <source>获取机床文件列表失败，请检查机床连接后重试！</source>
+        <translation>Could not list the machine&apos;s files. Check the connection and try again.</translation>
+    </message>
+    <message>
+        <source>无文件</source>
+        <translation>No files</translation>
+    </message>
+    <message>
+        <source>同级目录下已存在相同名称的条目！</source>
+        <translation>An item with this name already exists in this folder.</translation>
+    </message>
+    <message>
+        <source>重命名失败，请稍后重试！</source>
+        <translation>Renaming failed. Please try again later.</translation>
+    </message>
+    <message>
+        <source>确定删除文件夹 &quot;%1&quot; 及其全部内容吗？</source>
+        <translation>Delete the folder &quot;%1&quot; and everything in it?</translation>
+    </message>
+    <message>
+        <source>确定删除文件 &quot;%1&quot; 吗？</source>
+        <translation>Delete the file &quot;%1&quot;?</translation>
+    </message>
+    <message>
+        <source>删除失败，请稍后重试！</source>
+        <translation>Deleting failed. Please try again later.</translation>
+    </message>
+    <message>
+        <source>机床无法运行此类型的文件：%1</source>
+        <translation>The machine cannot run this type of file: %1</translation>
+    </message>
+    <message>
+        <source>提示</source>
+        <translation>Notice</translation>
+    </message>
+    <message>
+        <source>加载中...</source>
+        <translation>Loading...</translation>
+    </message>
+</context>
+<context>
+    <name>MachineStatusWidget</name>
+    <message>
+        <source>设备未连接</source>
+        <translation>No machine connected</translation>
+    </message>
+    <message>
+        <source>启动</source>
+        <translation>Start</translation>
+    </message>
+    <message>
+        <source>停止</source>
+        <translation>Stop</translation>
+    </message>
+    <message>
+        <source>复位</source>
+        <translation>Reset</translation>
+    </message>
+    <message>
+        <source>运行时长：</source>
+        <translation>Run time:</translation>
+    </message>
+    <message>
+        <source>0分00秒</source>
+        <translation>0 min 00 s</translation>
+    </message>
+    <message>
+        <source>离线</source>
+        <translation>Offline</translation>
+    </message>
+    <message>
+        <source>进给 / 主轴</source>
+        <translation>Feed / Spindle</translation>
+    </message>
+    <message>
+        <source>主轴温度</source>
+        <translation>Spindle temp.</translation>
+    </message>
+    <message>
+        <source>------- °C</source>
+        <translation>------- °C</translation>
+    </message>
+    <message>
+        <source>进给速度</source>
+        <translation>Feed rate</translation>
+    </message>
+    <message>
+        <source>0.00</source>
+        <translation>0.00</translation>
+    </message>
+    <message>
+        <source>主轴转速</source>
+        <translation>Spindle speed</translation>
+    </message>
+    <message>
+        <source>坐标</source>
+        <translation>Position</translation>
+    </message>
+    <message>
+        <source>机械坐标</source>
+        <translation>Machine</translation>
+    </message>
+    <message>
+        <source>工件坐标</source>
+        <translation>Work</translation>
+    </message>
+    <message>
+        <source>轴</source>
+        <translation>Axis</translation>
+    </message>
+    <message>
+        <source>位置</source>
+        <translation>Position</translation>
+    </message>
+    <message>
+        <source>剩余距离</source>
+        <translation>To go</translation>
+    </message>
+    <message>
+        <source>单位</source>
+        <translation>Unit</translation>
+    </message>
+    <message>
+        <source>负载</source>
+        <translation>Load</translation>
+    </message>
+    <message>
+        <source>主轴</source>
+        <translation>Spindle</translation>
+    </message>
+    <message>
+        <source>0.0%</source>
+        <translation>0.0%</translation>
+    </message>
+    <message>
+        <source>X</source>
+        <translation>X</translation>
+    </message>
+    <message>
+        <source>Y</source>
+        <translation>Y</translation>
+    </message>
+    <message>
+        <source>Z</source>
+        <translation>Z</translation>
+    </message>
+    <message>
+        <source>A</source>
+        <translation>A</translation>
+    </message>
+    <message>
+        <source>C</source>
+        <translation>C</translation>
+    </message>
+    <message>
+        <source>当前刀具</source>
+        <translation>Current tool</translation>
+    </message>
+    <message>
+        <source>#--</source>
+        <translation>#--</translation>
+    </message>
+    <message>
+        <source>----</source>
+        <translation>----</translation>
+    </message>
+    <message>
+        <source>直径</source>
+        <translation>Diameter</translation>
+    </message>
+    <message>
+        <source>0.0</source>
+        <translation>0.0</translation>
+    </message>
+    <message>
+        <source>mm</source>
+        <translation>mm</translation>
+    </message>
+    <message>
+        <source>长度补偿</source>
+        <translation>Length offset</translation>
+    </message>
+    <message>
+        <source>0.0000</source>
+        <translation>0.0000</translation>
+    </message>
+    <message>
+        <source>半径补偿</source>
+        <translation>Radius offset</translation>
+    </message>
+    <message>
+        <source>运行中</source>
+        <translation>Running</translation>
+    </message>
+    <message>
+        <source>异常</source>
+        <translation>Fault</translation>
+    </message>
+    <message>
+        <source>等待</source>
+        <translation>Waiting</translation>
+    </message>
+    <message>
+        <source>禁止</source>
+        <translation>Disabled</translation>
+    </message>
+    <message>
+        <source>%1分%2秒</source>
+        <translation>%1 min %2 s</translation>
+    </message>
+    <message>
+        <source>%1时%2分%3秒</source>
+        <translation>%1 h %2 min %3 s</translation>
+    </message>
+    <message>
+        <source>数据已过期 %1</source>
+        <translation>Data out of date %1</translation>
+    </message>
+    <message>
+        <source>自 %1 起未收到机床数据</source>
+        <translation>No data from the machine since %1</translation>
+    </message>
+    <message>
+        <source>机床异常，请检查机床</source>
+        <translation>Machine fault, please check the machine</translation>
+    </message>
+    <message>
+        <source>报警：%1</source>
+        <translation>Alarm: %1</translation>
+    </message>
+</context>
+<context>
+    <name>PanelManager</name>
+    <message>
+        <source>PanelManager</source>
+        <translation>PanelManager</translation>
+    </message>
+</context>
+<context>
+    <name>ScenePainter</name>
+    <message>
+        <source>右</source>
+        <translation>R</translation>
+    </message>
+    <message>
+        <source>左</source>
+        <translation>L</translation>
+    </message>
+    <message>
+        <source>后</source>
+        <translation>B</translation>
+    </message>
+    <message>
+        <source>前</source>
+        <translation>F</translation>
+    </message>
+    <message>
+        <source>上</source>
+        <translation>T</translation>
+    </message>
+    <message>
+        <source>下</source>
+        <translation>D</translation>
+    </message>
+</context>
+<context>
+    <name>SerialNumberReader</name>
+    <message>
+        <source>获取机床序列号失败</source>
+        <translation>Could not read the machine&apos;s serial number</translation>
+    </message>
+    <message>
+        <source>获取机床序列号失败：%1</source>
+        <translation>Could not read the machine&apos;s serial number: %1</translation>
+    </message>
+    <message>
+        <source>获取机床序列号失败：序列号为空</source>
+        <translation>Could not read the machine&apos;s serial number: it is empty</translation>
+    </message>
+    <message>
+        <source>获取机床序列号失败：网络连接错误</source>
+        <translation>Could not read the machine&apos;s serial number: network error</translation>
+    </message>
+    <message>
+        <source>获取机床序列号失败：连接超时</source>
+        <translation>Could not read the machine&apos;s serial number: timed out</translation>
+    </message>
+</context>
+<context>
+    <name>ToolPage</name>
+    <message>
+        <source>功能</source>
+        <translation>Functions</translation>
+    </message>
+    <message>
+        <source>连接</source>
+        <translation>Connection</translation>
+    </message>
+    <message>
+        <source>新建连接</source>
+        <translation>New connection</translation>
+    </message>
+    <message>
+        <source>断开连接</source>
+        <translation>Disconnect</translation>
+    </message>
+    <message>
+        <source>信息</source>
+        <translation>Info</translation>
+    </message>
+    <message>
+        <source>绑定设备</source>
+        <translation>Bind device</translation>
+    </message>
+    <message>
+        <source>解绑设备</source>
+        <translation>Unbind device</translation>
+    </message>
+    <message>
+        <source>显示</source>
+        <translation>View</translation>
+    </message>
+    <message>
+        <source>设备状态</source>
+        <translation>Machine status</translation>
+    </message>
+    <message>
+        <source>文件传输</source>
+        <translation>Transfers</translation>
+    </message>
+</context>
+<context>
+    <name>TransInfo</name>
+    <message>
+        <source>TextLabel</source>
+        <translation>TextLabel</translation>
+    </message>
+    <message>
+        <source>信息</source>
+        <translation>Info</translation>
+    </message>
+    <message>
+        <source>清空日志</source>
+        <translation>Clear log</translation>
+    </message>
+</context>
+<context>
+    <name>TransList</name>
+    <message>
+        <source>传输列表</source>
+        <translation>Transfer list</translation>
+    </message>
+    <message>
+        <source>全部开始</source>
+        <translation>Start all</translation>
+    </message>
+    <message>
+        <source>全部暂停</source>
+        <translation>Pause all</translation>
+    </message>
+    <message>
+        <source>清空</source>
+        <translation>Clear</translation>
+    </message>
+    <message>
+        <source>等待中</source>
+        <translation>Waiting</translation>
+    </message>
+    <message>
+        <source>文件</source>
+        <translation>File</translation>
+    </message>
+    <message>
+        <source>进度</source>
+        <translation>Progress</translation>
+    </message>
+    <message>
+        <source>Varnok路径</source>
+        <translation>Varnok path</translation>
+    </message>
+    <message>
+        <source>时间</source>
+        <translation>Time</translation>
+    </message>
+</context>
+<context>
+    <name>TransProgressPainter</name>
+    <message>
+        <source>传输失败</source>
+        <translation>Failed</translation>
+    </message>
+    <message>
+        <source>传输成功</source>
+        <translation>Done</translation>
+    </message>
+</context>
+<context>
+    <name>TransferOrchestrator</name>
+    <message>
+        <source>当前未与机床进行连接！</source>
+        <translation>No machine is connected.</translation>
+    </message>
+    <message>
+        <source>当前选择上传的文件名称以&quot;.&quot;开头，请更改名称后重试！</source>
+        <translation>The file to upload has a name starting with &quot;.&quot;. Rename it and try again.</translation>
+    </message>
+    <message>
+        <source>机床正在运行程序%1，不能覆盖、删除或重命名：%2</source>
+        <translation>The machine is running %1; it cannot be overwritten, deleted or renamed: %2</translation>
+    </message>
+    <message>
+        <source>开始上传文件：%1</source>
+        <translation>Uploading: %1</translation>
+    </message>
+    <message>
+        <source>开始下载文件：%1</source>
+        <translation>Downloading: %1</translation>
+    </message>
+    <message>
+        <source>上传文件完成：%1</source>
+        <translation>Uploaded: %1</translation>
+    </message>
+    <message>
+        <source>上传文件失败：%1</source>
+        <translation>Upload failed: %1</translation>
+    </message>
+    <message>
+        <source>下载文件完成：%1</source>
+        <translation>Downloaded: %1</translation>
+    </message>
+    <message>
+        <source>下载文件失败：%1</source>
+        <translation>Download failed: %1</translation>
+    </message>
+    <message>
+        <source>删除文件夹</source>
+        <translation>Delete folder</translation>
+    </message>
+    <message>
+        <source>正在删除文件夹，请稍候</source>
+        <translation>Deleting the folder, please wait</translation>
+    </message>
+    <message>
+        <source>删除文件</source>
+        <translation>Delete file</translation>
+    </message>
+    <message>
+        <source>正在删除文件，请稍候</source>
+        <translation>Deleting the file, please wait</translation>
+    </message>
+    <message>
+        <source>删除</source>
+        <translation>Delete</translation>
+    </message>
+    <message>
+        <source>正在删除，请稍候</source>
+        <translation>Deleting, please wait</translation>
+    </message>
+</context>
+<context>
+    <name>VerificationImageWindow</name>
+    <message>
+        <source>安全验证</source>
+        <translation>Security check</translation>
+    </message>
+    <message>
+        <source>请输入下图中的字符</source>
+        <translation>Enter the characters shown in the picture</translation>
+    </message>
+    <message>
+        <source>换一张</source>
+        <translation>New picture</translation>
+    </message>
+    <message>
+        <source>输入验证码</source>
+        <translation>Enter the code</translation>
+    </message>
+    <message>
+        <source>取消</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>确定</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>获取验证码图片失败</source>
+        <translation>Could not get the picture</translation>
+    </message>
+    <message>
+        <source>正在获取验证码图片...</source>
+        <translation>Getting the picture...</translation>
+    </message>
+</context>
+<context>
+    <name>Workspace</name>
+    <message>
+        <source>文件传输</source>
+        <translation>Transfers</translation>
+    </message>
+    <message>
+        <source>传输日志</source>
+        <translation>Transfer log</translation>
+    </message>
+    <message>
+        <source>设备状态</source>
+        <translation>Machine status</translation>
+    </message>
+    <message>
+        <source>当前机床系统版本为 %1，低于最低要求版本 %2，部分功能可能会受到影响，请升级机床系统版本！</source>
+        <translation>The machine&apos;s system version is %1, older than the required %2. Some functions may not work; please update the machine&apos;s system.</translation>
+    </message>
+    <message>
+        <source>不再提醒</source>
+        <translation>Don&apos;t remind me again</translation>
+    </message>
+    <message>
+        <source>机床断开连接</source>
+        <translation>Machine disconnected</translation>
+    </message>
+    <message>
+        <source>与当前设备已断开连接，请检查网络！</source>
+        <translation>The machine is disconnected. Please check the network.</translation>
+    </message>
+    <message>
+        <source>与当前设备已断开连接！</source>
+        <translation>The machine is disconnected.</translation>
+    </message>
+    <message>
+        <source>正在查找上次连接的机床，SN: %1</source>
+        <translation>Looking for the last machine, SN: %1</translation>
+    </message>
+    <message>
+        <source>未找到上次连接的机床，SN: %1，请使用“新建连接”选择机床</source>
+        <translation>The last machine (SN: %1) was not found; use &quot;New connection&quot; to choose a machine</translation>
+    </message>
+    <message>
+        <source>提示</source>
+        <translation>Notice</translation>
+    </message>
+</context>
+</TS>
