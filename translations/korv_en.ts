@@ -605,7 +605,7 @@
     </message>
     <message>
         <source>程序</source>
-        <translation>Programs</translation>
+        <translation>Program</translation>
     </message>
     <message>
         <source>已用</source>

@@ -31,9 +31,10 @@ void CamBaseToolBitHelper::Reload()
         QMap<int, ToolBit> table;
         for (const QJsonValue& value : root.value(key).toArray()) {
             const QJsonObject entry = value.toObject();
-            table.insert(
-                entry.value(QStringLiteral("type")).toInt(),
-                {entry.value(QStringLiteral("name")).toString(), entry.value(QStringLiteral("image")).toString()});
+            const QString name = entry.value(QStringLiteral("name")).toString();
+            table.insert(entry.value(QStringLiteral("type")).toInt(),
+                         {name, entry.value(QStringLiteral("name_en")).toString(name),
+                          entry.value(QStringLiteral("image")).toString()});
         }
         return table;
     };
@@ -55,7 +56,8 @@ CamBaseToolBitHelper::ToolBit CamBaseToolBitHelper::Find(int type) const
 
 QString CamBaseToolBitHelper::GetToolNameByType(int type) const
 {
-    return Find(type).name;
+    const ToolBit tool = Find(type);
+    return CamBaseTextHelper::instance()->AppInChineseEnvironment() ? tool.name : tool.nameEnglish;
 }
 
 QString CamBaseToolBitHelper::GetToolManagementShowImageByType(int type) const

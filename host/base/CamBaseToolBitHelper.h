@@ -26,6 +26,7 @@ private:
     struct ToolBit
     {
         QString name;
+        QString nameEnglish; // "name_en" of the data file; the Chinese name when it has none
         QString image;
     };
 

@@ -5,6 +5,7 @@
 #include <CamBaseToolBitHelper.h>
 #include <FtpSettings.h>
 #include <KorvBaseGlobals.h>
+#include <KorvLanguage.h>
 #include <QJsonArray>
 #include <QSettings>
 #include <QTest>
@@ -111,6 +112,9 @@ void TestCamBaseHelpers::toolBitsFromDataFile()
     CamBaseToolBitHelper* tools = CamBaseToolBitHelper::instance();
     tools->Reload();
     QCOMPARE(tools->GetToolNameByType(2), QStringLiteral("球头刀"));
+    QVERIFY(KorvLanguage::Apply(QStringLiteral("en")));
+    QCOMPARE(tools->GetToolNameByType(2), QStringLiteral("Ball end mill"));
+    QVERIFY(KorvLanguage::Apply(QStringLiteral("zh")));
     QVERIFY(tools->GetToolManagementShowImageByType(2).isEmpty()); // no picture installed
     QVERIFY(tools->GetToolNameByType(999).isEmpty());
 
@@ -120,6 +124,9 @@ void TestCamBaseHelpers::toolBitsFromDataFile()
     const QString image = m_resources.CreateFile(QStringLiteral("ToolBit/ball.png"), "png");
     tools->Reload();
     QCOMPARE(tools->GetToolNameByType(2), QStringLiteral("Ball"));
+    QVERIFY(KorvLanguage::Apply(QStringLiteral("en"))); // no English name: the only one there is
+    QCOMPARE(tools->GetToolNameByType(2), QStringLiteral("Ball"));
+    QVERIFY(KorvLanguage::Apply(QStringLiteral("zh")));
     QCOMPARE(tools->GetToolManagementShowImageByType(2), image);
     tools->SetConnectMachineType(true);
     QCOMPARE(tools->GetToolNameByType(2), QStringLiteral("PB Ball"));

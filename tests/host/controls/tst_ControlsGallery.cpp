@@ -6,6 +6,7 @@
 #include "CToolBarItem.h"
 #include "CToolButton.h"
 #include "CVarnokMessageBox.h"
+#include "ScreenshotLanguage.h"
 #include "TestIcons.h"
 
 #include <QApplication>
@@ -49,6 +50,7 @@ private:
 
 void tst_ControlsGallery::initTestCase()
 {
+    KORV_APPLY_SCREENSHOT_LANGUAGE();
     const QString base = qEnvironmentVariable("KORV_BINARY_DIR", QDir::currentPath());
     m_dirOut = QDir(base + QStringLiteral("/gallery"));
     QVERIFY(m_dirOut.mkpath(QStringLiteral(".")));

@@ -1,11 +1,10 @@
 #include "DeviceBindingFixture.h"
 
-#include "WorkspaceLogProbe.h"
-
 #include "CamBaseTextHelper.h"
 #include "KorvBaseGlobals.h"
 #include "KorvPaths.h"
 #include "MachinePortMap.h"
+#include "WorkspaceLogProbe.h"
 #include "device/DeviceVerifyDialog.h"
 #include "device/VerificationImageWindow.h"
 #include "transfer/TransInfo.h"
@@ -22,8 +21,6 @@
 #include <QTest>
 
 namespace {
-const QString BusyText = QStringLiteral("正在请求，请稍候...");
-
 void SetSetting(const QString& key, const QVariant& value)
 {
     CamBaseTextHelper::instance()->SetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal, key, value, true);
@@ -138,7 +135,9 @@ QString DeviceBindingFixture::Confirm(DeviceVerifyDialog* dialog, const QString&
 
 QString DeviceBindingFixture::WaitForAnswer(DeviceVerifyDialog* dialog)
 {
-    if (!QTest::qWaitFor([dialog] { return dialog->StatusText() != BusyText; }, 10000))
+    // In the language the dialog speaks, so that screenshots may be taken in English.
+    const QString busy = QCoreApplication::translate("DeviceVerifyDialog", "正在请求，请稍候...");
+    if (!QTest::qWaitFor([dialog, &busy] { return dialog->StatusText() != busy; }, 10000))
         return QStringLiteral("no answer");
     return dialog->StatusText();
 }

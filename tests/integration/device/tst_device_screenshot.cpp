@@ -1,4 +1,5 @@
 #include "DeviceBindingFixture.h"
+#include "ScreenshotLanguage.h"
 #include "device/DeviceVerifyDialog.h"
 #include "device/VerificationImageWindow.h"
 #include "workspace/Workspace.h"
@@ -16,6 +17,7 @@ class TestDeviceScreenshot : public QObject
 private Q_SLOTS:
     void verificationOverTheWorkbench()
     {
+        KORV_APPLY_SCREENSHOT_LANGUAGE();
         DeviceBindingFixture fixture;
         QString error;
         QVERIFY2(fixture.Start(fixture.DefaultAccountOptions(), &error), qPrintable(error));
@@ -34,7 +36,7 @@ private Q_SLOTS:
 
         // The bind dialog once the SMS code is on its way.
         QCOMPARE(fixture.AnswerPicture(dialog, window, fixture.PictureText(window)),
-                 QStringLiteral("验证码已发送，请查看手机短信"));
+                 QCoreApplication::translate("DeviceVerifyDialog", "验证码已发送，请查看手机短信"));
         Save(workspace, {dialog}, QStringLiteral("device_bind_dialog.png"));
     }
 

@@ -1,3 +1,4 @@
+#include "ScreenshotLanguage.h"
 #include "StatusPageFixture.h"
 #include "machinestatus/MachineStatusWidget.h"
 
@@ -13,12 +14,14 @@ class TestStatusPageScreenshot : public QObject
 private Q_SLOTS:
     void runningProgram()
     {
+        KORV_APPLY_SCREENSHOT_LANGUAGE();
         StatusPageFixture fixture;
         SimOptions options = fixture.Options();
         options.timeScale = 4;
         QString error;
         QVERIFY2(fixture.Start(options, &error), qPrintable(error));
-        QTRY_COMPARE_WITH_TIMEOUT(fixture.Find<QPushButton>("BtnCNCStatus")->text(), QStringLiteral("运行中"), 10000);
+        QTRY_COMPARE_WITH_TIMEOUT(fixture.Find<QPushButton>("BtnCNCStatus")->text(),
+                                  QCoreApplication::translate("MachineStatusWidget", "运行中"), 10000);
         // Let the cut get going, so that loads, feed and the program lines are those of real work.
         QTRY_VERIFY_WITH_TIMEOUT(fixture.Text("LabelNowNumber").toInt() >= 14 &&
                                      fixture.Text("LabelValueMain") != QStringLiteral("0.0%"),

@@ -1,4 +1,5 @@
 #include "MachinePanelFixture.h"
+#include "ScreenshotLanguage.h"
 #include "filepanel/FileSelectPanel.h"
 #include "filepanel/FileTreeView.h"
 
@@ -18,6 +19,7 @@ class TestFilePanelScreenshot : public QObject
 private Q_SLOTS:
     void localAndMachineSideBySide()
     {
+        KORV_APPLY_SCREENSHOT_LANGUAGE();
         QTemporaryDir local;
         QTemporaryDir machine;
         QDir localDir(local.path());

@@ -1,3 +1,4 @@
+#include "ScreenshotLanguage.h"
 #include "transfer/TransInfo.h"
 #include "transfer/TransList.h"
 #include "transfer/TransLogModel.h"
@@ -22,6 +23,7 @@ private:
 
 void TransferScreenshot::transferManager()
 {
+    KORV_APPLY_SCREENSHOT_LANGUAGE();
     qputenv("KORV_CONFIG_DIR", m_configDir.path().toUtf8());
     QWidget host;
     auto* manager = new TransManager(&host);
@@ -63,11 +65,17 @@ void TransferScreenshot::transferManager()
         }
         now += 2000;
     }
-    manager->AddLog(QStringLiteral("连接机床成功：192.168.1.20"), QColor(0, 160, 0));
-    manager->AddLog(QStringLiteral("开始上传文件：impeller_roughing_pass_with_a_long_name.nc"), QColor(51, 51, 51));
-    manager->AddLog(QStringLiteral("上传文件完成：face_mill.tap"), QColor(51, 51, 51));
-    manager->AddLog(QStringLiteral("上传文件失败：pocket_finish.nc"), QColor(220, 50, 50));
-    manager->AddLog(QStringLiteral("机床系统版本较低，部分功能不可用"), QColor(220, 150, 0));
+    // The workbench's own lines, in the language of the picture.
+    const auto text = [](const char* context, const char* source) {
+        return QCoreApplication::translate(context, source);
+    };
+    manager->AddLog(text("MachineConnection", "机床连接成功，IP: %1, SN: %2").arg("192.168.1.20", "PB01A2406001"),
+                    QColor(0, 160, 0));
+    manager->AddLog(text("TransferOrchestrator", "开始上传文件：%1").arg("impeller_roughing_pass_with_a_long_name.nc"),
+                    QColor(51, 51, 51));
+    manager->AddLog(text("TransferOrchestrator", "上传文件完成：%1").arg("face_mill.tap"), QColor(51, 51, 51));
+    manager->AddLog(text("TransferOrchestrator", "上传文件失败：%1").arg("pocket_finish.nc"), QColor(220, 50, 50));
+    manager->AddLog(text("MachineConnection", "机床连接失败，重新连接中，次数：%1").arg(3), QColor(220, 150, 0));
 
     const QString dir = qEnvironmentVariable("KORV_BINARY_DIR", QDir::tempPath()) + QStringLiteral("/screenshots");
     QVERIFY(QDir().mkpath(dir));
