@@ -572,7 +572,7 @@ void Workspace::ConnectFilePage()
     if (!lastFolder.isEmpty() && QFileInfo(lastFolder).isDir())
         local->OpenFolder(lastFolder);
     connect(local, &FileSelectPanel::SignalListingFinished, this, [](const QString& path, bool ok) {
-        if (ok && path != QLatin1String("/"))
+        if (ok && !path.isEmpty()) // empty: the computer view
             CamBaseTextHelper::instance()->SetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal,
                                                                 QString::fromLatin1(LocalFolderKey), path, false);
     });
