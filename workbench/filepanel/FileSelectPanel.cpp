@@ -806,6 +806,7 @@ void FileSelectPanel::SlotShowContextMenu(QPoint pos)
         m_pTreeView->setCurrentIndex(index);
     }
     const int count = int(selection->selectedRows().size());
+    const bool bPaste = !IsComputerView() && m_pOperations->CanPaste();
     qCDebug(lcFilePanel) << QStringLiteral("SlotShowContextMenu size:%1").arg(count);
     QList<int> actions;
     if (!index.isValid()) {
@@ -816,6 +817,9 @@ void FileSelectPanel::SlotShowContextMenu(QPoint pos)
         actions << ActionNewFolder;
         if (m_bLocal) {
             actions << ActionNewFile;
+        }
+        if (bPaste) {
+            actions << ActionPaste;
         }
     } else {
         qCDebug(lcFilePanel) << "clicked item";
@@ -834,7 +838,11 @@ void FileSelectPanel::SlotShowContextMenu(QPoint pos)
             if (count == 1) {
                 actions << ActionOpen;
             }
-            actions << ActionCopy << ActionCut << ActionDelete;
+            actions << ActionCopy << ActionCut;
+            if (bPaste) {
+                actions << ActionPaste;
+            }
+            actions << ActionDelete;
             if (count == 1) {
                 actions << ActionRename;
             }
@@ -843,9 +851,6 @@ void FileSelectPanel::SlotShowContextMenu(QPoint pos)
                 actions << ActionNewFile;
             }
         }
-    }
-    if (!IsComputerView() && m_pOperations->CanPaste()) {
-        actions << ActionPaste;
     }
     for (const int action : std::as_const(actions)) {
         m_pMenu->addAction(m_listActions.at(action));
