@@ -31,7 +31,7 @@ FilePanelOperations::FilePanelOperations(FileSelectPanel* panel) : QObject(panel
 {
     m_pPasteJob = new LocalPasteJob(this);
     connect(m_pPasteJob, &LocalPasteJob::SignalFinished, this, [this](const LocalPasteJob::Result& result) {
-        OnLocalPasteFinished(result.iFailed, result.listLog, m_strClipboardOperation == QLatin1String("cut"));
+        OnLocalPasteFinished(result.iFailed, result.listLog, m_bPasteCut);
     });
 }
 
@@ -179,7 +179,7 @@ void FilePanelOperations::PasteLocally(const FileClipboardPayload& payload)
         Log(tr("上一次粘贴尚未完成，请稍候"), LogColors::Warning);
         return;
     }
-    m_strClipboardOperation = payload.strOperation;
+    m_bPasteCut = payload.IsCut();
     CProgressWidget::FreeAutoWidget(m_pProgressWidget, true);
     m_pProgressWidget = CProgressWidget::CreateAutoWidget(
         tr("粘贴文件"), tr("正在粘贴 %1 个文件，请稍候").arg(payload.listFiles.size()));

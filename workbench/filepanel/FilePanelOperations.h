@@ -71,6 +71,7 @@ private:
     FileSelectPanel* m_pPanel = nullptr;
     LocalPasteJob* m_pPasteJob = nullptr;
     QPointer<CProgressWidget> m_pProgressWidget;
+    bool m_bPasteCut = false; // the running local paste moves its files
 
     // What was last put on the clipboard here.
     QStringList m_listClipboardPaths;
