@@ -85,7 +85,9 @@ int main(int argc, char** argv)
     QApplication app(argc, argv);
     QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false"));
     // "Already in step" and the like are confirmed at once: nobody sits at the bench.
-    CVarnokMessageBox::SetTestResponder([](const StructMsgBoxRequest&) { return StructMsgBoxAnswer{MsgButtonConfirm, false}; });
+    CVarnokMessageBox::SetTestResponder([](const StructMsgBoxRequest&) {
+        return StructMsgBoxAnswer{MsgButtonConfirm, false};
+    });
     QCommandLineParser parser;
     parser.addOptions({{"files", "Files in the folder (500).", "N", "500"}, {"kib", "Size of each (20).", "N", "20"}});
     parser.process(app);

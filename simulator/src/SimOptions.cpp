@@ -46,8 +46,10 @@ bool SimOptions::Parse(const QStringList& arguments, SimOptions* options, QStrin
         {"ftp-rate", "Fault: limit every FTP data transfer to N bytes per second.", "N"},
         {"ftp-disk-full", "Fault: refuse every upload with 552 after N bytes.", "N"},
         {"ftp-latency", "Fault: answer every FTP command MS milliseconds late.", "MS"},
-        {"ftp-refuse", "Fault: answer this FTP command with 550 (repeatable); CMD:TEXT only when its argument "
-                       "contains TEXT, e.g. STOR:bad.nc.", "CMD"},
+        {"ftp-refuse",
+         "Fault: answer this FTP command with 550 (repeatable); CMD:TEXT only when its argument "
+         "contains TEXT, e.g. STOR:bad.nc.",
+         "CMD"},
         {"sn-error", "Fault: answer the serial-number request with this error code.", "CODE"},
         {"sn-silent", "Fault: never answer the serial-number request."},
         {"old-version", "Fault: report system version 1.4.6."},

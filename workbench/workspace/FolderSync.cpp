@@ -173,16 +173,15 @@ void FolderSync::CreateMachineFolders(quint64 generation)
     url.setPath(path);
     auto* task = new MakeFtpDirection(QStringLiteral("ftp://%1:21%2").arg(m_pTransfers->MachineIp(), path),
                                       url.toString(QUrl::FullyEncoded), path, nullptr);
-    connect(task, &FtpTaskThread::SignalTaskFinished, this,
-            [this, generation, rel](bool ok, const QString& message) {
-                if (generation != m_nGeneration)
-                    return;
-                if (!ok) {
-                    ++m_nSyncFailCount;
-                    m_listFailures.append(tr("%1（无法创建机床文件夹：%2）").arg(rel, message));
-                }
-                CreateMachineFolders(generation);
-            });
+    connect(task, &FtpTaskThread::SignalTaskFinished, this, [this, generation, rel](bool ok, const QString& message) {
+        if (generation != m_nGeneration)
+            return;
+        if (!ok) {
+            ++m_nSyncFailCount;
+            m_listFailures.append(tr("%1（无法创建机床文件夹：%2）").arg(rel, message));
+        }
+        CreateMachineFolders(generation);
+    });
     m_tasks.Start(task);
 }
 
@@ -310,7 +309,8 @@ void FolderSync::SlotSyncStatusClear()
                           .arg(m_nSyncPending));
     const int failed = m_nSyncFailCount;
     const QStringList failures = m_listFailures;
-    const QString summary = tr("同步结果：成功 %1 个，失败 %2 个，跳过 %3 个").arg(m_nSyncDone).arg(failed).arg(m_nSyncSkipped);
+    const QString summary =
+        tr("同步结果：成功 %1 个，失败 %2 个，跳过 %3 个").arg(m_nSyncDone).arg(failed).arg(m_nSyncSkipped);
     ResetRun();
     Q_EMIT SignalPanelsBusy(false);
     Log(summary, LogColors::Plain);

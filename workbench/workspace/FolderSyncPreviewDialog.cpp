@@ -34,9 +34,11 @@ FolderSyncPreviewDialog::FolderSyncPreviewDialog(const FolderSyncPlan& plan, QWi
     m_pTree->setHeaderLabels({tr("文件"), tr("操作"), tr("本地"), tr("机床")});
     m_pTree->header()->setSectionResizeMode(ColumnPath, QHeaderView::Stretch);
     for (int i = 0; i < plan.listMachineDirs.size(); ++i)
-        AddRow(KindMachineDir, plan.listMachineDirs.at(i), tr("新建机床文件夹"), nullptr, nullptr)->setData(0, IndexRole, i);
+        AddRow(KindMachineDir, plan.listMachineDirs.at(i), tr("新建机床文件夹"), nullptr, nullptr)
+            ->setData(0, IndexRole, i);
     for (int i = 0; i < plan.listLocalDirs.size(); ++i)
-        AddRow(KindLocalDir, plan.listLocalDirs.at(i), tr("新建本地文件夹"), nullptr, nullptr)->setData(0, IndexRole, i);
+        AddRow(KindLocalDir, plan.listLocalDirs.at(i), tr("新建本地文件夹"), nullptr, nullptr)
+            ->setData(0, IndexRole, i);
     for (int i = 0; i < plan.listUpload.size(); ++i)
         AddRow(KindUpload, plan.listUpload.at(i).strRelPath, tr("上传"), &plan.listUpload.at(i), nullptr)
             ->setData(0, IndexRole, i);
@@ -45,8 +47,8 @@ FolderSyncPreviewDialog::FolderSyncPreviewDialog(const FolderSyncPlan& plan, QWi
             ->setData(0, IndexRole, i);
     for (int i = 0; i < plan.listConflict.size(); ++i) {
         const SyncConflict& conflict = plan.listConflict.at(i);
-        QTreeWidgetItem* item = AddRow(KindConflict, conflict.local.strRelPath, QString(), &conflict.local,
-                                       &conflict.machine);
+        QTreeWidgetItem* item =
+            AddRow(KindConflict, conflict.local.strRelPath, QString(), &conflict.local, &conflict.machine);
         item->setData(0, IndexRole, i);
         auto* choice = new QComboBox(m_pTree);
         choice->addItems({tr("保存本地版本"), tr("保存机床版本"), tr("跳过")});

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "FolderSyncPlan.h"
+#include "MachineRecords.h"
 #include "TaskOwner.h"
 
 #include <QObject>

@@ -7,8 +7,8 @@
 
 SyncButtonLook::SyncButtonLook(QAbstractButton* button, QObject* parent)
     : QObject(parent), m_pButton(button),
-      m_pMovie(new QMovie(QStringLiteral(":/icon/ToolPage/ico_function_files_synchronization_bac.gif"), QByteArray(),
-                          this))
+      m_pMovie(
+          new QMovie(QStringLiteral(":/icon/ToolPage/ico_function_files_synchronization_bac.gif"), QByteArray(), this))
 {
     connect(m_pMovie, &QMovie::frameChanged, this, [this]() {
         if (m_pButton)

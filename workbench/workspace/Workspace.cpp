@@ -17,12 +17,12 @@
 #include "SyncButtonLook.h"
 #include "TransferOrchestrator.h"
 #include "WorkbenchLog.h"
+#include "device/DeviceBindDialog.h"
+#include "device/DeviceUnbindDialog.h"
 #include "filepanel/FileManager.h"
 #include "filepanel/FileSelectPanel.h"
 #include "machinestatus/MachineStatusProgramPanel.h"
 #include "machinestatus/MachineStatusWidget.h"
-#include "device/DeviceBindDialog.h"
-#include "device/DeviceUnbindDialog.h"
 #include "toolpage/ToolPage.h"
 #include "transfer/TransList.h"
 #include "transfer/TransManager.h"
@@ -711,8 +711,8 @@ void Workspace::ConnectFolderSync()
     // The synchronisation's settings sit on the button's context menu.
     QAbstractButton* button = m_pToolPage->Button(ToolPage::ActionFolderSync);
     button->setContextMenuPolicy(Qt::ActionsContextMenu);
-    for (const auto& [key, text] : {std::pair{SyncSubfoldersKey, tr("包含子文件夹")},
-                                    std::pair{SyncPreviewKey, tr("同步前预览")}}) {
+    for (const auto& [key, text] :
+         {std::pair{SyncSubfoldersKey, tr("包含子文件夹")}, std::pair{SyncPreviewKey, tr("同步前预览")}}) {
         auto* action = new QAction(text, button);
         action->setCheckable(true);
         action->setChecked(Setting(key, false).toBool());

@@ -9,7 +9,9 @@
 #include "filepanel/FileSelectPanel.h"
 #include "toolpage/ToolPage.h"
 #include "workspace/FolderSync.h"
+#include "workspace/FolderSyncPreviewDialog.h"
 #include "workspace/SyncButtonLook.h"
+#include "workspace/TransferOrchestrator.h"
 #include "workspace/Workspace.h"
 
 #include <QAbstractButton>
@@ -18,6 +20,8 @@
 #include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
+#include <QTreeWidget>
 #include <memory>
 
 namespace {
@@ -79,6 +83,7 @@ private Q_SLOTS:
     void driveRootIsRefusedBeforeListing();
     void lostMachineInterruptsAndRerunSendsOnlyTheRest();
     void subfoldersAreCreatedAtEveryDepth();
+    void previewSendsOnlyTickedAndDecidesConflicts();
 
 private:
     void StartSimulator(const std::function<void(SimOptions&)>& adjust = {});
@@ -117,8 +122,7 @@ void TestFolderSync::init()
     for (const QString& root : {m_rootDir.path(), m_localDir.path()}) {
         QDir dir(root);
         for (const QString& name : dir.entryList(QDir::Files | QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot))
-            QFileInfo(dir.filePath(name)).isDir() ? QDir(dir.filePath(name)).removeRecursively()
-                                                  : dir.remove(name);
+            QFileInfo(dir.filePath(name)).isDir() ? QDir(dir.filePath(name)).removeRecursively() : dir.remove(name);
     }
 }
 
@@ -126,8 +130,10 @@ void TestFolderSync::cleanup()
 {
     m_workspace.reset();
     m_sim.reset();
-    CamBaseTextHelper::instance()->SetLocalSettingCache(
-        CamBaseTextHelper::SettingTypeLocal, QStringLiteral("FolderSync/IncludeSubfolders"), false, true);
+    CamBaseTextHelper::instance()->SetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal,
+                                                        QStringLiteral("FolderSync/IncludeSubfolders"), false, true);
+    CamBaseTextHelper::instance()->SetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal,
+                                                        QStringLiteral("FolderSync/Preview"), false, true);
 }
 
 void TestFolderSync::StartSimulator(const std::function<void(SimOptions&)>& adjust)
@@ -234,8 +240,8 @@ void TestFolderSync::equalSizesWithOtherTimesNeedNothing()
     StartSimulator();
     Write(LocalFile(QStringLiteral("same.nc")), "0123456789");
     Write(MachineFile(QStringLiteral("same.nc")), "abcdefghij");
-    QFile(MachineFile(QStringLiteral("same.nc"))).setFileTime(QDateTime(QDate(2020, 1, 2), QTime(3, 4)),
-                                                              QFileDevice::FileModificationTime);
+    QFile(MachineFile(QStringLiteral("same.nc")))
+        .setFileTime(QDateTime(QDate(2020, 1, 2), QTime(3, 4)), QFileDevice::FileModificationTime);
     ConnectWorkspace();
     RunSync();
     QTRY_COMPARE_WITH_TIMEOUT(ButtonState(), int(FolderSync::ButtonFinished), 10000);
@@ -360,6 +366,49 @@ void TestFolderSync::subfoldersAreCreatedAtEveryDepth()
     QCOMPARE(Read(LocalFile(QStringLiteral("m/n/far.tap"))), QByteArray("far"));
     QCOMPARE(Read(LocalFile(QStringLiteral("a/from_machine.nc"))), QByteArray("machine side"));
     QCOMPARE(Tree(m_rootDir.path()), Tree(m_localDir.path()));
+}
+
+void TestFolderSync::previewSendsOnlyTickedAndDecidesConflicts()
+{
+    StartSimulator();
+    Write(LocalFile(QStringLiteral("send.nc")), "send");
+    Write(LocalFile(QStringLiteral("keep_here.nc")), "keep");
+    Write(LocalFile(QStringLiteral("both.nc")), "local, longer");
+    Write(MachineFile(QStringLiteral("both.nc")), "machine");
+    CamBaseTextHelper::instance()->SetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal,
+                                                        QStringLiteral("FolderSync/Preview"), true, true);
+    ConnectWorkspace();
+    QStringList rows;
+    bool bNothingSentWhileOpen = false;
+    // The dialog is modal: answer it from the event loop it runs.
+    auto* poll = new QTimer(m_workspace.get());
+    connect(poll, &QTimer::timeout, this, [&]() {
+        auto* dialog = qobject_cast<FolderSyncPreviewDialog*>(QApplication::activeModalWidget());
+        if (!dialog)
+            return;
+        poll->stop();
+        bNothingSentWhileOpen = !QFileInfo::exists(MachineFile(QStringLiteral("send.nc")));
+        QTreeWidget* tree = dialog->Tree();
+        for (int row = 0; row < tree->topLevelItemCount(); ++row) {
+            QTreeWidgetItem* item = tree->topLevelItem(row);
+            rows.append(item->text(FolderSyncPreviewDialog::ColumnPath));
+            if (item->text(FolderSyncPreviewDialog::ColumnPath) == QLatin1String("keep_here.nc"))
+                item->setCheckState(FolderSyncPreviewDialog::ColumnPath, Qt::Unchecked);
+            if (item->text(FolderSyncPreviewDialog::ColumnPath) == QLatin1String("both.nc"))
+                dialog->SetConflictChoice(row, FolderSyncPreviewDialog::ChoiceLocal);
+        }
+        dialog->accept();
+    });
+    poll->start(20);
+    RunSync();
+    QTRY_COMPARE_WITH_TIMEOUT(ButtonState(), int(FolderSync::ButtonFinished), 20000);
+    QVERIFY(bNothingSentWhileOpen);
+    rows.sort();
+    QCOMPARE(rows, QStringList({QStringLiteral("both.nc"), QStringLiteral("keep_here.nc"), QStringLiteral("send.nc")}));
+    QVERIFY(m_listBoxes.isEmpty());
+    QCOMPARE(Read(MachineFile(QStringLiteral("send.nc"))), QByteArray("send"));
+    QCOMPARE(Read(MachineFile(QStringLiteral("both.nc"))), QByteArray("local, longer"));
+    QVERIFY(!QFileInfo::exists(MachineFile(QStringLiteral("keep_here.nc"))));
 }
 
 QTEST_MAIN(TestFolderSync)

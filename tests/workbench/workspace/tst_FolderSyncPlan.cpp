@@ -14,8 +14,8 @@ QList<SyncEntry> Entries(const QStringList& specs)
         }
         const QStringList parts = spec.split(QLatin1Char(':'));
         // Times differ on purpose: they must never decide.
-        entries.append({parts.at(0), parts.at(1).toLongLong(), QDateTime::currentDateTime().addSecs(entries.size()),
-                        false});
+        entries.append(
+            {parts.at(0), parts.at(1).toLongLong(), QDateTime::currentDateTime().addSecs(entries.size()), false});
     }
     return entries;
 }
@@ -59,8 +59,8 @@ void TestFolderSyncPlan::difference_data()
         << QStringList{"b.nc"} << QStringList{"a.nc"} << QStringList() << QStringList();
     QTest::newRow("hidden, unfinished and foreign types take no part")
         << QStringList{".hidden.nc:1", "tool.exe:4", "x.nc:1"}
-        << QStringList{".x.nc.1f2e.part:1", "notes.doc:2", "x.nc:1"} << QStringList() << QStringList()
-        << QStringList() << QStringList() << QStringList();
+        << QStringList{".x.nc.1f2e.part:1", "notes.doc:2", "x.nc:1"} << QStringList() << QStringList() << QStringList()
+        << QStringList() << QStringList();
     QTest::newRow("tree: missing folders at every depth, parents first")
         << QStringList{"d/", "d/e/", "d/e/deep.nc:7", "d/top.nc:1", "s/"}
         << QStringList{"m/", "m/n/", "m/n/far.nc:3", "s/", "s/same.nc:2"} << QStringList{"d/e/deep.nc", "d/top.nc"}
@@ -93,8 +93,8 @@ void TestFolderSyncPlan::difference()
     QFETCH(QStringList, download);
     QFETCH(QStringList, machineDirs);
     QFETCH(QStringList, localDirs);
-    QCOMPARE(plan.IsEmpty(), upload.isEmpty() && download.isEmpty() && conflicts.isEmpty() &&
-                                 machineDirs.isEmpty() && localDirs.isEmpty());
+    QCOMPARE(plan.IsEmpty(), upload.isEmpty() && download.isEmpty() && conflicts.isEmpty() && machineDirs.isEmpty() &&
+                                 localDirs.isEmpty());
 }
 
 QTEST_APPLESS_MAIN(TestFolderSyncPlan)
