@@ -32,7 +32,11 @@ public:
     bool ListDirectory(const QString& dirPath, QList<FtpFileInfo>* entries);
     // Raw commands ("DELE /a", "RNFR /a" + "RNTO /b") sent in order; the first failing one ends the step.
     bool Command(const QStringList& commands);
-    bool Upload(QIODevice* source, qint64 size, const QString& remotePath, const ProgressFn& progress);
+    // afterCommands run on the same connection once the data arrived whole (a rename into place
+    // costs no extra step then); AfterCommandsFailed() tells their refusal from a failed transfer.
+    bool Upload(QIODevice* source, qint64 size, const QString& remotePath, const ProgressFn& progress,
+                const QStringList& afterCommands = {});
+    bool AfterCommandsFailed() const { return m_bAfterCommandsFailed; }
     bool Download(const QString& remotePath, QIODevice* sink, const ProgressFn& progress);
     // Deletes files first, then folders bottom-up.
     bool RemoveTree(const QString& dirPath);
@@ -56,6 +60,7 @@ private:
     void SalvageReply(int descriptor);
 
     void* m_pCurl = nullptr;
+    bool m_bAfterCommandsFailed = false;
     void* m_pMulti = nullptr;
     QString m_strHost;
     int m_iPort = 21;
@@ -64,7 +69,6 @@ private:
     QList<QByteArray> m_listReplies;
     QByteArray m_errorBuffer;
     bool m_bMlsd = false;
-    bool m_bUtf8 = false;
     bool m_bStopped = false;
     QString m_strError;
 };
