@@ -345,7 +345,8 @@ void FolderSync::StopSyncAndRestoreState()
             Log(tr("%1 个文件未同步，机床恢复连接后再次同步只会传输缺少的文件").arg(notSent), LogColors::Warning);
     }
     SetButtonState(ButtonIdle);
-    Q_EMIT SignalPanelsBusy(false);
+    if (bWasRunning)
+        Q_EMIT SignalPanelsBusy(false);
 }
 
 void FolderSync::ResetRun()
