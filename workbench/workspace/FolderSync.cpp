@@ -3,6 +3,7 @@
 #include "CDebugLog.h"
 #include "CVarnokMessageBox.h"
 #include "CheckConnect.h"
+#include "FolderSyncComparer.h"
 #include "FolderSyncScanner.h"
 #include "KorvBaseGlobals.h"
 #include "LogColors.h"
@@ -15,8 +16,10 @@
 #include <QUrl>
 
 FolderSync::FolderSync(TransferOrchestrator* transfers, QObject* parent)
-    : QObject(parent), m_pTransfers(transfers), m_pScanner(new FolderSyncScanner(this))
+    : QObject(parent), m_pTransfers(transfers), m_pScanner(new FolderSyncScanner(this)),
+      m_pComparer(new FolderSyncComparer(this))
 {
+    connect(m_pComparer, &FolderSyncComparer::SignalCompared, this, &FolderSync::OnCompared);
     connect(m_pScanner, &FolderSyncScanner::SignalScanned, this, &FolderSync::OnScanned);
     connect(m_pTransfers, &TransferOrchestrator::SignalTransferFinished, this, &FolderSync::OnTransferFinished);
 }
@@ -84,6 +87,16 @@ void FolderSync::OnScanned(bool ok, const QList<SyncEntry>& local, const QList<S
     m_listSyncConflict = plan.listConflict;
     m_listMachineDirs = plan.listMachineDirs;
     m_listLocalDirs = plan.listLocalDirs;
+    if (m_bCompareContent && !plan.listSameSize.isEmpty()) {
+        m_pComparer->Start(m_pTransfers->MachineIp(), m_strLocalFolder, m_strMachineFolder, plan.listSameSize);
+        return;
+    }
+    OnCompared({});
+}
+
+void FolderSync::OnCompared(const QList<SyncConflict>& differing)
+{
+    m_listSyncConflict += differing;
     CDebugLog::AddLog(QStringLiteral("同步差异计算完成: 上传 %1 个, 下载 %2 个, 冲突 %3 个")
                           .arg(m_listSyncUpload.size())
                           .arg(m_listSyncDownload.size())
@@ -353,6 +366,7 @@ void FolderSync::ResetRun()
 {
     ++m_nGeneration;
     m_pScanner->Cancel();
+    m_pComparer->Cancel();
     m_tasks.RequestStopAll();
     m_queueSync.clear();
     m_setSyncUrls.clear();

@@ -9,6 +9,7 @@
 #include <QSet>
 #include <functional>
 
+class FolderSyncComparer;
 class FolderSyncScanner;
 class TransferOrchestrator;
 
@@ -42,6 +43,7 @@ public:
     void SetPlanReviewer(PlanReviewer reviewer) { m_fnReviewPlan = std::move(reviewer); }
     void SetIncludeSubfolders(bool bInclude) { m_bSubfolders = bInclude; }
     void SetPreview(bool bPreview) { m_bPreview = bPreview; }
+    void SetCompareContent(bool bCompare) { m_bCompareContent = bCompare; }
 
     bool IsSyncing() const { return m_bSyncing || m_bPreparing; }
     int GetButtonState() const { return m_iButtonState; }
@@ -75,6 +77,7 @@ private:
     void SetButtonState(int state);
     void Log(const QString& text, const QColor& color);
     void OnScanned(bool ok, const QList<SyncEntry>& local, const QList<SyncEntry>& machine, const QString& error);
+    void OnCompared(const QList<SyncConflict>& differing);
     void ResolveConflicts(quint64 generation);
     void CreateMachineFolders(quint64 generation);
     void TopUp();
@@ -87,10 +90,12 @@ private:
 
     TransferOrchestrator* m_pTransfers;
     FolderSyncScanner* m_pScanner;
+    FolderSyncComparer* m_pComparer;
     ConflictAsker m_fnAskConflict;
     PlanReviewer m_fnReviewPlan;
     bool m_bSubfolders = false;
     bool m_bPreview = false;
+    bool m_bCompareContent = false;
 
     QString m_strLocalFolder;
     QString m_strMachineFolder;

@@ -36,8 +36,8 @@ FolderSyncPlan FolderSyncPlan::Compute(const QList<SyncEntry>& local, const QLis
                 plan.listMachineDirs.append(entry.strRelPath);
             else
                 plan.listUpload.append(entry);
-        } else if (!entry.bDir && !other->bDir && entry.iSize != other->iSize) {
-            plan.listConflict.append({entry, *other});
+        } else if (!entry.bDir && !other->bDir) {
+            (entry.iSize != other->iSize ? plan.listConflict : plan.listSameSize).append({entry, *other});
         }
     }
     for (const SyncEntry& entry : machine) {

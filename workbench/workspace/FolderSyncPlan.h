@@ -41,6 +41,8 @@ public:
     QList<SyncEntry> listUpload;
     QList<SyncEntry> listDownload;
     QList<SyncConflict> listConflict;
+    // Files of equal size on both sides: the same file unless their contents are compared.
+    QList<SyncConflict> listSameSize;
     // Parents before children, so that they can be created in order.
     QStringList listMachineDirs;
     QStringList listLocalDirs;

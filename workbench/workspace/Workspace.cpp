@@ -49,6 +49,7 @@ constexpr char LocalFolderKey[] = "FilePage/LocalFolder";
 constexpr int RealTimeStatusRunning = 1;
 constexpr char SyncSubfoldersKey[] = "FolderSync/IncludeSubfolders";
 constexpr char SyncPreviewKey[] = "FolderSync/Preview";
+constexpr char SyncCompareKey[] = "FolderSync/CompareContent";
 
 QVariant Setting(const char* key, const QVariant& defaultValue)
 {
@@ -712,7 +713,8 @@ void Workspace::ConnectFolderSync()
     QAbstractButton* button = m_pToolPage->Button(ToolPage::ActionFolderSync);
     button->setContextMenuPolicy(Qt::ActionsContextMenu);
     for (const auto& [key, text] :
-         {std::pair{SyncSubfoldersKey, tr("包含子文件夹")}, std::pair{SyncPreviewKey, tr("同步前预览")}}) {
+         {std::pair{SyncSubfoldersKey, tr("包含子文件夹")}, std::pair{SyncPreviewKey, tr("同步前预览")},
+          std::pair{SyncCompareKey, tr("比较文件内容")}}) {
         auto* action = new QAction(text, button);
         action->setCheckable(true);
         action->setChecked(Setting(key, false).toBool());
@@ -737,6 +739,7 @@ void Workspace::SlotFileSyncBtnClicked()
     }
     m_pFolderSync->SetIncludeSubfolders(Setting(SyncSubfoldersKey, false).toBool());
     m_pFolderSync->SetPreview(Setting(SyncPreviewKey, false).toBool());
+    m_pFolderSync->SetCompareContent(Setting(SyncCompareKey, false).toBool());
     m_pFolderSync->Start(m_pFileManager->LocalPanel()->CurrentPath(), m_pFileManager->MachinePanel()->CurrentPath());
 }
 

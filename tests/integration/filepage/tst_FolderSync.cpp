@@ -77,6 +77,7 @@ private Q_SLOTS:
 
     void twelveUploadsRunAtMostFiveAtOnce();
     void oneRefusedFileOfTenEndsRed();
+    void equalSizesWithOtherTimesNeedNothing_data();
     void equalSizesWithOtherTimesNeedNothing();
     void conflictKeepsMachineVersion_data();
     void conflictKeepsMachineVersion();
@@ -134,6 +135,8 @@ void TestFolderSync::cleanup()
                                                         QStringLiteral("FolderSync/IncludeSubfolders"), false, true);
     CamBaseTextHelper::instance()->SetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal,
                                                         QStringLiteral("FolderSync/Preview"), false, true);
+    CamBaseTextHelper::instance()->SetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal,
+                                                        QStringLiteral("FolderSync/CompareContent"), false, true);
 }
 
 void TestFolderSync::StartSimulator(const std::function<void(SimOptions&)>& adjust)
@@ -235,18 +238,36 @@ void TestFolderSync::oneRefusedFileOfTenEndsRed()
     QCOMPARE(LinesStartingWith(QStringLiteral("同步失败文件：/bad_07.nc")), 1);
 }
 
+void TestFolderSync::equalSizesWithOtherTimesNeedNothing_data()
+{
+    QTest::addColumn<bool>("compareContent");
+    QTest::newRow("sizes decide") << false;
+    QTest::newRow("contents compared") << true;
+}
+
 void TestFolderSync::equalSizesWithOtherTimesNeedNothing()
 {
+    QFETCH(bool, compareContent);
     StartSimulator();
     Write(LocalFile(QStringLiteral("same.nc")), "0123456789");
     Write(MachineFile(QStringLiteral("same.nc")), "abcdefghij");
+    Write(LocalFile(QStringLiteral("twin.nc")), "identical");
+    Write(MachineFile(QStringLiteral("twin.nc")), "identical");
     QFile(MachineFile(QStringLiteral("same.nc")))
         .setFileTime(QDateTime(QDate(2020, 1, 2), QTime(3, 4)), QFileDevice::FileModificationTime);
+    CamBaseTextHelper::instance()->SetLocalSettingCache(
+        CamBaseTextHelper::SettingTypeLocal, QStringLiteral("FolderSync/CompareContent"), compareContent, true);
     ConnectWorkspace();
     RunSync();
     QTRY_COMPARE_WITH_TIMEOUT(ButtonState(), int(FolderSync::ButtonFinished), 10000);
     QTRY_COMPARE(m_listBoxes.size(), 1);
-    QCOMPARE(m_listBoxes.first().strText, QStringLiteral("当前目录已同步，无需操作"));
+    // With contents compared the differing file is a conflict (answered: keep the local one).
+    QCOMPARE(m_listBoxes.first().strText,
+             compareContent
+                 ? QStringLiteral("文件 \"same.nc\" 在本地和机床中均存在，内容不一致。\n\n请选择要保留的版本：")
+                 : QStringLiteral("当前目录已同步，无需操作"));
+    QCOMPARE(Read(MachineFile(QStringLiteral("same.nc"))),
+             compareContent ? QByteArray("0123456789") : QByteArray("abcdefghij"));
     QCOMPARE(Read(LocalFile(QStringLiteral("same.nc"))), QByteArray("0123456789"));
 }
 
