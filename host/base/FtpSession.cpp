@@ -275,7 +275,7 @@ bool FtpSession::Perform(const QString& action)
     m_listReplies.clear();
     m_errorBuffer.fill('\0');
     const CURLcode code = CURLcode(RunStep());
-    m_bAfterCommandsFailed = code == CURLE_QUOTE_ERROR;
+    m_iLastCode = code;
     if (code == CURLE_OK)
         return true;
     if (m_stopCheck && m_stopCheck()) {
@@ -358,10 +358,15 @@ bool FtpSession::Fail(const QString& message)
     return false;
 }
 
-bool FtpSession::Connect()
+bool FtpSession::AfterCommandsFailed() const
+{
+    return m_iLastCode == CURLE_QUOTE_ERROR;
+}
+
+bool FtpSession::Connect(const QString& folder)
 {
     Transfer transfer{&m_stopCheck};
-    Reset(UrlFor(QStringLiteral("/")), &transfer);
+    Reset(UrlFor(folder.endsWith(QLatin1Char('/')) ? folder : folder + QLatin1Char('/')), &transfer);
     CURL* curl = static_cast<CURL*>(m_pCurl);
     // A leading "*" lets a server without FEAT (or without UTF-8) still be used. Both go in one
     // step: a reused connection then costs one exchange, not two.
@@ -369,8 +374,11 @@ bool FtpSession::Connect()
     curl_easy_setopt(curl, CURLOPT_NOBODY, 1L);
     curl_easy_setopt(curl, CURLOPT_QUOTE, feat.get());
     curl_easy_setopt(curl, CURLOPT_TIMEOUT_MS, long(m_settings.connectTimeoutMs));
-    if (!Perform(QStringLiteral("连接FTP服务器")))
-        return false;
+    if (!Perform(QStringLiteral("连接FTP服务器"))) {
+        if (m_iLastCode != CURLE_REMOTE_ACCESS_DENIED || folder == QLatin1String("/"))
+            return false;
+        return Connect();
+    }
     for (const QByteArray& reply : std::as_const(m_listReplies)) {
         // Feature lines are indented; MLST implies MLSD (some servers list only MLST).
         const QByteArray feature = reply.split(' ').value(0).toUpper();

@@ -27,8 +27,10 @@ public:
     ~FtpSession();
     Q_DISABLE_COPY_MOVE(FtpSession)
 
-    // Connects, logs in and asks FEAT; within the connect time-out.
-    bool Connect();
+    // Connects, logs in and asks FEAT; within the connect time-out. Greeting in the folder of the
+    // coming step spares a reused connection the walk back to "/" and into it again; a folder
+    // that does not exist (yet) falls back to "/".
+    bool Connect(const QString& folder = QStringLiteral("/"));
     bool ListDirectory(const QString& dirPath, QList<FtpFileInfo>* entries);
     // Raw commands ("DELE /a", "RNFR /a" + "RNTO /b") sent in order; the first failing one ends the step.
     bool Command(const QStringList& commands);
@@ -36,7 +38,7 @@ public:
     // costs no extra step then); AfterCommandsFailed() tells their refusal from a failed transfer.
     bool Upload(QIODevice* source, qint64 size, const QString& remotePath, const ProgressFn& progress,
                 const QStringList& afterCommands = {});
-    bool AfterCommandsFailed() const { return m_bAfterCommandsFailed; }
+    bool AfterCommandsFailed() const;
     bool Download(const QString& remotePath, QIODevice* sink, const ProgressFn& progress);
     // Deletes files first, then folders bottom-up.
     bool RemoveTree(const QString& dirPath);
@@ -60,7 +62,7 @@ private:
     void SalvageReply(int descriptor);
 
     void* m_pCurl = nullptr;
-    bool m_bAfterCommandsFailed = false;
+    int m_iLastCode = 0;
     void* m_pMulti = nullptr;
     QString m_strHost;
     int m_iPort = 21;
