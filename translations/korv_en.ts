@@ -281,6 +281,95 @@
     </message>
 </context>
 <context>
+    <name>FilePanelOperations</name>
+    <message>
+        <source>上传文件类型不符合要求: %1</source>
+        <translation>This file type cannot be uploaded: %1</translation>
+    </message>
+    <message>
+        <source>以下文件类型不支持上传：
+%1</source>
+        <translation>These file types cannot be uploaded:
+%1</translation>
+    </message>
+    <message>
+        <source>上一次粘贴尚未完成，请稍候</source>
+        <translation>The previous paste is still running, please wait</translation>
+    </message>
+    <message>
+        <source>粘贴文件</source>
+        <translation>Paste files</translation>
+    </message>
+    <message>
+        <source>正在粘贴 %1 个文件，请稍候</source>
+        <translation>Pasting %1 files, please wait</translation>
+    </message>
+    <message>
+        <source>粘贴成功！</source>
+        <translation>Pasted.</translation>
+    </message>
+    <message>
+        <source>部分文件粘贴失败！</source>
+        <translation>Some files could not be pasted.</translation>
+    </message>
+    <message>
+        <source>确定删除以上文件？</source>
+        <translation>Delete the files above?</translation>
+    </message>
+    <message>
+        <source> 文件已移至回收站：</source>
+        <translation> Moved to the trash: </translation>
+    </message>
+    <message>
+        <source> 移至回收站失败，错误码：</source>
+        <translation> Could not move to the trash, error: </translation>
+    </message>
+    <message>
+        <source>部分文件删除失败！</source>
+        <translation>Some files could not be deleted.</translation>
+    </message>
+    <message>
+        <source>单层目录创建成功：</source>
+        <translation>Folder created: </translation>
+    </message>
+    <message>
+        <source>单层目录创建失败：</source>
+        <translation>Could not create the folder: </translation>
+    </message>
+    <message>
+        <source>文件创建成功：</source>
+        <translation>File created: </translation>
+    </message>
+    <message>
+        <source>文件创建失败：</source>
+        <translation>Could not create the file: </translation>
+    </message>
+    <message>
+        <source>文件类型 %1 不支持，不允许重命名</source>
+        <translation>File type %1 is not supported; the file cannot be renamed to it</translation>
+    </message>
+    <message>
+        <source>机床文件重命名后缀不合法: %1</source>
+        <translation>Not a machine program type: %1</translation>
+    </message>
+    <message>
+        <source>源目录不存在：</source>
+        <translation>The source folder does not exist: </translation>
+    </message>
+    <message>
+        <source>目标目录已存在：</source>
+        <translation>The destination folder already exists: </translation>
+    </message>
+    <message>
+        <source>目录重命名失败：</source>
+        <translation>Could not rename the folder: </translation>
+    </message>
+    <message>
+        <source>文件重命名失败：</source>
+        <translation>Could not rename the file: </translation>
+    </message>
+</context>
+<context>
     <name>FileSelectPanel</name>
     <message>
         <source>本地文件</source>
@@ -379,10 +468,6 @@
         <translation>Notice</translation>
     </message>
     <message>
-        <source>当前FTP正在进行文件传输，无法访问机器文件！</source>
-        <translation>A file transfer is running; the machine&apos;s files cannot be opened now.</translation>
-    </message>
-    <message>
         <source>桌面</source>
         <translation>Desktop</translation>
     </message>
@@ -456,6 +541,140 @@
     <message>
         <source>快捷方式</source>
         <translation>Quick access</translation>
+    </message>
+</context>
+<context>
+    <name>FolderSync</name>
+    <message>
+        <source>当前有其他传输任务进行中，请稍后再试</source>
+        <translation>Other transfers are running. Please try again later.</translation>
+    </message>
+    <message>
+        <source>请先选择有效的同步目录</source>
+        <translation>Please open the folders to synchronise first</translation>
+    </message>
+    <message>
+        <source>本地电脑当前处于根目录，不进行同步操作</source>
+        <translation>The local side shows a drive root; it is not synchronised</translation>
+    </message>
+    <message>
+        <source>同步失败：无法读取机床文件夹 %1（%2）</source>
+        <translation>Synchronisation failed: cannot read the machine folder %1 (%2)</translation>
+    </message>
+    <message>
+        <source>同步已取消</source>
+        <translation>Synchronisation cancelled</translation>
+    </message>
+    <message>
+        <source>当前目录已同步，无需操作</source>
+        <translation>The folders are already in sync</translation>
+    </message>
+    <message>
+        <source>%1（无法创建本地文件夹）</source>
+        <translation>%1 (cannot create the local folder)</translation>
+    </message>
+    <message>
+        <source>%1（无法创建机床文件夹：%2）</source>
+        <translation>%1 (cannot create the machine folder: %2)</translation>
+    </message>
+    <message>
+        <source>同步开始：计划上传 %1 个, 计划下载 %2 个, 总任务 %3个</source>
+        <translation>Synchronisation started: %1 to upload, %2 to download, %3 in all</translation>
+    </message>
+    <message>
+        <source>同步跳过机床正在运行的程序：%1</source>
+        <translation>Synchronisation skips the program the machine is running: %1</translation>
+    </message>
+    <message>
+        <source>%1（%2）</source>
+        <translation>%1 (%2)</translation>
+    </message>
+    <message>
+        <source>同步结果：成功 %1 个，失败 %2 个，跳过 %3 个</source>
+        <translation>Synchronisation result: %1 done, %2 failed, %3 skipped</translation>
+    </message>
+    <message>
+        <source>同步完成</source>
+        <translation>Synchronisation done</translation>
+    </message>
+    <message>
+        <source>同步失败文件：%1</source>
+        <translation>Not synchronised: %1</translation>
+    </message>
+    <message>
+        <source>同步失败：%1 个文件传输失败</source>
+        <translation>Synchronisation failed: %1 files could not be transferred</translation>
+    </message>
+    <message>
+        <source>同步已中断：与机床断开连接</source>
+        <translation>Synchronisation stopped: the machine is disconnected</translation>
+    </message>
+    <message>
+        <source>%1 个文件未同步，机床恢复连接后再次同步只会传输缺少的文件</source>
+        <translation>%1 files were not synchronised; once the machine is back, synchronising again sends only what is missing</translation>
+    </message>
+</context>
+<context>
+    <name>FolderSyncPreviewDialog</name>
+    <message>
+        <source>同步前预览</source>
+        <translation>Synchronisation preview</translation>
+    </message>
+    <message>
+        <source>文件</source>
+        <translation>File</translation>
+    </message>
+    <message>
+        <source>操作</source>
+        <translation>Actions</translation>
+    </message>
+    <message>
+        <source>本地</source>
+        <translation>Local</translation>
+    </message>
+    <message>
+        <source>机床</source>
+        <translation>Machine</translation>
+    </message>
+    <message>
+        <source>新建机床文件夹</source>
+        <translation>New machine folder</translation>
+    </message>
+    <message>
+        <source>新建本地文件夹</source>
+        <translation>New local folder</translation>
+    </message>
+    <message>
+        <source>上传</source>
+        <translation>Upload</translation>
+    </message>
+    <message>
+        <source>下载</source>
+        <translation>Downloads</translation>
+    </message>
+    <message>
+        <source>保存本地版本</source>
+        <translation>Keep local version</translation>
+    </message>
+    <message>
+        <source>保存机床版本</source>
+        <translation>Keep machine version</translation>
+    </message>
+    <message>
+        <source>跳过</source>
+        <translation>Skip</translation>
+    </message>
+    <message>
+        <source>开始同步</source>
+        <translation>Start synchronisation</translation>
+    </message>
+    <message>
+        <source>取消</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>以下操作将在确认后执行，取消勾选的项目不会传输：</source>
+        <translation>These operations run once you confirm; unticked items are not transferred:</translation>
     </message>
 </context>
 <context>
@@ -565,6 +784,13 @@
     <message>
         <source>实时数据刷新间隔“%1”无效，已改为%2毫秒</source>
         <translation>Real-time refresh interval &quot;%1&quot; is not valid; using %2 ms</translation>
+    </message>
+</context>
+<context>
+    <name>MachineListingSource</name>
+    <message>
+        <source>当前FTP正在进行文件传输，无法访问机器文件！</source>
+        <translation>A file transfer is running; the machine&apos;s files cannot be opened now.</translation>
     </message>
 </context>
 <context>
@@ -921,6 +1147,17 @@
     </message>
 </context>
 <context>
+    <name>SyncButtonLook</name>
+    <message>
+        <source>同步中...</source>
+        <translation>Syncing...</translation>
+    </message>
+    <message>
+        <source>同步文件夹</source>
+        <translation>Sync folders</translation>
+    </message>
+</context>
+<context>
     <name>ToolPage</name>
     <message>
         <source>功能</source>
@@ -961,6 +1198,14 @@
     <message>
         <source>文件传输</source>
         <translation>Transfers</translation>
+    </message>
+    <message>
+        <source>同步</source>
+        <translation>Sync</translation>
+    </message>
+    <message>
+        <source>同步文件夹</source>
+        <translation>Sync folders</translation>
     </message>
 </context>
 <context>
@@ -1171,6 +1416,50 @@
     <message>
         <source>提示</source>
         <translation>Notice</translation>
+    </message>
+    <message>
+        <source>文件冲突确认</source>
+        <translation>File conflict</translation>
+    </message>
+    <message>
+        <source>文件 &quot;%1&quot; 在本地和机床中均存在，内容不一致。
+
+请选择要保留的版本：</source>
+        <translation>&quot;%1&quot; exists on this computer and on the machine with different contents.
+
+Which version do you want to keep?</translation>
+    </message>
+    <message>
+        <source>保存本地版本</source>
+        <translation>Keep local version</translation>
+    </message>
+    <message>
+        <source>保存机床版本</source>
+        <translation>Keep machine version</translation>
+    </message>
+    <message>
+        <source>跳过</source>
+        <translation>Skip</translation>
+    </message>
+    <message>
+        <source>包含子文件夹</source>
+        <translation>Include subfolders</translation>
+    </message>
+    <message>
+        <source>同步前预览</source>
+        <translation>Preview first</translation>
+    </message>
+    <message>
+        <source>比较文件内容</source>
+        <translation>Compare file contents</translation>
+    </message>
+    <message>
+        <source>机床未连接</source>
+        <translation>No machine connected</translation>
+    </message>
+    <message>
+        <source>文件管理器未初始化</source>
+        <translation>The file manager is not ready</translation>
     </message>
 </context>
 </TS>
