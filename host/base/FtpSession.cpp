@@ -260,6 +260,7 @@ void FtpSession::Reset(const QByteArray& url, void* transfer)
     curl_easy_setopt(curl, CURLOPT_UPLOAD, 0L);
     curl_easy_setopt(curl, CURLOPT_CUSTOMREQUEST, nullptr);
     curl_easy_setopt(curl, CURLOPT_QUOTE, nullptr);
+    curl_easy_setopt(curl, CURLOPT_POSTQUOTE, nullptr);
     curl_easy_setopt(curl, CURLOPT_INFILESIZE_LARGE, curl_off_t(-1));
     curl_easy_setopt(curl, CURLOPT_TIMEOUT_MS, 0L);
     curl_easy_setopt(curl, CURLOPT_WRITEDATA, transfer);
@@ -274,6 +275,7 @@ bool FtpSession::Perform(const QString& action)
     m_listReplies.clear();
     m_errorBuffer.fill('\0');
     const CURLcode code = CURLcode(RunStep());
+    m_iLastCode = code;
     if (code == CURLE_OK)
         return true;
     if (m_stopCheck && m_stopCheck()) {
@@ -356,31 +358,33 @@ bool FtpSession::Fail(const QString& message)
     return false;
 }
 
-bool FtpSession::Connect()
+bool FtpSession::AfterCommandsFailed() const
+{
+    return m_iLastCode == CURLE_QUOTE_ERROR;
+}
+
+bool FtpSession::Connect(const QString& folder)
 {
     Transfer transfer{&m_stopCheck};
-    Reset(UrlFor(QStringLiteral("/")), &transfer);
+    Reset(UrlFor(folder.endsWith(QLatin1Char('/')) ? folder : folder + QLatin1Char('/')), &transfer);
     CURL* curl = static_cast<CURL*>(m_pCurl);
-    // A leading "*" lets a server without FEAT still be used.
-    QuoteList feat({QStringLiteral("*FEAT")});
+    // A leading "*" lets a server without FEAT (or without UTF-8) still be used. Both go in one
+    // step: a reused connection then costs one exchange, not two.
+    QuoteList feat({QStringLiteral("*FEAT"), QStringLiteral("*OPTS UTF8 ON")});
     curl_easy_setopt(curl, CURLOPT_NOBODY, 1L);
     curl_easy_setopt(curl, CURLOPT_QUOTE, feat.get());
     curl_easy_setopt(curl, CURLOPT_TIMEOUT_MS, long(m_settings.connectTimeoutMs));
-    if (!Perform(QStringLiteral("连接FTP服务器")))
-        return false;
+    if (!Perform(QStringLiteral("连接FTP服务器"))) {
+        if (m_iLastCode != CURLE_REMOTE_ACCESS_DENIED || folder == QLatin1String("/"))
+            return false;
+        return Connect();
+    }
     for (const QByteArray& reply : std::as_const(m_listReplies)) {
         // Feature lines are indented; MLST implies MLSD (some servers list only MLST).
         const QByteArray feature = reply.split(' ').value(0).toUpper();
         m_bMlsd = m_bMlsd || feature == "MLST" || feature == "MLSD";
-        m_bUtf8 = m_bUtf8 || feature == "UTF8";
     }
-    if (!m_bUtf8)
-        return true;
-    Reset(UrlFor(QStringLiteral("/")), &transfer);
-    QuoteList utf8({QStringLiteral("*OPTS UTF8 ON")});
-    curl_easy_setopt(curl, CURLOPT_NOBODY, 1L);
-    curl_easy_setopt(curl, CURLOPT_QUOTE, utf8.get());
-    return Perform(QStringLiteral("连接FTP服务器"));
+    return true;
 }
 
 bool FtpSession::ListDirectory(const QString& dirPath, QList<FtpFileInfo>* entries)
@@ -413,11 +417,18 @@ bool FtpSession::Command(const QStringList& commands)
     return Perform(commands.value(0).section(QLatin1Char(' '), 0, 0));
 }
 
-bool FtpSession::Upload(QIODevice* source, qint64 size, const QString& remotePath, const ProgressFn& progress)
+bool FtpSession::Upload(QIODevice* source, qint64 size, const QString& remotePath, const ProgressFn& progress,
+                        const QStringList& afterCommands)
 {
+    for (const QString& command : afterCommands) {
+        if (HasControlCharacters(command))
+            return Fail(QStringLiteral("路径含有非法字符：%1").arg(command));
+    }
     Transfer transfer{&m_stopCheck, &progress, source};
     transfer.bUpload = true;
     Reset(UrlFor(remotePath), &transfer);
+    QuoteList after(afterCommands);
+    curl_easy_setopt(static_cast<CURL*>(m_pCurl), CURLOPT_POSTQUOTE, after.get());
     curl_easy_setopt(static_cast<CURL*>(m_pCurl), CURLOPT_UPLOAD, 1L);
     // Uploads from the account side go to a folder that a new machine does not have yet.
     curl_easy_setopt(static_cast<CURL*>(m_pCurl), CURLOPT_FTP_CREATE_MISSING_DIRS, long(CURLFTP_CREATE_DIR));

@@ -27,12 +27,18 @@ public:
     ~FtpSession();
     Q_DISABLE_COPY_MOVE(FtpSession)
 
-    // Connects, logs in and asks FEAT; within the connect time-out.
-    bool Connect();
+    // Connects, logs in and asks FEAT; within the connect time-out. Greeting in the folder of the
+    // coming step spares a reused connection the walk back to "/" and into it again; a folder
+    // that does not exist (yet) falls back to "/".
+    bool Connect(const QString& folder = QStringLiteral("/"));
     bool ListDirectory(const QString& dirPath, QList<FtpFileInfo>* entries);
     // Raw commands ("DELE /a", "RNFR /a" + "RNTO /b") sent in order; the first failing one ends the step.
     bool Command(const QStringList& commands);
-    bool Upload(QIODevice* source, qint64 size, const QString& remotePath, const ProgressFn& progress);
+    // afterCommands run on the same connection once the data arrived whole (a rename into place
+    // costs no extra step then); AfterCommandsFailed() tells their refusal from a failed transfer.
+    bool Upload(QIODevice* source, qint64 size, const QString& remotePath, const ProgressFn& progress,
+                const QStringList& afterCommands = {});
+    bool AfterCommandsFailed() const;
     bool Download(const QString& remotePath, QIODevice* sink, const ProgressFn& progress);
     // Deletes files first, then folders bottom-up.
     bool RemoveTree(const QString& dirPath);
@@ -56,6 +62,7 @@ private:
     void SalvageReply(int descriptor);
 
     void* m_pCurl = nullptr;
+    int m_iLastCode = 0;
     void* m_pMulti = nullptr;
     QString m_strHost;
     int m_iPort = 21;
@@ -64,7 +71,6 @@ private:
     QList<QByteArray> m_listReplies;
     QByteArray m_errorBuffer;
     bool m_bMlsd = false;
-    bool m_bUtf8 = false;
     bool m_bStopped = false;
     QString m_strError;
 };

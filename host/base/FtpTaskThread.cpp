@@ -58,7 +58,8 @@ void FtpTaskThread::run()
     } else {
         FtpSession session(url.host(), m_settings.MapPort(url.port()), m_settings,
                            [this] { return IsStopRequested(); });
-        if (!session.Connect())
+        const QString path = RemotePathFromUrl();
+        if (!session.Connect(path.left(path.lastIndexOf(QLatin1Char('/')) + 1)))
             message = session.ErrorMessage();
         else
             bOk = Execute(session, &message);

@@ -31,18 +31,21 @@ bool UploadToFtp::Execute(FtpSession& session, QString* message)
     // connection never leaves a truncated program under the name the machine would run.
     const QString target = RemotePathFromUrl();
     const QString part = TemporaryPathFor(target);
-    const bool bOk = session.Upload(&file, size, part, [this, size](qint64 done, qint64) {
-        ReportProgress(done, size);
-        return true;
-    });
-    if (!bOk) {
+    const QStringList rename = {QStringLiteral("RNFR ") + part, QStringLiteral("RNTO ") + target};
+    const bool bOk = session.Upload(
+        &file, size, part,
+        [this, size](qint64 done, qint64) {
+            ReportProgress(done, size);
+            return true;
+        },
+        rename);
+    if (!bOk && !session.AfterCommandsFailed()) {
         *message = session.ErrorMessage();
         session.Command({QStringLiteral("DELE ") + part});
         return false;
     }
-    const QStringList rename = {QStringLiteral("RNFR ") + part, QStringLiteral("RNTO ") + target};
     // Some servers refuse to rename onto an existing name: the old file goes first then.
-    if (!session.Command(rename) && !(session.Command({QStringLiteral("DELE ") + target}) && session.Command(rename))) {
+    if (!bOk && !(session.Command({QStringLiteral("DELE ") + target}) && session.Command(rename))) {
         *message = session.ErrorMessage();
         session.Command({QStringLiteral("DELE ") + part});
         return false;
