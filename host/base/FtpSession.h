@@ -37,13 +37,21 @@ public:
     // Deletes files first, then folders bottom-up.
     bool RemoveTree(const QString& dirPath);
 
+    // The size of a remote file by SIZE, or by its folder's listing where SIZE is not offered.
+    bool RemoteSize(const QString& filePath, qint64* size);
+
     bool OffersMlsd() const { return m_bMlsd; }
+    // The last Connect() failed because the machine had no free login (421).
+    bool LoginRefusedAsBusy() const { return m_bLoginRefusedAsBusy; }
     bool WasStopped() const { return m_bStopped; }
     // Human-readable reason of the last failure, including the server's reply when there was one.
     QString ErrorMessage() const { return m_strError; }
 
 private:
     QByteArray UrlFor(const QString& remotePath) const;
+    // Names on the wire in the machine's encoding (FtpSettings::nameEncoding).
+    QByteArray ToWire(const QString& text) const;
+    bool IsUtf8() const;
     // Prepares the handle for one step; quote commands and callbacks are set by the caller.
     void Reset(const QByteArray& url, void* transfer);
     bool Perform(const QString& action);
@@ -65,6 +73,8 @@ private:
     QByteArray m_errorBuffer;
     bool m_bMlsd = false;
     bool m_bUtf8 = false;
+    bool m_bSize = false;
+    bool m_bLoginRefusedAsBusy = false;
     bool m_bStopped = false;
     QString m_strError;
 };
