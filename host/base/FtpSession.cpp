@@ -423,8 +423,9 @@ bool FtpSession::ListDirectory(const QString& dirPath, QList<FtpFileInfo>* entri
     const QString text = decoder.isValid() ? QString(decoder(listing)) : QString::fromUtf8(listing);
     // Names that are not UTF-8 would show as garbage: the machine's encoding setting is wrong.
     if (decoder.hasError())
-        return Fail(QStringLiteral("机床返回的文件名不是%1编码，请在机床连接设置中选择文件名编码（如GBK或Shift-JIS）")
-                        .arg(QString::fromLatin1(m_settings.nameEncoding)));
+        return Fail(
+            QStringLiteral("机床返回的文件名不是%1编码，请在“新建连接”中为该机床选择文件名编码（如GBK或Shift-JIS）")
+                .arg(QString::fromLatin1(m_settings.nameEncoding)));
     *entries = FtpListingParser().Parse(text);
     return true;
 }

@@ -15,8 +15,10 @@ FtpSettings FtpSettings::Load(const QString& host)
         helper->GetLocalSettingCache(type, g_strSettingFtpConnectTimeoutMs, settings.connectTimeoutMs).toInt();
     settings.responseTimeoutMs =
         helper->GetLocalSettingCache(type, g_strSettingFtpResponseTimeoutMs, settings.responseTimeoutMs).toInt();
-    if (!host.isEmpty())
+    if (!host.isEmpty()) {
         settings.nameEncoding = NameEncodingFor(host);
+        settings.nameRules = FtpNameRules::Load(host);
+    }
     return settings;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "FtpNameRules.h"
 #include "KorvBaseExport.h"
 
 #include <QByteArray>
@@ -16,6 +17,7 @@ struct KORVBASE_EXPORT FtpSettings
     int responseTimeoutMs = 15000;
     // How the machine spells file names on the wire (a QStringConverter name).
     QByteArray nameEncoding = "UTF-8";
+    FtpNameRules nameRules;
 
     // With a host, that machine's own settings (the name encoding) are read too.
     static FtpSettings Load(const QString& host = QString());

@@ -44,6 +44,23 @@ QString FtpTaskThread::RemotePathFromUrl() const
     return path.isEmpty() ? QStringLiteral("/") : path;
 }
 
+bool FtpTaskThread::CheckNewName(FtpSession& session, const QString& remotePath, QString* message) const
+{
+    const FtpNameRules& rules = m_settings.nameRules;
+    const int cut = remotePath.lastIndexOf(QLatin1Char('/'));
+    const QString name = remotePath.mid(cut + 1);
+    *message = rules.Violation(name);
+    if (message->isEmpty() && rules.bCaseInsensitive) {
+        QList<FtpFileInfo> entries;
+        if (!session.ListDirectory(cut <= 0 ? QStringLiteral("/") : remotePath.left(cut), &entries)) {
+            *message = session.ErrorMessage();
+            return false;
+        }
+        *message = rules.Collision(name, entries);
+    }
+    return message->isEmpty();
+}
+
 void FtpTaskThread::ReportProgress(qint64 done, qint64 total, bool bFinal)
 {
     const qint64 now = QDateTime::currentMSecsSinceEpoch();

@@ -27,6 +27,8 @@ bool UploadToFtp::Execute(FtpSession& session, QString* message)
     }
     const qint64 size = file.size();
     g_bTranslating = true;
+    if (!CheckNewName(session, RemotePathFromUrl(), message))
+        return false;
     // The file is written under a temporary name and renamed when complete, so that a cut
     // connection never leaves a truncated program under the name the machine would run.
     const QString target = RemotePathFromUrl();
