@@ -7,6 +7,7 @@
 #include <QIODevice>
 #include <QStringDecoder>
 #include <QStringEncoder>
+#include <QThread>
 #include <QUrl>
 #include <cctype>
 #include <curl/curl.h>
@@ -21,6 +22,8 @@ namespace {
 constexpr long kBufferSize = 512 * 1024;
 constexpr int kSalvageWaitMs = 100;
 constexpr long kStopPollMs = 100; // longest wait before a stop request is seen
+constexpr int kReconnectAttempts = 6;
+constexpr unsigned long kReconnectWaitMs = 50; // doubled on every attempt
 
 // Per-step state handed to libcurl's callbacks.
 struct Transfer
@@ -291,9 +294,19 @@ bool FtpSession::Perform(const QString& action)
 {
     if (!m_pCurl)
         return Fail(QStringLiteral("无法初始化FTP连接"));
-    m_listReplies.clear();
-    m_errorBuffer.fill('\0');
-    const CURLcode code = CURLcode(RunStep());
+    CURLcode code = CURLE_OK;
+    for (int attempt = 0;; ++attempt) {
+        m_listReplies.clear();
+        m_errorBuffer.fill('\0');
+        code = CURLcode(RunStep());
+        // libcurl drops the connection after a refused command; a controller with one login slot turns
+        // the reconnection away (421) until it has seen the old one go. Nothing ran: try again shortly.
+        const bool bRefused = !m_listReplies.isEmpty() && m_listReplies.constFirst().startsWith("421");
+        if (code == CURLE_OK || !m_bConnected || !bRefused || attempt >= kReconnectAttempts ||
+            (m_stopCheck && m_stopCheck()))
+            break;
+        QThread::msleep(kReconnectWaitMs << attempt);
+    }
     if (code == CURLE_OK)
         return true;
     if (m_stopCheck && m_stopCheck()) {
@@ -398,6 +411,7 @@ bool FtpSession::Connect()
         m_bSize = m_bSize || feature == "SIZE";
     }
     // A machine set to GBK or Shift-JIS keeps its own encoding even when it offers UTF-8.
+    m_bConnected = true;
     if (!m_bUtf8 || !IsUtf8())
         return true;
     Reset(UrlFor(QStringLiteral("/")), &transfer);

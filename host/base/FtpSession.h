@@ -75,6 +75,7 @@ private:
     bool m_bUtf8 = false;
     bool m_bSize = false;
     bool m_bLoginRefusedAsBusy = false;
+    bool m_bConnected = false; // logged in once: later 421s come from reconnections
     bool m_bStopped = false;
     QString m_strError;
 };

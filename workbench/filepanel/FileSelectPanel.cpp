@@ -358,6 +358,13 @@ bool FileSelectPanel::startListFtp(const QString& path)
     auto* task = new ListFtpDirectory(url, encoded.toString(QUrl::FullyEncoded), path, nullptr);
     connect(task, &ListFtpDirectory::SignalListFileFinished, this,
             [this, task](bool ok, const QList<FtpFileInfo>& entries) { ApplyMachineListing(task, ok, entries); });
+    // The reason of a failed listing (a wrong name encoding is told apart from a lost machine).
+    connect(task, &FtpTaskThread::SignalTaskFinished, this, [this](bool ok, const QString& message) {
+        if (!ok && !message.isEmpty()) {
+            LogLine(message);
+            Q_EMIT SignalAppendLog(message, kColorFailure);
+        }
+    });
     m_pListTask = task;
     m_tasks.Start(task);
     return true;
