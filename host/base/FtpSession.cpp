@@ -283,6 +283,7 @@ void FtpSession::Reset(const QByteArray& url, void* transfer)
     curl_easy_setopt(curl, CURLOPT_UPLOAD, 0L);
     curl_easy_setopt(curl, CURLOPT_CUSTOMREQUEST, nullptr);
     curl_easy_setopt(curl, CURLOPT_QUOTE, nullptr);
+    curl_easy_setopt(curl, CURLOPT_POSTQUOTE, nullptr);
     curl_easy_setopt(curl, CURLOPT_INFILESIZE_LARGE, curl_off_t(-1));
     curl_easy_setopt(curl, CURLOPT_TIMEOUT_MS, 0L);
     curl_easy_setopt(curl, CURLOPT_WRITEDATA, transfer);
@@ -307,6 +308,7 @@ bool FtpSession::Perform(const QString& action)
             break;
         QThread::msleep(kReconnectWaitMs << attempt);
     }
+    m_iLastCode = code;
     if (code == CURLE_OK)
         return true;
     if (m_stopCheck && m_stopCheck()) {
@@ -389,36 +391,56 @@ bool FtpSession::Fail(const QString& message)
     return false;
 }
 
-bool FtpSession::Connect()
+QList<QByteArray> FtpSession::WireCommands(const QStringList& commands) const
+{
+    QList<QByteArray> wire;
+    for (const QString& command : commands)
+        wire.append(ToWire(command));
+    return wire;
+}
+
+bool FtpSession::SizeReplied(qint64* size) const
+{
+    for (const QByteArray& reply : m_listReplies) {
+        bool bOk = false;
+        const qint64 value = reply.startsWith("213 ") ? reply.mid(4).trimmed().toLongLong(&bOk) : -1;
+        if (bOk) {
+            *size = value;
+            return true;
+        }
+    }
+    return false;
+}
+
+bool FtpSession::Connect(const QString& folder)
 {
     Transfer transfer{&m_stopCheck};
-    Reset(UrlFor(QStringLiteral("/")), &transfer);
+    Reset(UrlFor(folder.endsWith(QLatin1Char('/')) ? folder : folder + QLatin1Char('/')), &transfer);
     CURL* curl = static_cast<CURL*>(m_pCurl);
-    // A leading "*" lets a server without FEAT still be used.
-    QuoteList feat({QByteArrayLiteral("*FEAT")});
+    // A leading "*" lets a server without FEAT (or without UTF-8) still be used. Both go in one
+    // step: a reused connection then costs one exchange, not two. A machine set to GBK or
+    // Shift-JIS keeps its own encoding even when it offers UTF-8.
+    QList<QByteArray> greeting{QByteArrayLiteral("*FEAT")};
+    if (IsUtf8())
+        greeting.append(QByteArrayLiteral("*OPTS UTF8 ON"));
+    QuoteList feat(greeting);
     curl_easy_setopt(curl, CURLOPT_NOBODY, 1L);
     curl_easy_setopt(curl, CURLOPT_QUOTE, feat.get());
     curl_easy_setopt(curl, CURLOPT_TIMEOUT_MS, long(m_settings.connectTimeoutMs));
     if (!Perform(QStringLiteral("连接FTP服务器"))) {
         m_bLoginRefusedAsBusy = !m_listReplies.isEmpty() && m_listReplies.constFirst().startsWith("421");
-        return false;
+        if (m_bLoginRefusedAsBusy || m_iLastCode != CURLE_REMOTE_ACCESS_DENIED || folder == QLatin1String("/"))
+            return false;
+        return Connect();
     }
     for (const QByteArray& reply : std::as_const(m_listReplies)) {
         // Feature lines are indented; MLST implies MLSD (some servers list only MLST).
         const QByteArray feature = reply.split(' ').value(0).toUpper();
         m_bMlsd = m_bMlsd || feature == "MLST" || feature == "MLSD";
-        m_bUtf8 = m_bUtf8 || feature == "UTF8";
         m_bSize = m_bSize || feature == "SIZE";
     }
-    // A machine set to GBK or Shift-JIS keeps its own encoding even when it offers UTF-8.
     m_bConnected = true;
-    if (!m_bUtf8 || !IsUtf8())
-        return true;
-    Reset(UrlFor(QStringLiteral("/")), &transfer);
-    QuoteList utf8({QByteArrayLiteral("*OPTS UTF8 ON")});
-    curl_easy_setopt(curl, CURLOPT_NOBODY, 1L);
-    curl_easy_setopt(curl, CURLOPT_QUOTE, utf8.get());
-    return Perform(QStringLiteral("连接FTP服务器"));
+    return true;
 }
 
 bool FtpSession::ListDirectory(const QString& dirPath, QList<FtpFileInfo>* entries)
@@ -452,20 +474,24 @@ bool FtpSession::Command(const QStringList& commands)
     }
     Transfer transfer{&m_stopCheck};
     Reset(UrlFor(QStringLiteral("/")), &transfer);
-    QList<QByteArray> wire;
-    for (const QString& command : commands)
-        wire.append(ToWire(command));
-    QuoteList quote(wire);
+    QuoteList quote(WireCommands(commands));
     curl_easy_setopt(static_cast<CURL*>(m_pCurl), CURLOPT_NOBODY, 1L);
     curl_easy_setopt(static_cast<CURL*>(m_pCurl), CURLOPT_QUOTE, quote.get());
     return Perform(commands.value(0).section(QLatin1Char(' '), 0, 0));
 }
 
-bool FtpSession::Upload(QIODevice* source, qint64 size, const QString& remotePath, const ProgressFn& progress)
+bool FtpSession::Upload(QIODevice* source, qint64 size, const QString& remotePath, const ProgressFn& progress,
+                        const QStringList& afterCommands)
 {
+    for (const QString& command : afterCommands) {
+        if (HasControlCharacters(command))
+            return Fail(QStringLiteral("路径含有非法字符：%1").arg(command));
+    }
     Transfer transfer{&m_stopCheck, &progress, source};
     transfer.bUpload = true;
     Reset(UrlFor(remotePath), &transfer);
+    QuoteList after(WireCommands(afterCommands));
+    curl_easy_setopt(static_cast<CURL*>(m_pCurl), CURLOPT_POSTQUOTE, after.get());
     curl_easy_setopt(static_cast<CURL*>(m_pCurl), CURLOPT_UPLOAD, 1L);
     // Uploads from the account side go to a folder that a new machine does not have yet.
     curl_easy_setopt(static_cast<CURL*>(m_pCurl), CURLOPT_FTP_CREATE_MISSING_DIRS, long(CURLFTP_CREATE_DIR));
@@ -492,14 +518,8 @@ bool FtpSession::RemoteSize(const QString& filePath, qint64* size)
         // "*": a refusal is read from the replies instead of failing the step.
         if (!Command({QStringLiteral("*SIZE ") + filePath}))
             return false;
-        for (const QByteArray& reply : std::as_const(m_listReplies)) {
-            bool bOk = false;
-            const qint64 value = reply.startsWith("213 ") ? reply.mid(4).trimmed().toLongLong(&bOk) : -1;
-            if (bOk) {
-                *size = value;
-                return true;
-            }
-        }
+        if (SizeReplied(size))
+            return true;
     }
     const int cut = filePath.lastIndexOf(QLatin1Char('/'));
     QList<FtpFileInfo> entries;

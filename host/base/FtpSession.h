@@ -27,12 +27,19 @@ public:
     ~FtpSession();
     Q_DISABLE_COPY_MOVE(FtpSession)
 
-    // Connects, logs in and asks FEAT; within the connect time-out.
-    bool Connect();
+    // Connects, logs in and asks FEAT; within the connect time-out. Greeting in the folder of the
+    // coming step spares a reused connection the walk back to "/" and into it again; a folder
+    // that does not exist (yet) falls back to "/".
+    bool Connect(const QString& folder = QStringLiteral("/"));
     bool ListDirectory(const QString& dirPath, QList<FtpFileInfo>* entries);
     // Raw commands ("DELE /a", "RNFR /a" + "RNTO /b") sent in order; the first failing one ends the step.
     bool Command(const QStringList& commands);
-    bool Upload(QIODevice* source, qint64 size, const QString& remotePath, const ProgressFn& progress);
+    // afterCommands run on the same connection once the data arrived whole (a "*SIZE" of the new
+    // file costs no extra step then).
+    bool Upload(QIODevice* source, qint64 size, const QString& remotePath, const ProgressFn& progress,
+                const QStringList& afterCommands = {});
+    // The size named by a "213" reply of the last step (a "*SIZE" among its commands).
+    bool SizeReplied(qint64* size) const;
     bool Download(const QString& remotePath, QIODevice* sink, const ProgressFn& progress);
     // Deletes files first, then folders bottom-up.
     bool RemoveTree(const QString& dirPath);
@@ -51,6 +58,7 @@ private:
     QByteArray UrlFor(const QString& remotePath) const;
     // Names on the wire in the machine's encoding (FtpSettings::nameEncoding).
     QByteArray ToWire(const QString& text) const;
+    QList<QByteArray> WireCommands(const QStringList& commands) const;
     bool IsUtf8() const;
     // Prepares the handle for one step; quote commands and callbacks are set by the caller.
     void Reset(const QByteArray& url, void* transfer);
@@ -64,6 +72,7 @@ private:
     void SalvageReply(int descriptor);
 
     void* m_pCurl = nullptr;
+    int m_iLastCode = 0;
     void* m_pMulti = nullptr;
     QString m_strHost;
     int m_iPort = 21;
@@ -72,7 +81,6 @@ private:
     QList<QByteArray> m_listReplies;
     QByteArray m_errorBuffer;
     bool m_bMlsd = false;
-    bool m_bUtf8 = false;
     bool m_bSize = false;
     bool m_bLoginRefusedAsBusy = false;
     bool m_bConnected = false; // logged in once: later 421s come from reconnections

@@ -92,7 +92,8 @@ void FtpTaskThread::run()
         bool bRetry = false;
         {
             FtpSession session(url.host(), m_settings.MapPort(url.port()), m_settings, stop);
-            const bool bConnected = session.Connect();
+            const QString path = RemotePathFromUrl();
+            const bool bConnected = session.Connect(path.left(path.lastIndexOf(QLatin1Char('/')) + 1));
             if (bConnected)
                 bOk = Execute(session, &message);
             else

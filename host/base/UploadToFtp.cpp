@@ -33,13 +33,16 @@ bool UploadToFtp::Execute(FtpSession& session, QString* message)
     // connection never leaves a truncated program under the name the machine would run.
     const QString target = RemotePathFromUrl();
     const QString part = TemporaryPathFor(target);
-    const bool bOk = session.Upload(&file, size, part, [this, size](qint64 done, qint64) {
-        ReportProgress(done, size);
-        return true;
-    });
-    // A "226" is not proof: some controllers keep a short file and still report success.
+    // A "226" is not proof: some controllers keep a short file and still report success. Its size
+    // is asked on the same step; where SIZE is refused the folder's listing tells it.
+    const bool bOk = session.Upload(&file, size, part,
+                                    [this, size](qint64 done, qint64) {
+                                        ReportProgress(done, size);
+                                        return true;
+                                    },
+                                    {QStringLiteral("*SIZE ") + part});
     qint64 remoteSize = -1;
-    if (bOk && session.RemoteSize(part, &remoteSize) && remoteSize != size) {
+    if (bOk && (session.SizeReplied(&remoteSize) || session.RemoteSize(part, &remoteSize)) && remoteSize != size) {
         *message = QStringLiteral("机床上的文件只有%1字节，本地文件为%2字节（虽然机床回复传输完成），原文件未改动")
                        .arg(remoteSize)
                        .arg(size);

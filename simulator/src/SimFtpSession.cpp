@@ -109,6 +109,16 @@ void SimFtpSession::ProcessLines()
     }
 }
 
+bool SimFtpSession::IsRefused(const QString& verb, const QString& argument) const
+{
+    for (const QString& rule : m_options.ftpRefused) {
+        const int colon = rule.indexOf(QLatin1Char(':'));
+        if (colon < 0 ? rule == verb : (rule.left(colon) == verb && argument.contains(rule.mid(colon + 1))))
+            return true;
+    }
+    return false;
+}
+
 void SimFtpSession::Dispatch(const QByteArray& line)
 {
     m_idleTimer.start();
@@ -117,7 +127,7 @@ void SimFtpSession::Dispatch(const QByteArray& line)
     const QString argument = space < 0 ? QString() : FromWire(line.mid(space + 1));
     if (verb.isEmpty())
         return;
-    if (m_options.ftpRefused.contains(QString::fromLatin1(verb))) {
+    if (IsRefused(QString::fromLatin1(verb), argument)) {
         Reply(550, QStringLiteral("Command refused."));
         return;
     }

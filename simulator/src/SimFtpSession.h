@@ -33,6 +33,8 @@ private:
     void SlotReadyRead();
     void ProcessLines();
     void Dispatch(const QByteArray& line);
+    // A fault switch refuses this command (every use, or only for arguments holding a text).
+    bool IsRefused(const QString& verb, const QString& argument) const;
     void Reply(int code, const QString& text);
     void ReplyRaw(const QByteArray& text);
     void Close();

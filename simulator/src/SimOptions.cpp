@@ -105,7 +105,10 @@ bool SimOptions::Parse(const QStringList& arguments, SimOptions* options, QStrin
         {"ftp-rate", "Fault: limit every FTP data transfer to N bytes per second.", "N"},
         {"ftp-disk-full", "Fault: refuse every upload with 552 after N bytes.", "N"},
         {"ftp-latency", "Fault: answer every FTP command MS milliseconds late.", "MS"},
-        {"ftp-refuse", "Fault: answer this FTP command with 550 (repeatable).", "CMD"},
+        {"ftp-refuse",
+         "Fault: answer this FTP command with 550 (repeatable); CMD:TEXT only when its argument "
+         "contains TEXT, e.g. STOR:bad.nc.",
+         "CMD"},
         {"sn-error", "Fault: answer the serial-number request with this error code.", "CODE"},
         {"sn-silent", "Fault: never answer the serial-number request."},
         {"old-version", "Fault: report system version 1.4.6."},
@@ -195,8 +198,10 @@ bool SimOptions::Parse(const QStringList& arguments, SimOptions* options, QStrin
     o.realTimeSilent = set("rt-silent");
     o.vanishSilently = set("vanish-silent");
     o.ftpRefused.clear();
-    for (const QString& verb : parser.values(QStringLiteral("ftp-refuse")))
-        o.ftpRefused << verb.toUpper();
+    for (const QString& verb : parser.values(QStringLiteral("ftp-refuse"))) {
+        const int colon = verb.indexOf(QLatin1Char(':'));
+        o.ftpRefused << (colon < 0 ? verb.toUpper() : verb.left(colon).toUpper() + verb.mid(colon));
+    }
 
     const std::pair<const char*, double*> reals[] = {{"time-scale", &o.timeScale},
                                                      {"boot-seconds", &o.bootSeconds},

@@ -36,7 +36,7 @@ struct SimOptions
     qint64 ftpRate = 0;       // bytes per second per transfer, 0 = unlimited
     int ftpLatencyMs = 0;     // delay before each FTP command is answered
     qint64 ftpSpaceLeft = -1; // bytes an upload may write before 552 "disk full", -1 = unlimited
-    QStringList ftpRefused;   // upper-case command verbs answered with 550
+    QStringList ftpRefused;   // upper-case verbs answered with 550; "VERB:text" only for arguments holding text
     int snErrorCode = 0;
     bool snSilent = false;
     bool realTimeSilent = false;

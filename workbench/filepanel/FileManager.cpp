@@ -17,7 +17,7 @@
 #include <QVBoxLayout>
 
 namespace {
-const QString ComputerPath = QStringLiteral("/");
+const QString MachineRoot = QStringLiteral("/");
 const QString ToolTipStyle = QStringLiteral("QToolTip {    background: #f0f0f0;    color: #333333;    border: 1px "
                                             "solid #aaaaaa;    padding: 2px;        border-radius: 3px;}");
 
@@ -135,7 +135,7 @@ void FileManager::SetMachineConnected(const QString& ip, const QString& sn)
     m_bConnected = true;
     m_strIp = ip;
     m_strSn = sn;
-    m_strMachineBasePath = ComputerPath;
+    m_strMachineBasePath = MachineRoot;
     m_pMachinePanel->SetMachineIp(ip);
     m_pMachinePanel->ClearPanel();
     m_pMachinePanel->RefreshPanel();
@@ -215,7 +215,7 @@ void FileManager::SlotLeftBtnClicked()
     if (files.isEmpty() || !ConfirmTransfer(files, m_pMachinePanel))
         return;
     for (const QString& localPath : files) {
-        if (m_pLocalPanel->CurrentPath() == ComputerPath) {
+        if (m_pLocalPanel->IsComputerView()) {
             qDebug() << " local path root , not trans";
             continue;
         }
@@ -231,7 +231,7 @@ void FileManager::SlotRightBtnClicked()
     if (files.isEmpty())
         return;
     // The computer view lists drives, not a folder that could receive a file.
-    if (m_pLocalPanel->CurrentPath() == ComputerPath) {
+    if (m_pLocalPanel->IsComputerView()) {
         qDebug() << " local path root , not trans";
         return;
     }

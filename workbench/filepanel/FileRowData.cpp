@@ -26,10 +26,6 @@ QString FileRowData::JoinPath(const QString& directory, const QString& name)
     if (directory.endsWith(QLatin1Char('/'))) {
         return directory + name;
     }
-    // "/." addresses the local file-system root, since "/" itself is the computer view.
-    if (directory == QLatin1String("/.")) {
-        return QLatin1Char('/') + name;
-    }
     return directory + QLatin1Char('/') + name;
 }
 

@@ -3,20 +3,22 @@
 #include "CDebugLog.h"
 #include "CVarnokMessageBox.h"
 #include "FileItemRoles.h"
+#include "FilePanelOperations.h"
 #include "FileSortProxyModel.h"
 #include "FileTreeView.h"
-#include "KorvBaseGlobals.h"
-#include "ListFtpDirectory.h"
-#include "LocalDirectoryReader.h"
+#include "LocalListingSource.h"
 #include "LocalVolumeLister.h"
+#include "LogColors.h"
+#include "MachineListingSource.h"
 #include "ui_FileSelectPanel.h"
 
 #include <QAction>
 #include <QDesktopServices>
 #include <QDir>
+#include <QDropEvent>
 #include <QFileInfo>
-#include <QFutureWatcher>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QLoggingCategory>
 #include <QMenu>
 #include <QMouseEvent>
@@ -25,32 +27,24 @@
 #include <QStyle>
 #include <QTimer>
 #include <QUrl>
-#include <QtConcurrent>
 #include <algorithm>
+#include <functional>
 
 Q_LOGGING_CATEGORY(lcFilePanel, "korv.filepanel", QtInfoMsg)
 
 namespace {
-const QString kComputerPath = QStringLiteral("/");
-const QColor kColorFailure(220, 50, 50);
-const QColor kColorWarning(220, 150, 0);
-
-// "/nc/" and "/nc" are the same machine folder; the panel keeps the short form.
-QString NormalizedMachinePath(const QString& path)
+// The menu's actions by position in m_listActions.
+enum MenuAction
 {
-    QString normalized = QDir::cleanPath(path);
-    return normalized.isEmpty() ? QStringLiteral("/") : normalized;
-}
-
-// The parent of a local folder, or an empty text at a root.
-QString LocalParent(const QString& path)
-{
-    const QString clean = QDir::cleanPath(QDir::fromNativeSeparators(path));
-    if (clean.isEmpty() || QDir(clean).isRoot()) {
-        return QString();
-    }
-    return LocalVolumeLister::PanelPath(QFileInfo(clean).path());
-}
+    ActionNewFile,
+    ActionNewFolder,
+    ActionDelete,
+    ActionRename,
+    ActionOpen,
+    ActionCopy,
+    ActionCut,
+    ActionPaste,
+};
 } // namespace
 
 FileSelectPanel::FileSelectPanel(bool bLocal, QWidget* parent)
@@ -58,24 +52,61 @@ FileSelectPanel::FileSelectPanel(bool bLocal, QWidget* parent)
 {
     RegisterWorkbenchMetaTypes();
     ui->setupUi(this);
+    if (m_bLocal) {
+        m_pLocalSource = new LocalListingSource(this);
+        m_pSource = m_pLocalSource;
+    } else {
+        m_pMachineSource = new MachineListingSource(this);
+        m_pSource = m_pMachineSource;
+    }
+    connect(m_pSource, &FileListingSource::SignalListed, this, &FileSelectPanel::ApplyListing);
+    connect(m_pSource, &FileListingSource::SignalAppendLog, this, &FileSelectPanel::SignalAppendLog);
+    m_pOperations = new FilePanelOperations(this);
+    connect(m_pOperations, &FilePanelOperations::SignalDeleteTriggered, this, &FileSelectPanel::SignalDeleteTriggered);
+    connect(m_pOperations, &FilePanelOperations::SignalDeleteItemsTriggered, this,
+            &FileSelectPanel::SignalDeleteItemsTriggered);
+    connect(m_pOperations, &FilePanelOperations::SignalRenameTriggered, this, &FileSelectPanel::SignalRenameTriggered);
+    connect(m_pOperations, &FilePanelOperations::SignalMakeDirTriggered, this,
+            &FileSelectPanel::SignalMakeDirTriggered);
+    connect(m_pOperations, &FilePanelOperations::SignalSendFileToUpload, this,
+            &FileSelectPanel::SignalSendFileToUpload);
+    connect(m_pOperations, &FilePanelOperations::SignalDownloadFileFromMachine, this,
+            &FileSelectPanel::SignalDownloadFileFromMachine);
+    connect(m_pOperations, &FilePanelOperations::SignalClearLocalClipboardPath, this,
+            &FileSelectPanel::SignalClearLocalClipboardPath);
+    connect(m_pOperations, &FilePanelOperations::SignalAppendLog, this, &FileSelectPanel::SignalAppendLog);
     SetUpView();
     SetUpTitle();
     SetUpMenu();
 
-    m_listFilePath = {kComputerPath};
+    // The local panel starts in the computer view, the machine panel at the machine's root.
+    const QString start = m_bLocal ? QString() : QStringLiteral("/");
+    m_listFilePath = {start};
     m_iCurIndex = 0;
     ui->m_btnFront->setEnabled(false);
     ui->m_btnBack->setEnabled(false);
     if (m_bLocal) {
         showMyComputer();
     } else {
-        SetCurrentPath(kComputerPath);
+        SetCurrentPath(start);
     }
 }
 
 FileSelectPanel::~FileSelectPanel()
 {
     delete ui;
+}
+
+void FileSelectPanel::SetMachineIp(const QString& ip)
+{
+    if (m_pMachineSource) {
+        m_pMachineSource->SetMachineIp(ip);
+    }
+}
+
+QString FileSelectPanel::MachineIp() const
+{
+    return m_pMachineSource ? m_pMachineSource->MachineIp() : QString();
 }
 
 void FileSelectPanel::SetUpView()
@@ -96,6 +127,9 @@ void FileSelectPanel::SetUpView()
     // Drops belong to the panel, which knows which side it shows.
     m_pTreeView->setAcceptDrops(false);
     m_pTreeView->viewport()->setAcceptDrops(false);
+    setAcceptDrops(true);
+    // The file-manager keys reach the panel before the view's own handling (Backspace would search).
+    m_pTreeView->installEventFilter(this);
 
     QHeaderView* header = m_pTreeView->header();
     header->setSortIndicatorShown(true);
@@ -189,17 +223,6 @@ void FileSelectPanel::ShowNotice(const QString& text)
     CVarnokMessageBox::ShowWindow(this, MsgButtonConfirm, MsgIconFailure, tr("提示"), text);
 }
 
-bool FileSelectPanel::RefuseWhileTransferring()
-{
-    if (m_bLocal || !g_bTranslating) {
-        return false;
-    }
-    const QString text = tr("当前FTP正在进行文件传输，无法访问机器文件！");
-    LogLine(text);
-    Q_EMIT SignalAppendLog(text, kColorWarning);
-    return true;
-}
-
 void FileSelectPanel::SetPanelLocked(bool locked)
 {
     m_bBusy = locked;
@@ -212,17 +235,6 @@ void FileSelectPanel::SetCurrentPath(const QString& path)
 {
     m_strFullPath = path;
     UpdatePathLabel();
-}
-
-void FileSelectPanel::UpdatePathLabel()
-{
-    const bool bComputerView = m_bLocal && m_strFullPath == kComputerPath;
-    const bool bEditing = ui->pathLineEdit->isVisible();
-    ui->m_labelPathSeparator->setVisible(m_bLocal && !bComputerView && !bEditing);
-    const QString shown = bComputerView ? QString() : QDir::toNativeSeparators(m_strFullPath);
-    ui->m_labelPath->setText(
-        ui->m_labelPath->fontMetrics().elidedText(shown, Qt::ElideMiddle, std::max(0, ui->m_labelPath->width())));
-    ui->m_labelPath->setToolTip(shown);
 }
 
 void FileSelectPanel::resizeEvent(QResizeEvent* event)
@@ -275,147 +287,6 @@ QList<FileRowData> FileSelectPanel::QuickAccessRows() const
     return rows;
 }
 
-void FileSelectPanel::showMyComputer()
-{
-    ++m_nLocalListingSerial;
-    m_listFolderNames.clear();
-    m_listFileNames.clear();
-    SetCurrentPath(kComputerPath);
-    ReplaceRows(QuickAccessRows() + LocalVolumeLister::ListRows());
-    m_pTreeView->header()->setSortIndicatorShown(false);
-    Q_EMIT SignalListingFinished(kComputerPath, true);
-}
-
-void FileSelectPanel::scanDirectory(const QString& path, const QString& fileToSelect)
-{
-    qCDebug(lcFilePanel) << "scanDirectory:" << path;
-    if (m_bLocal && path == kComputerPath) {
-        showMyComputer();
-        return;
-    }
-    if (!QDir(path).exists()) {
-        LogLine(path + QStringLiteral(" not exists"));
-    }
-    m_listFolderNames.clear();
-    m_listFileNames.clear();
-    SetCurrentPath(path);
-    m_pTreeView->header()->setSortIndicatorShown(true);
-    ReplaceRows((m_bLocal ? QuickAccessRows() : QList<FileRowData>()) << FileRowData::Placeholder());
-
-    // The disk is read on a pool thread so that a folder of many thousand entries, or
-    // a slow network drive, never freezes the window; a newer listing supersedes it.
-    const quint64 serial = ++m_nLocalListingSerial;
-    auto* watcher = new QFutureWatcher<LocalListing>(this);
-    connect(watcher, &QFutureWatcher<LocalListing>::finished, this, [this, watcher, serial, fileToSelect] {
-        watcher->deleteLater();
-        if (serial == m_nLocalListingSerial) {
-            ApplyLocalListing(watcher->result(), fileToSelect);
-        }
-    });
-    watcher->setFuture(QtConcurrent::run(&LocalDirectoryReader::Read, path, m_bFilter));
-}
-
-void FileSelectPanel::ApplyLocalListing(const LocalListing& listing, const QString& fileToSelect)
-{
-    const int lastRow = m_pModel->rowCount() - 1;
-    if (lastRow >= 0 && m_pModel->item(lastRow)->data(FileItemRole::Kind).toInt() == FileItemKind::Loading) {
-        m_pModel->removeRow(lastRow);
-    }
-    m_listFolderNames = listing.listFolderNames;
-    m_listFileNames = listing.listFileNames;
-    AppendRows(listing.listRows);
-    if (!fileToSelect.isEmpty()) {
-        const QModelIndex index = ProxyIndexOfName(fileToSelect);
-        if (index.isValid()) {
-            qCDebug(lcFilePanel) << " scanDirectory select strCurFile " << fileToSelect;
-            m_pTreeView->setCurrentIndex(index);
-            m_pTreeView->scrollTo(index);
-        }
-    }
-    Q_EMIT SignalListingFinished(listing.strPath, listing.bExists);
-}
-
-bool FileSelectPanel::startListFtp(const QString& path)
-{
-    if (RefuseWhileTransferring()) {
-        return false;
-    }
-    LogLine(QStringLiteral("startListFtp Start"));
-    const QString url = QStringLiteral("ftp://%1:%2%3").arg(m_strMachineIp, QStringLiteral("21"), path);
-    QUrl encoded;
-    encoded.setScheme(QStringLiteral("ftp"));
-    encoded.setHost(m_strMachineIp);
-    encoded.setPort(21);
-    encoded.setPath(path);
-
-    // A listing still in flight already keeps the rows from before it.
-    if (!m_pListTask) {
-        m_strSavedPath = m_strFullPath;
-    }
-    SetCurrentPath(NormalizedMachinePath(path));
-    ReplaceRows({FileRowData::Placeholder()});
-
-    auto* task = new ListFtpDirectory(url, encoded.toString(QUrl::FullyEncoded), path, nullptr);
-    connect(task, &ListFtpDirectory::SignalListFileFinished, this,
-            [this, task](bool ok, const QList<FtpFileInfo>& entries) { ApplyMachineListing(task, ok, entries); });
-    // The reason of a failed listing (a wrong name encoding is told apart from a lost machine).
-    connect(task, &FtpTaskThread::SignalTaskFinished, this, [this](bool ok, const QString& message) {
-        if (!ok && !message.isEmpty()) {
-            LogLine(message);
-            Q_EMIT SignalAppendLog(message, kColorFailure);
-        }
-    });
-    m_pListTask = task;
-    m_tasks.Start(task);
-    return true;
-}
-
-void FileSelectPanel::ApplyMachineListing(QObject* task, bool ok, const QList<FtpFileInfo>& entries)
-{
-    if (task != m_pListTask) {
-        return; // superseded by a newer listing or by ClearPanel
-    }
-    m_pListTask = nullptr;
-    const QString path = m_strFullPath;
-    if (!ok) {
-        SetCurrentPath(m_strSavedPath);
-        ReplaceRows(m_listShownRows);
-        const QString text = tr("获取机床文件列表失败！");
-        LogLine(text);
-        Q_EMIT SignalAppendLog(text, kColorFailure);
-        Q_EMIT SignalListingFinished(path, false);
-        return;
-    }
-    QList<FileRowData> rows;
-    rows.reserve(entries.size());
-    for (const bool bFolders : {true, false}) {
-        for (const FtpFileInfo& entry : entries) {
-            if (entry.isDir() == bFolders && (bFolders || entry.type == QLatin1String("file"))) {
-                rows.append(FileRowData::FromFtp(entry, path));
-                qCDebug(lcFilePanel) << "varnok fullPath" << rows.last().strFullPath;
-            }
-        }
-    }
-    m_listShownRows = rows;
-    ReplaceRows(rows);
-    if (!m_strPendingFolderName.isEmpty()) {
-        QTimer::singleShot(0, this, [this] {
-            const QString name = m_strPendingFolderName;
-            m_strPendingFolderName.clear();
-            SelectAndFlash(name);
-        });
-    }
-    if (!m_strPendingLocateName.isEmpty()) {
-        QTimer::singleShot(0, this, [this] {
-            LogLine(QStringLiteral("上传文件到机床m_strPendingLocateName: %1").arg(m_strPendingLocateName));
-            const QString name = m_strPendingLocateName;
-            m_strPendingLocateName.clear();
-            SelectAndFlash(name);
-        });
-    }
-    Q_EMIT SignalListingFinished(path, true);
-}
-
 QModelIndex FileSelectPanel::ProxyIndexOfName(const QString& name) const
 {
     for (int row = 0; row < m_pModel->rowCount(); ++row) {
@@ -450,36 +321,6 @@ void FileSelectPanel::PushHistory(const QString& path)
     ui->m_btnBack->setEnabled(false);
 }
 
-void FileSelectPanel::StepHistory(int step)
-{
-    if (RefuseWhileTransferring()) {
-        return;
-    }
-    const int target = m_iCurIndex + step;
-    if (target < 0 || target >= m_listFilePath.size()) {
-        return;
-    }
-    m_iCurIndex = target;
-    ui->m_btnFront->setEnabled(m_iCurIndex > 0);
-    ui->m_btnBack->setEnabled(m_iCurIndex < m_listFilePath.size() - 1);
-    qCDebug(lcFilePanel) << " m_iCurIndex == " << m_iCurIndex << " path " << m_listFilePath;
-    ShowHistoryEntry();
-    m_structItemInfo = StructItemInfo{0, m_strFullPath, QString()};
-    Q_EMIT SignalItemSelected(m_structItemInfo);
-}
-
-void FileSelectPanel::ShowHistoryEntry()
-{
-    const QString path = m_listFilePath.value(m_iCurIndex);
-    if (!m_bLocal) {
-        startListFtp(path);
-    } else if (path == kComputerPath) {
-        showMyComputer();
-    } else {
-        scanDirectory(path);
-    }
-}
-
 void FileSelectPanel::on_m_btnFront_clicked()
 {
     StepHistory(-1);
@@ -490,37 +331,6 @@ void FileSelectPanel::on_m_btnBack_clicked()
     StepHistory(+1);
 }
 
-void FileSelectPanel::on_m_btnUp_clicked()
-{
-    if (m_bLocal) {
-        if (m_strFullPath == kComputerPath) {
-            return;
-        }
-        const QString parent = LocalParent(m_strFullPath);
-        if (parent.isEmpty()) {
-            LogLine(QStringLiteral("m_btnUp local no cdUp"));
-            PushHistory(kComputerPath);
-            showMyComputer();
-            return;
-        }
-        PushHistory(parent);
-        scanDirectory(parent);
-        return;
-    }
-    if (RefuseWhileTransferring()) {
-        return;
-    }
-    if (m_strFullPath == kComputerPath) {
-        LogLine(QStringLiteral("m_btnUp machine already root"));
-        return;
-    }
-    const int cut = m_strFullPath.lastIndexOf(QLatin1Char('/'));
-    const QString parent = cut < 1 ? kComputerPath : m_strFullPath.left(cut);
-    LogLine(QStringLiteral("m_btnUp machine parent path:") + parent);
-    PushHistory(parent);
-    startListFtp(parent);
-}
-
 void FileSelectPanel::on_pushButton_2_clicked() {}
 
 void FileSelectPanel::on_m_btnReset_clicked()
@@ -528,123 +338,9 @@ void FileSelectPanel::on_m_btnReset_clicked()
     RefreshPanel();
 }
 
-void FileSelectPanel::RefreshPanel()
-{
-    if (m_bLocal) {
-        if (m_strFullPath != kComputerPath) {
-            scanDirectory(m_strFullPath);
-        }
-        return;
-    }
-    // The trailing slash makes the server treat the path as a folder.
-    startListFtp(m_strFullPath == kComputerPath ? m_strFullPath : m_strFullPath + QLatin1Char('/'));
-}
-
-void FileSelectPanel::OpenFolder(const QString& path)
-{
-    PushHistory(path);
-    if (m_bLocal) {
-        scanDirectory(path);
-    } else {
-        startListFtp(path);
-    }
-}
-
-void FileSelectPanel::ClearPanel()
-{
-    m_pListTask = nullptr;
-    ++m_nLocalListingSerial;
-    m_strPendingLocateName.clear();
-    m_strPendingFolderName.clear();
-    m_listShownRows.clear();
-    m_listFilePath = {kComputerPath};
-    m_iCurIndex = 0;
-    ui->m_btnFront->setEnabled(false);
-    ui->m_btnBack->setEnabled(false);
-    m_pModel->removeRows(0, m_pModel->rowCount());
-    SetCurrentPath(kComputerPath);
-}
-
 void FileSelectPanel::SlotTreeClicked(QModelIndex index)
 {
     qCDebug(lcFilePanel) << (index.isValid() ? "clicked item" : "clicked none");
-}
-
-void FileSelectPanel::SlotTreeDoubleClicked(QModelIndex index)
-{
-    if (!index.isValid()) {
-        qCDebug(lcFilePanel) << "!index.isValid()";
-        return;
-    }
-    const QModelIndex item = index.sibling(index.row(), 0);
-    const int kind = item.data(FileItemRole::Kind).toInt();
-    const QString path = item.data(FileItemRole::FullPath).toString();
-    if (kind == FileItemKind::Loading) {
-        return;
-    }
-    if (!m_bLocal) {
-        if (RefuseWhileTransferring() || kind == FileItemKind::File) {
-            return;
-        }
-        PushHistory(path);
-        startListFtp(path);
-        return;
-    }
-    if (item.data(FileItemRole::QuickAccess).toBool()) {
-        LogLine(QStringLiteral("quick Treedouble strPath:") + path);
-        PushHistory(path);
-        scanDirectory(path);
-        return;
-    }
-    const QFileInfo info(path);
-    if (kind != FileItemKind::File) {
-        if (!info.exists()) {
-            ShowNotice(tr("目录不存在或无权限访问。"));
-        } else if (!info.isReadable()) {
-            ShowNotice(tr("没有权限访问该目录。"));
-        } else {
-            PushHistory(path);
-            scanDirectory(path);
-        }
-        return;
-    }
-    if (!info.exists()) {
-        ShowNotice(tr("文件不存在或无权限访问。"));
-    } else if (!info.isFile()) {
-        ShowNotice(tr("所选路径不是文件。"));
-    } else if (!info.isReadable()) {
-        ShowNotice(tr("没有权限读取该文件。"));
-    } else if (!QDesktopServices::openUrl(QUrl::fromLocalFile(path))) {
-        ShowNotice(tr("无法打开文件，请检查文件关联程序。"));
-    }
-}
-
-void FileSelectPanel::on_filiterBox_checkStateChanged(Qt::CheckState state)
-{
-    if (!m_bLocal) {
-        return;
-    }
-    m_bFilter = state == Qt::Checked;
-    if (m_strFullPath == kComputerPath) {
-        showMyComputer();
-    } else {
-        scanDirectory(m_strFullPath);
-    }
-    m_structItemInfo = StructItemInfo{0, m_strFullPath, QString()};
-    Q_EMIT SignalItemSelected(m_structItemInfo);
-}
-
-void FileSelectPanel::showPathEdit()
-{
-    ui->m_labelPath->hide();
-    ui->m_labelComputer->hide();
-    ui->m_labelComputerIcon->hide();
-    ui->m_labelPathSeparator->hide();
-    const bool bComputerView = m_bLocal && m_strFullPath == kComputerPath;
-    ui->pathLineEdit->setText(bComputerView ? QString() : QDir::toNativeSeparators(m_strFullPath));
-    ui->pathLineEdit->show();
-    ui->pathLineEdit->setFocus();
-    ui->pathLineEdit->selectAll();
 }
 
 void FileSelectPanel::SlotPathEditFinished()
@@ -654,55 +350,6 @@ void FileSelectPanel::SlotPathEditFinished()
     ui->m_labelComputer->setVisible(m_bLocal);
     ui->m_labelComputerIcon->setVisible(m_bLocal);
     UpdatePathLabel();
-}
-
-void FileSelectPanel::SlotPathEditReturnPressed()
-{
-    const QString text = ui->pathLineEdit->text().trimmed();
-    if (text.isEmpty()) {
-        LogLine(tr("路径不能为空"));
-        return;
-    }
-    if (!m_bLocal) {
-        if (!text.startsWith(QLatin1Char('/')) || RefuseWhileTransferring()) {
-            return;
-        }
-        const QString path = NormalizedMachinePath(text);
-        PushHistory(path);
-        startListFtp(path);
-        return;
-    }
-    if (text == kComputerPath) {
-        PushHistory(kComputerPath);
-        showMyComputer();
-        return;
-    }
-    if (QDir::isAbsolutePath(text) && QDir(text).exists()) {
-        const QString path = LocalVolumeLister::PanelPath(QDir::cleanPath(QDir::fromNativeSeparators(text)));
-        PushHistory(path);
-        scanDirectory(path);
-        return;
-    }
-    LogLine(tr("路径不存在: %1").arg(text));
-    QTimer::singleShot(200, this, [this, text] { ShowNotice(tr("找不到路径\"%1\",请检查拼写并重试。").arg(text)); });
-}
-
-void FileSelectPanel::SlotHeaderClicked(int logicalIndex)
-{
-    QHeaderView* header = m_pTreeView->header();
-    if (m_bLocal && m_strFullPath == kComputerPath) {
-        header->setSortIndicatorShown(false);
-        return;
-    }
-    const Qt::SortOrder order = (logicalIndex == m_iLastSortColumn && m_eLastSortOrder == Qt::AscendingOrder)
-                                    ? Qt::DescendingOrder
-                                    : Qt::AscendingOrder;
-    static const int roles[] = {FileItemRole::Name, FileItemRole::Time, FileItemRole::Type, FileItemRole::Size};
-    m_pProxyModel->SetSortRole(logicalIndex >= 0 && logicalIndex < 4 ? roles[logicalIndex] : 0);
-    m_pProxyModel->sort(0, order);
-    header->setSortIndicator(logicalIndex, order);
-    m_iLastSortColumn = logicalIndex;
-    m_eLastSortOrder = order;
 }
 
 void FileSelectPanel::SlotSelectionChanged(QItemSelection, QItemSelection)
@@ -719,23 +366,6 @@ void FileSelectPanel::SlotSelectionChanged(QItemSelection, QItemSelection)
         StructItemInfo{index.data(FileItemRole::Kind).toInt(), index.data(FileItemRole::FullPath).toString(),
                        index.data(FileItemRole::Name).toString()};
     Q_EMIT SignalItemSelected(m_structItemInfo);
-}
-
-void FileSelectPanel::LocateAndHighlightFile(QString fileName)
-{
-    if (!m_bLocal) {
-        m_strPendingLocateName = fileName;
-    }
-}
-
-void FileSelectPanel::NavigateAndHighlightFolder(QString targetDir, QString folderName)
-{
-    if (m_bLocal || RefuseWhileTransferring()) {
-        return;
-    }
-    PushHistory(targetDir);
-    m_strPendingFolderName = folderName;
-    startListFtp(targetDir);
 }
 
 void FileSelectPanel::startFlash(QModelIndex index, int count)
@@ -768,8 +398,312 @@ void FileSelectPanel::onFlashTimeout()
     --m_iFlashCount;
 }
 
+void FileSelectPanel::UpdatePathLabel()
+{
+    const bool bComputerView = IsComputerView();
+    const bool bEditing = ui->pathLineEdit->isVisible();
+    ui->m_labelPathSeparator->setVisible(m_bLocal && !bComputerView && !bEditing);
+    const QString shown = QDir::toNativeSeparators(m_strFullPath);
+    ui->m_labelPath->setText(
+        ui->m_labelPath->fontMetrics().elidedText(shown, Qt::ElideMiddle, std::max(0, ui->m_labelPath->width())));
+    ui->m_labelPath->setToolTip(shown);
+}
+
+void FileSelectPanel::showMyComputer()
+{
+    m_pSource->Cancel();
+    m_bListing = false;
+    m_listFolderNames.clear();
+    m_listFileNames.clear();
+    SetCurrentPath(QString());
+    ReplaceRows(QuickAccessRows() + LocalVolumeLister::ListRows());
+    m_pTreeView->header()->setSortIndicatorShown(false);
+    Q_EMIT SignalListingFinished(QString(), true);
+}
+
+bool FileSelectPanel::StartListing(const QString& path)
+{
+    if (m_pSource->RefuseBrowsing()) {
+        return false;
+    }
+    if (m_bLocal) {
+        qCDebug(lcFilePanel) << "scanDirectory:" << path;
+        if (!QDir(path).exists()) {
+            LogLine(path + QStringLiteral(" not exists"));
+        }
+    } else if (!m_bListing) {
+        // A listing still in flight already keeps the rows from before it.
+        m_strSavedPath = m_strFullPath;
+    }
+    m_listFolderNames.clear();
+    m_listFileNames.clear();
+    SetCurrentPath(m_bLocal ? path : MachineListingSource::NormalizedPath(path));
+    m_pTreeView->header()->setSortIndicatorShown(true);
+    ReplaceRows((m_bLocal ? QuickAccessRows() : QList<FileRowData>()) << FileRowData::Placeholder());
+    m_bListing = true;
+    m_pSource->List(path);
+    return true;
+}
+
+void FileSelectPanel::ApplyListing(const FileListing& listing)
+{
+    m_bListing = false;
+    if (!listing.bOk && !m_bLocal) {
+        SetCurrentPath(m_strSavedPath);
+        ReplaceRows(m_listShownRows);
+        const QString text = tr("获取机床文件列表失败！");
+        LogLine(text);
+        Q_EMIT SignalAppendLog(text, LogColors::Failure);
+        Q_EMIT SignalListingFinished(listing.strPath, false);
+        return;
+    }
+    const int lastRow = m_pModel->rowCount() - 1;
+    if (lastRow >= 0 && m_pModel->item(lastRow)->data(FileItemRole::Kind).toInt() == FileItemKind::Loading) {
+        m_pModel->removeRow(lastRow);
+    }
+    m_listFolderNames = listing.listFolderNames;
+    m_listFileNames = listing.listFileNames;
+    AppendRows(listing.listRows);
+    if (!m_bLocal) {
+        m_listShownRows = listing.listRows;
+    }
+    if (!m_strPendingFolderName.isEmpty()) {
+        QTimer::singleShot(0, this, [this] {
+            const QString name = m_strPendingFolderName;
+            m_strPendingFolderName.clear();
+            SelectAndFlash(name);
+        });
+    }
+    if (!m_strPendingLocateName.isEmpty()) {
+        QTimer::singleShot(0, this, [this] {
+            LogLine(QStringLiteral("上传文件到机床m_strPendingLocateName: %1").arg(m_strPendingLocateName));
+            const QString name = m_strPendingLocateName;
+            m_strPendingLocateName.clear();
+            SelectAndFlash(name);
+        });
+    }
+    Q_EMIT SignalListingFinished(listing.strPath, listing.bOk);
+}
+
+void FileSelectPanel::StepHistory(int step)
+{
+    if (m_pSource->RefuseBrowsing()) {
+        return;
+    }
+    const int target = m_iCurIndex + step;
+    if (target < 0 || target >= m_listFilePath.size()) {
+        return;
+    }
+    m_iCurIndex = target;
+    ui->m_btnFront->setEnabled(m_iCurIndex > 0);
+    ui->m_btnBack->setEnabled(m_iCurIndex < m_listFilePath.size() - 1);
+    qCDebug(lcFilePanel) << " m_iCurIndex == " << m_iCurIndex << " path " << m_listFilePath;
+    ShowHistoryEntry();
+    m_structItemInfo = StructItemInfo{0, m_strFullPath, QString()};
+    Q_EMIT SignalItemSelected(m_structItemInfo);
+}
+
+void FileSelectPanel::ShowHistoryEntry()
+{
+    ShowPath(m_listFilePath.value(m_iCurIndex));
+}
+
+void FileSelectPanel::ShowPath(const QString& path)
+{
+    if (m_bLocal && path.isEmpty()) {
+        showMyComputer();
+    } else {
+        StartListing(path);
+    }
+}
+
+void FileSelectPanel::NavigateTo(const QString& path)
+{
+    if (!path.isEmpty() && m_pSource->RefuseBrowsing()) {
+        return;
+    }
+    PushHistory(path);
+    ShowPath(path);
+}
+
+void FileSelectPanel::on_m_btnUp_clicked()
+{
+    if (IsComputerView() || m_pSource->RefuseBrowsing()) {
+        return;
+    }
+    const QString parent = m_pSource->ParentPath(m_strFullPath);
+    if (parent.isEmpty()) {
+        if (m_bLocal) {
+            LogLine(QStringLiteral("m_btnUp local no cdUp"));
+            NavigateTo(QString());
+        } else {
+            LogLine(QStringLiteral("m_btnUp machine already root"));
+        }
+        return;
+    }
+    if (!m_bLocal) {
+        LogLine(QStringLiteral("m_btnUp machine parent path:") + parent);
+    }
+    NavigateTo(parent);
+}
+
+void FileSelectPanel::RefreshPanel()
+{
+    if (IsComputerView()) {
+        return;
+    }
+    // The trailing slash makes the server treat the path as a folder.
+    const bool bSlash = !m_bLocal && m_strFullPath != QLatin1String("/");
+    StartListing(bSlash ? m_strFullPath + QLatin1Char('/') : m_strFullPath);
+}
+
+void FileSelectPanel::OpenFolder(const QString& path)
+{
+    NavigateTo(path);
+}
+
+void FileSelectPanel::ClearPanel()
+{
+    m_pSource->Cancel();
+    m_bListing = false;
+    m_strPendingLocateName.clear();
+    m_strPendingFolderName.clear();
+    m_listShownRows.clear();
+    const QString start = m_bLocal ? QString() : QStringLiteral("/");
+    m_listFilePath = {start};
+    m_iCurIndex = 0;
+    ui->m_btnFront->setEnabled(false);
+    ui->m_btnBack->setEnabled(false);
+    m_pModel->removeRows(0, m_pModel->rowCount());
+    SetCurrentPath(start);
+}
+
+void FileSelectPanel::SlotTreeDoubleClicked(QModelIndex index)
+{
+    if (!index.isValid()) {
+        qCDebug(lcFilePanel) << "!index.isValid()";
+        return;
+    }
+    const QModelIndex item = index.sibling(index.row(), 0);
+    const int kind = item.data(FileItemRole::Kind).toInt();
+    const QString path = item.data(FileItemRole::FullPath).toString();
+    if (kind == FileItemKind::Loading) {
+        return;
+    }
+    if (!m_bLocal) {
+        if (kind != FileItemKind::File) {
+            NavigateTo(path);
+        }
+        return;
+    }
+    if (item.data(FileItemRole::QuickAccess).toBool()) {
+        LogLine(QStringLiteral("quick Treedouble strPath:") + path);
+        NavigateTo(path);
+        return;
+    }
+    const QFileInfo info(path);
+    if (kind != FileItemKind::File) {
+        if (!info.exists()) {
+            ShowNotice(tr("目录不存在或无权限访问。"));
+        } else if (!info.isReadable()) {
+            ShowNotice(tr("没有权限访问该目录。"));
+        } else {
+            NavigateTo(path);
+        }
+        return;
+    }
+    if (!info.exists()) {
+        ShowNotice(tr("文件不存在或无权限访问。"));
+    } else if (!info.isFile()) {
+        ShowNotice(tr("所选路径不是文件。"));
+    } else if (!info.isReadable()) {
+        ShowNotice(tr("没有权限读取该文件。"));
+    } else if (!QDesktopServices::openUrl(QUrl::fromLocalFile(path))) {
+        ShowNotice(tr("无法打开文件，请检查文件关联程序。"));
+    }
+}
+
+void FileSelectPanel::on_filiterBox_checkStateChanged(Qt::CheckState state)
+{
+    if (!m_bLocal) {
+        return;
+    }
+    m_pLocalSource->SetFilter(state == Qt::Checked);
+    ShowPath(m_strFullPath);
+    m_structItemInfo = StructItemInfo{0, m_strFullPath, QString()};
+    Q_EMIT SignalItemSelected(m_structItemInfo);
+}
+
+void FileSelectPanel::showPathEdit()
+{
+    ui->m_labelPath->hide();
+    ui->m_labelComputer->hide();
+    ui->m_labelComputerIcon->hide();
+    ui->m_labelPathSeparator->hide();
+    ui->pathLineEdit->setText(QDir::toNativeSeparators(m_strFullPath));
+    ui->pathLineEdit->show();
+    ui->pathLineEdit->setFocus();
+    ui->pathLineEdit->selectAll();
+}
+
+void FileSelectPanel::SlotPathEditReturnPressed()
+{
+    const QString text = ui->pathLineEdit->text().trimmed();
+    if (text.isEmpty()) {
+        LogLine(tr("路径不能为空"));
+        return;
+    }
+    const QString path = m_pSource->FolderFromText(text);
+    if (!path.isEmpty()) {
+        NavigateTo(path);
+        return;
+    }
+    if (!m_bLocal) {
+        return;
+    }
+    LogLine(tr("路径不存在: %1").arg(text));
+    QTimer::singleShot(200, this, [this, text] { ShowNotice(tr("找不到路径\"%1\",请检查拼写并重试。").arg(text)); });
+}
+
+void FileSelectPanel::SlotHeaderClicked(int logicalIndex)
+{
+    QHeaderView* header = m_pTreeView->header();
+    if (IsComputerView()) {
+        header->setSortIndicatorShown(false);
+        return;
+    }
+    const Qt::SortOrder order = (logicalIndex == m_iLastSortColumn && m_eLastSortOrder == Qt::AscendingOrder)
+                                    ? Qt::DescendingOrder
+                                    : Qt::AscendingOrder;
+    static const int roles[] = {FileItemRole::Name, FileItemRole::Time, FileItemRole::Type, FileItemRole::Size};
+    m_pProxyModel->SetSortRole(logicalIndex >= 0 && logicalIndex < 4 ? roles[logicalIndex] : 0);
+    m_pProxyModel->sort(0, order);
+    header->setSortIndicator(logicalIndex, order);
+    m_iLastSortColumn = logicalIndex;
+    m_eLastSortOrder = order;
+}
+
+void FileSelectPanel::LocateAndHighlightFile(QString fileName)
+{
+    if (!m_bLocal) {
+        m_strPendingLocateName = fileName;
+    }
+}
+
+void FileSelectPanel::NavigateAndHighlightFolder(QString targetDir, QString folderName)
+{
+    if (m_bLocal || m_pSource->RefuseBrowsing()) {
+        return;
+    }
+    m_strPendingFolderName = folderName;
+    NavigateTo(targetDir);
+}
+
 bool FileSelectPanel::eventFilter(QObject* watched, QEvent* event)
 {
+    if (watched == m_pTreeView && event->type() == QEvent::KeyPress) {
+        return HandleKey(static_cast<QKeyEvent*>(event));
+    }
     if (event->type() == QEvent::MouseButtonPress && static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) {
         const bool bComputerEntry = watched == ui->m_labelComputer || watched == ui->m_labelComputerIcon;
         if (bComputerEntry || watched == ui->m_widgetPathBox) {
@@ -777,8 +711,7 @@ bool FileSelectPanel::eventFilter(QObject* watched, QEvent* event)
                 return true;
             }
             if (bComputerEntry) {
-                PushHistory(kComputerPath);
-                showMyComputer();
+                NavigateTo(QString());
             } else {
                 showPathEdit();
             }
@@ -788,26 +721,243 @@ bool FileSelectPanel::eventFilter(QObject* watched, QEvent* event)
     return QWidget::eventFilter(watched, event);
 }
 
-void FileSelectPanel::SlotShowContextMenu(QPoint)
+void FileSelectPanel::keyPressEvent(QKeyEvent* event)
+{
+    if (!HandleKey(event)) {
+        QWidget::keyPressEvent(event);
+    }
+}
+
+bool FileSelectPanel::HandleKey(QKeyEvent* event)
+{
+    if (m_pTreeView->IsEditing()) {
+        return false;
+    }
+    const Qt::KeyboardModifiers modifiers = event->modifiers() & ~Qt::KeypadModifier;
+    const int key = event->key();
+    std::function<void()> action;
+    if (modifiers == Qt::ControlModifier && key == Qt::Key_C) {
+        action = [this] { m_pOperations->Copy(); };
+    } else if (modifiers == Qt::ControlModifier && key == Qt::Key_X) {
+        action = [this] { m_pOperations->Cut(); };
+    } else if (modifiers == Qt::ControlModifier && key == Qt::Key_V) {
+        action = [this] {
+            CDebugLog::AddLog(QStringLiteral("快捷键执行粘贴操作"));
+            m_pOperations->Paste();
+        };
+    } else if (modifiers == Qt::NoModifier && key == Qt::Key_Delete) {
+        action = [this] { m_pOperations->DeleteSelected(); };
+    } else if (modifiers == Qt::NoModifier && key == Qt::Key_F2) {
+        action = [this] { StartRename(); };
+    } else if (modifiers == Qt::NoModifier && key == Qt::Key_F5) {
+        action = [this] { RefreshPanel(); };
+    } else if ((modifiers == Qt::NoModifier && key == Qt::Key_Backspace) ||
+               (modifiers == Qt::AltModifier && key == Qt::Key_Up)) {
+        action = [this] { on_m_btnUp_clicked(); };
+    } else if (modifiers == Qt::NoModifier && (key == Qt::Key_Return || key == Qt::Key_Enter)) {
+        action = [this] { OpenSelected(); };
+    } else {
+        return false;
+    }
+    // While the owner runs something, the keys do what the locked buttons and menu do: nothing.
+    if (!m_bBusy) {
+        action();
+    }
+    event->accept();
+    return true;
+}
+
+void FileSelectPanel::OpenSelected()
+{
+    const QList<Entry> entries = SelectedEntries();
+    const QModelIndex current = m_pTreeView->currentIndex();
+    // Enter on a shortcut or a drive opens it too; SelectedEntries() leaves those out.
+    if (current.isValid() && m_pTreeView->selectionModel()->isRowSelected(current.row(), current.parent())) {
+        SlotTreeDoubleClicked(current);
+    } else if (entries.size() == 1) {
+        SlotTreeDoubleClicked(ProxyIndexOfName(entries.first().strName));
+    }
+}
+
+QList<FileSelectPanel::Entry> FileSelectPanel::SelectedEntries() const
+{
+    QList<Entry> entries;
+    for (const QModelIndex& index : m_pTreeView->selectionModel()->selectedRows(0)) {
+        const int kind = index.data(FileItemRole::Kind).toInt();
+        if (index.data(FileItemRole::QuickAccess).toBool() ||
+            (kind != FileItemKind::File && kind != FileItemKind::Folder)) {
+            continue;
+        }
+        entries.append(
+            {index.data(FileItemRole::FullPath).toString(), index.data(FileItemRole::Name).toString(), kind});
+    }
+    return entries;
+}
+
+void FileSelectPanel::SlotShowContextMenu(QPoint pos)
 {
     if (m_bBusy) {
         return;
     }
-    qCDebug(lcFilePanel)
-        << QStringLiteral("SlotShowContextMenu size:%1").arg(m_pTreeView->selectionModel()->selectedRows().size());
+    m_pMenu->clear();
+    const QModelIndex index = m_pTreeView->indexAt(pos);
+    QItemSelectionModel* selection = m_pTreeView->selectionModel();
+    if (index.isValid() && !selection->isRowSelected(index.row(), index.parent())) {
+        m_pTreeView->setCurrentIndex(index);
+    }
+    const int count = int(selection->selectedRows().size());
+    const bool bPaste = !IsComputerView() && m_pOperations->CanPaste();
+    qCDebug(lcFilePanel) << QStringLiteral("SlotShowContextMenu size:%1").arg(count);
+    QList<int> actions;
+    if (!index.isValid()) {
+        qCDebug(lcFilePanel) << "clicked none";
+        if (IsComputerView()) {
+            return;
+        }
+        actions << ActionNewFolder;
+        if (m_bLocal) {
+            actions << ActionNewFile;
+        }
+        if (bPaste) {
+            actions << ActionPaste;
+        }
+    } else {
+        qCDebug(lcFilePanel) << "clicked item";
+        const QModelIndex item = index.sibling(index.row(), 0);
+        m_structItemInfo =
+            StructItemInfo{item.data(FileItemRole::Kind).toInt(), item.data(FileItemRole::FullPath).toString(),
+                           item.data(FileItemRole::Name).toString()};
+        Q_EMIT SignalItemSelected(m_structItemInfo);
+        if (item.data(FileItemRole::QuickAccess).toBool() ||
+            item.data(FileItemRole::Kind).toInt() == FileItemKind::Loading) {
+            return;
+        }
+        if (IsComputerView()) {
+            actions << ActionOpen; // a drive: nothing to copy, rename or delete
+        } else {
+            if (count == 1) {
+                actions << ActionOpen;
+            }
+            actions << ActionCopy << ActionCut;
+            if (bPaste) {
+                actions << ActionPaste;
+            }
+            actions << ActionDelete;
+            if (count == 1) {
+                actions << ActionRename;
+            }
+            actions << ActionNewFolder;
+            if (m_bLocal) {
+                actions << ActionNewFile;
+            }
+        }
+    }
+    for (const int action : std::as_const(actions)) {
+        m_pMenu->addAction(m_listActions.at(action));
+    }
+    m_pMenu->popup(m_pTreeView->viewport()->mapToGlobal(pos));
 }
 
-void FileSelectPanel::SlotActionTriggered() {}
+void FileSelectPanel::SlotActionTriggered()
+{
+    switch (m_listActions.indexOf(qobject_cast<QAction*>(sender()))) {
+    case ActionNewFile:
+        m_pOperations->NewFile();
+        break;
+    case ActionNewFolder:
+        m_pOperations->NewFolder();
+        break;
+    case ActionDelete:
+        m_pOperations->DeleteSelected();
+        break;
+    case ActionRename:
+        StartRename();
+        break;
+    case ActionOpen:
+        OpenSelected();
+        break;
+    case ActionCopy:
+        m_pOperations->Copy();
+        break;
+    case ActionCut:
+        m_pOperations->Cut();
+        break;
+    case ActionPaste:
+        m_pOperations->Paste();
+        break;
+    default:
+        break;
+    }
+}
+
+bool FileSelectPanel::StartRename()
+{
+    const QModelIndexList rows = m_pTreeView->selectionModel()->selectedRows(0);
+    const QList<Entry> entries = SelectedEntries();
+    if (m_bBusy || rows.size() != 1 || entries.size() != 1 || IsComputerView()) {
+        return false;
+    }
+    const Entry& entry = entries.first();
+    if (!m_pOperations->MayRename(entry.strName, entry.iKind != FileItemKind::File) || m_pSource->RefuseBrowsing()) {
+        return false;
+    }
+    m_renameIndex = m_pProxyModel->mapToSource(rows.first());
+    m_pTreeView->setCurrentIndex(rows.first());
+    m_pTreeView->edit(rows.first());
+    return true;
+}
 
 void FileSelectPanel::SlotFileNameChanged(QString newName)
 {
-    qCDebug(lcFilePanel) << "File name changed to:" << newName;
+    const QPersistentModelIndex index = m_renameIndex;
+    m_renameIndex = QPersistentModelIndex();
+    if (!index.isValid()) {
+        return;
+    }
+    const QString oldName = index.data(FileItemRole::Name).toString();
+    const QString oldPath = index.data(FileItemRole::FullPath).toString();
+    const bool bFolder = index.data(FileItemRole::Kind).toInt() != FileItemKind::File;
+    if (m_pOperations->Rename(oldPath, newName, bFolder)) {
+        m_pModel->setData(index, FileListingSource::JoinPath(m_strFullPath, newName), FileItemRole::FullPath);
+        return;
+    }
+    // The editor writes the new name right after this signal: put the old one back after it.
+    QTimer::singleShot(0, this, [this, index, oldName] {
+        if (index.isValid()) {
+            m_pModel->setData(index, oldName, FileItemRole::Name);
+        }
+    });
 }
 
 void FileSelectPanel::SlotClearLocalClipboardData()
 {
-    m_listClipboardPaths.clear();
-    m_strClipboardOperation.clear();
-    m_strClipboardSource.clear();
-    m_dtClipboard = QDateTime();
+    m_pOperations->ClearClipboardRecord();
+}
+
+bool FileSelectPanel::AcceptDrag(QDropEvent* event)
+{
+    if (!m_pOperations->CanDrop(event->mimeData(), event->source())) {
+        event->ignore(); // the drag shows the forbidden cursor
+        return false;
+    }
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+    return true;
+}
+
+void FileSelectPanel::dragEnterEvent(QDragEnterEvent* event)
+{
+    AcceptDrag(event);
+}
+
+void FileSelectPanel::dragMoveEvent(QDragMoveEvent* event)
+{
+    AcceptDrag(event);
+}
+
+void FileSelectPanel::dropEvent(QDropEvent* event)
+{
+    if (AcceptDrag(event)) {
+        m_pOperations->Drop(event->mimeData());
+    }
 }

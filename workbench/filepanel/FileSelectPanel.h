@@ -3,44 +3,61 @@
 #include "CommonDefine.h"
 #include "FileRowData.h"
 #include "MachineRecords.h"
-#include "TaskOwner.h"
 
 #include <QColor>
 #include <QItemSelection>
 #include <QPersistentModelIndex>
-#include <QPointer>
 #include <QWidget>
 
+class FileListingSource;
+class FilePanelOperations;
 class FileSortProxyModel;
 class FileTreeView;
+class LocalListingSource;
+class MachineListingSource;
 class QAction;
+class QDragEnterEvent;
+class QDragMoveEvent;
+class QDropEvent;
+class QKeyEvent;
 class QMenu;
 class QStandardItemModel;
 class QTimer;
-struct LocalListing;
+struct FileListing;
 
 namespace Ui {
 class FileSelectPanel;
 }
 
 // One file-browser panel: the local computer (local mode) or the machine's file
-// system over FTP (machine mode). It lists a folder into rows, navigates with a
-// history, an editable path line, up and reset, filters by machine file type and
-// reports what the user selected.
+// system over FTP (machine mode). It shows the rows of its listing source, navigates
+// with a history, an editable path line, up and reset, filters by machine file type,
+// reports what the user selected, and offers the file operations by menu, keys and
+// drag and drop. The local panel has one more place above its drives: the computer
+// view, held in the history as an empty path.
 class FileSelectPanel : public QWidget
 {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(FileSelectPanel)
 
 public:
+    // A selected row that operations can act on.
+    struct Entry
+    {
+        QString strPath;
+        QString strName;
+        int iKind = 0;
+    };
+
     explicit FileSelectPanel(bool bLocal, QWidget* parent = nullptr);
     ~FileSelectPanel() override;
 
     bool IsLocal() const { return m_bLocal; }
 
     // The machine whose files a machine panel lists; given by the panel's owner.
-    void SetMachineIp(const QString& ip) { m_strMachineIp = ip; }
-    QString MachineIp() const { return m_strMachineIp; }
+    void SetMachineIp(const QString& ip);
+    QString MachineIp() const;
+    bool HasMachine() const { return !MachineIp().isEmpty(); }
 
     // Locks the navigation while the owner runs something that the panel must not disturb.
     void SetPanelLocked(bool locked);
@@ -53,7 +70,9 @@ public:
     // Goes to a folder as a navigation of the user's would (pushed on the history).
     void OpenFolder(const QString& path);
 
+    // The folder shown; empty in the computer view.
     QString CurrentPath() const { return m_strFullPath; }
+    bool IsComputerView() const { return m_bLocal && m_strFullPath.isEmpty(); }
     QStringList FolderNames() const { return m_listFolderNames; }
     QStringList FileNames() const { return m_listFileNames; }
     QStringList HistoryPaths() const { return m_listFilePath; }
@@ -62,6 +81,17 @@ public:
     FileTreeView* TreeView() const { return m_pTreeView; }
     QStandardItemModel* ItemModel() const { return m_pModel; }
     FileSortProxyModel* SortModel() const { return m_pProxyModel; }
+    FileListingSource* Source() const { return m_pSource; }
+    FilePanelOperations* Operations() const { return m_pOperations; }
+    QMenu* ContextMenu() const { return m_pMenu; }
+    // The menu's actions, in their fixed order: new file, new folder, delete, rename, open, copy, cut, paste.
+    QList<QAction*> MenuActions() const { return m_listActions; }
+    // The selected rows that are real entries (no shortcut, no placeholder).
+    QList<Entry> SelectedEntries() const;
+    // Selects and flashes an entry of this name once the next listing is in.
+    void SelectAfterListing(const QString& name) { m_strPendingFolderName = name; }
+    // Opens the in-place editor on the selected entry; false when it may not be renamed.
+    bool StartRename();
 
     // The flash interval; 500 ms unless a test shortens it.
     void SetFlashInterval(int ms) { m_iFlashIntervalMs = ms; }
@@ -108,21 +138,30 @@ public Q_SLOTS:
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
 private:
     void SetUpView();
     void SetUpTitle();
     void SetUpMenu();
 
-    void scanDirectory(const QString& path, const QString& fileToSelect = QString());
     void showMyComputer();
-    bool startListFtp(const QString& path);
-    void ApplyLocalListing(const LocalListing& listing, const QString& fileToSelect);
-    void ApplyMachineListing(QObject* task, bool ok, const QList<FtpFileInfo>& entries);
+    // Lists a folder of either side through the source.
+    bool StartListing(const QString& path);
+    void ApplyListing(const FileListing& listing);
 
+    // Goes to a folder (an empty path: the computer view) and pushes it on the history.
+    void NavigateTo(const QString& path);
     void PushHistory(const QString& path);
     void StepHistory(int step);
     void ShowHistoryEntry();
+    void ShowPath(const QString& path);
+    // The file-manager keys; true when the key was one of them.
+    bool HandleKey(QKeyEvent* event);
+    void OpenSelected();
     void SetCurrentPath(const QString& path);
     void UpdatePathLabel();
     void ReplaceRows(const QList<FileRowData>& rows);
@@ -131,9 +170,9 @@ private:
     QModelIndex ProxyIndexOfName(const QString& name) const;
     void SelectAndFlash(const QString& name);
 
-    bool RefuseWhileTransferring();
     void ShowNotice(const QString& text);
     void LogLine(const QString& text);
+    bool AcceptDrag(QDropEvent* event);
 
     Ui::FileSelectPanel* ui = nullptr;
     const bool m_bLocal;
@@ -147,18 +186,16 @@ private:
     QString m_strFullPath;
     QStringList m_listFolderNames;
     QStringList m_listFileNames;
-    bool m_bFilter = false;
     int m_iLastSortColumn = -1;
     Qt::SortOrder m_eLastSortOrder = Qt::AscendingOrder;
     StructItemInfo m_structItemInfo;
 
-    // Local listings read the disk on a pool thread; only the newest one is applied.
-    quint64 m_nLocalListingSerial = 0;
-
-    // Machine listing: the task in flight, and what to show again if it fails.
-    QString m_strMachineIp;
-    QPointer<QObject> m_pListTask;
-    TaskOwner m_tasks; // listings still running are stopped when the panel goes
+    // Where the rows come from: exactly one of the two is set.
+    LocalListingSource* m_pLocalSource = nullptr;
+    MachineListingSource* m_pMachineSource = nullptr;
+    FileListingSource* m_pSource = nullptr;
+    bool m_bListing = false;
+    // What to show again if a machine listing fails.
     QString m_strSavedPath;
     QList<FileRowData> m_listShownRows;
     QString m_strPendingLocateName;
@@ -170,11 +207,9 @@ private:
     bool m_bFlashing = false;
     int m_iFlashIntervalMs = 500;
 
-    // Context menu and clipboard record, used by the file operations.
     QMenu* m_pMenu = nullptr;
     QList<QAction*> m_listActions;
-    QStringList m_listClipboardPaths;
-    QString m_strClipboardOperation;
-    QString m_strClipboardSource;
-    QDateTime m_dtClipboard;
+    FilePanelOperations* m_pOperations = nullptr;
+    // The row being renamed in place.
+    QPersistentModelIndex m_renameIndex;
 };

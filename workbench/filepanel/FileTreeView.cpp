@@ -3,14 +3,13 @@
 #include "CFileHeaderView.h"
 #include "CFileTreeDelegate.h"
 #include "CTimeTooltipDelegate.h"
+#include "FileClipboardPayload.h"
 #include "FileItemRoles.h"
 #include "KorvFonts.h"
 
 #include <QDrag>
 #include <QIcon>
-#include <QMimeData>
 #include <QPainter>
-#include <QUrl>
 #include <algorithm>
 
 namespace {
@@ -146,26 +145,25 @@ void FileTreeView::drawRow(QPainter* painter, const QStyleOptionViewItem& option
 
 void FileTreeView::startDrag(Qt::DropActions supportedActions)
 {
-    QList<QUrl> urls;
-    QStringList paths;
+    // The same payload as a copy, so that a drop goes through the checks of a paste.
+    FileClipboardPayload payload;
+    payload.strOperation = QStringLiteral("copy");
+    payload.iSourceType = m_bLocal ? FileClipboardPayload::SourceLocal : FileClipboardPayload::SourceMachine;
     const QModelIndexList rows = selectionModel() ? selectionModel()->selectedRows(0) : QModelIndexList();
     for (const QModelIndex& row : rows) {
         const int kind = row.data(FileItemRole::Kind).toInt();
-        if (row.data(FileItemRole::QuickAccess).toBool() || kind == FileItemKind::Loading) {
+        if (row.data(FileItemRole::QuickAccess).toBool() ||
+            (kind != FileItemKind::File && kind != FileItemKind::Folder)) {
             continue;
         }
-        const QString path = row.data(FileItemRole::FullPath).toString();
-        paths.append(path);
-        urls.append(QUrl::fromLocalFile(path));
+        payload.listFiles.append(
+            {row.data(FileItemRole::FullPath).toString(), row.data(FileItemRole::Name).toString()});
     }
-    if (paths.isEmpty()) {
+    if (payload.listFiles.isEmpty()) {
         return;
     }
-    auto* mimeData = new QMimeData;
-    mimeData->setUrls(urls);
-    mimeData->setText(paths.join(QLatin1Char('\n')));
     auto* drag = new QDrag(this);
-    drag->setMimeData(mimeData);
+    drag->setMimeData(payload.ToMimeData());
     drag->setPixmap(KindPixmap(rows.first()));
     drag->exec(supportedActions, Qt::CopyAction);
 }

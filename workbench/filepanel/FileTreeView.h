@@ -20,6 +20,7 @@ public:
 
     bool IsLocal() const { return m_bLocal; }
     CFileHeaderView* FileHeader() const { return m_pHeader; }
+    bool IsEditing() const { return state() == EditingState; }
 
     // Keeps the header clickable, which the base class resets with every new model.
     void setModel(QAbstractItemModel* model) override;

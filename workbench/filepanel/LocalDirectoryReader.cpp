@@ -9,13 +9,13 @@ bool LocalDirectoryReader::IsMachineFileName(const QString& name)
     return MachineFileSuffixList.contains(QFileInfo(name).suffix().toLower());
 }
 
-LocalListing LocalDirectoryReader::Read(const QString& path, bool bFilter)
+FileListing LocalDirectoryReader::Read(const QString& path, bool bFilter)
 {
-    LocalListing listing;
+    FileListing listing;
     listing.strPath = path;
     const QDir dir(path);
-    listing.bExists = dir.exists();
-    if (!listing.bExists) {
+    listing.bOk = dir.exists();
+    if (!listing.bOk) {
         return listing;
     }
     // Without QDir::System, sockets, FIFOs, device files and broken links stay out,

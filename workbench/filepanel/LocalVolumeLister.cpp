@@ -72,11 +72,6 @@ QString LocalVolumeLister::TypeText(DriveType type)
     return QCoreApplication::translate("FileSelectPanel", "本地磁盘");
 }
 
-QString LocalVolumeLister::PanelPath(const QString& rootPath)
-{
-    return rootPath == QLatin1String("/") ? QStringLiteral("/.") : QDir::toNativeSeparators(rootPath);
-}
-
 QList<FileRowData> LocalVolumeLister::ListRows()
 {
     QList<FileRowData> rows;
@@ -98,7 +93,7 @@ QList<FileRowData> LocalVolumeLister::ListRows()
         row.strType = TypeText(type);
         const QString label = volume.name().isEmpty() ? row.strType : volume.name();
         row.strName = QStringLiteral("%1 (%2)").arg(label, QDir::toNativeSeparators(volume.rootPath()));
-        row.strFullPath = PanelPath(volume.rootPath());
+        row.strFullPath = QDir::toNativeSeparators(volume.rootPath());
         row.nSize = volume.bytesTotal();
         row.strSizeText = FileSizeText::Format(row.nSize);
         switch (type) {

@@ -23,6 +23,4 @@ public:
     static QList<FileRowData> ListRows();
     static DriveType TypeOf(const QStorageInfo& volume);
     static QString TypeText(DriveType type);
-    // The panel's path of a volume: its root, with "/" spelled "/." (see FileRowData::JoinPath).
-    static QString PanelPath(const QString& rootPath);
 };

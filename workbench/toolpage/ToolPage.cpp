@@ -52,6 +52,10 @@ void ToolPage::BuildToolBlocks(QMainWindow* page)
               {ActionFileTransfer,
                {tr("文件传输"), dir + "ico_function_files_transmission.png",
                 dir + "ico_function_files_transmission_g.png"}}});
+    AddBlock(page, tr("同步"),
+             {{ActionFolderSync,
+               {tr("同步文件夹"), dir + "ico_function_files_synchronization.png",
+                dir + "ico_function_files_synchronization.png"}}});
 }
 
 void ToolPage::AddBlock(QMainWindow* page, const QString& title, const QList<QPair<int, QStringList>>& items)
@@ -59,7 +63,8 @@ void ToolPage::AddBlock(QMainWindow* page, const QString& title, const QList<QPa
     auto* block = new CToolBarItem(title, page);
     for (const auto& item : items) {
         // Connecting and disconnecting are acts, not states: their buttons never stay pressed.
-        const bool bPlain = item.first == ActionNewConnection || item.first == ActionDisconnect;
+        const bool bPlain =
+            item.first == ActionNewConnection || item.first == ActionDisconnect || item.first == ActionFolderSync;
         block->AddItem(item.second.at(1), item.second.at(0), bPlain ? ToolItemNoCheck : 0, item.second.at(2));
     }
     const QList<CToolButton*> buttons = block->CreateToolBlock(true);

@@ -22,6 +22,7 @@ public:
         ActionBindDevice = 3,
         ActionUnbindDevice = 4,
         ActionMachineStatus = 5,
+        ActionFolderSync = 6,
         ActionFileTransfer = 7,
     };
 

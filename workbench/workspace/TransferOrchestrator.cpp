@@ -113,20 +113,22 @@ bool TransferOrchestrator::RefuseBadName(const QString& path)
     return false;
 }
 
-bool TransferOrchestrator::RefuseRunningProgram(const QString& machinePath, bool bFolder)
+bool TransferOrchestrator::HitsRunningProgram(const QString& machinePath, bool bFolder) const
 {
     if (m_strRunningProgram.isEmpty())
         return false;
-    bool bHit = false;
     if (m_strRunningProgram.contains(QLatin1Char('/'))) {
         const QString program = QDir::cleanPath(QLatin1Char('/') + m_strRunningProgram);
         const QString path = QDir::cleanPath(machinePath);
-        bHit = bFolder ? (path == QStringLiteral("/") || program.startsWith(path + QLatin1Char('/'))) : program == path;
-    } else {
-        // The machine names the program without its folder: any file of that name is held back.
-        bHit = !bFolder && LastPart(machinePath) == m_strRunningProgram;
+        return bFolder ? (path == QStringLiteral("/") || program.startsWith(path + QLatin1Char('/'))) : program == path;
     }
-    if (!bHit)
+    // The machine names the program without its folder: any file of that name is held back.
+    return !bFolder && LastPart(machinePath) == m_strRunningProgram;
+}
+
+bool TransferOrchestrator::RefuseRunningProgram(const QString& machinePath, bool bFolder)
+{
+    if (!HitsRunningProgram(machinePath, bFolder))
         return false;
     const QString text = tr("机床正在运行程序%1，不能覆盖、删除或重命名：%2").arg(m_strRunningProgram, machinePath);
     CDebugLog::AddLog(text);
@@ -282,6 +284,7 @@ void TransferOrchestrator::OnTransferFinished(const QString& strKey, bool bResul
     }
     if (bResult)
         m_hashRequests.remove(strKey);
+    Q_EMIT SignalTransferFinished(request.strUrl, bResult, message);
 }
 
 void TransferOrchestrator::FinishCut(const Request& request, bool bResult)

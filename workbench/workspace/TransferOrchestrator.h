@@ -42,6 +42,10 @@ public:
     bool IsBusy() const { return !m_mapRunningTask.isEmpty() || !m_listWaiting.isEmpty(); }
     QStringList RunningUrls() const { return m_mapRunningTask.keys(); }
     int WaitingCount() const { return int(m_listWaiting.size()); }
+    // The URL is running or waiting for a free transfer slot.
+    bool IsQueued(const QString& url) const;
+    // Whether a change to this machine path would touch the program the machine runs.
+    bool HitsRunningProgram(const QString& machinePath, bool bFolder) const;
 
     void Upload(const QString& strLocalPath, const QString& strMachinePath, OperationType operation);
     void Download(const QString& strLocalPath, const QString& strMachinePath);
@@ -77,6 +81,8 @@ Q_SIGNALS:
     // A cut's upload succeeded and its local source is gone; after a failure the source and
     // the clipboard are left as they were, so that the user can paste again.
     void SignalCutSucceeded(QString localPath);
+    // Every upload or download that ended, after its row and log lines.
+    void SignalTransferFinished(QString url, bool ok, QString message);
 
 private:
     enum Direction
@@ -97,7 +103,6 @@ private:
     bool RefuseUnconnected();
     bool RefuseBadName(const QString& path);
     bool RefuseRunningProgram(const QString& machinePath, bool bFolder);
-    bool IsQueued(const QString& url) const;
     void Enqueue(const Request& request);
     void StartWaiting();
     void Start(const Request& request);

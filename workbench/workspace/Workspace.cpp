@@ -9,22 +9,28 @@
 #include "CamBaseSignalHelper.h"
 #include "CamBaseTextHelper.h"
 #include "CompareTwoVersion.h"
+#include "FolderSync.h"
+#include "FolderSyncPreviewDialog.h"
 #include "LogColors.h"
 #include "MachineCommandSender.h"
 #include "MachineConnection.h"
+#include "SyncButtonLook.h"
 #include "TransferOrchestrator.h"
 #include "WorkbenchLog.h"
+#include "device/DeviceBindDialog.h"
+#include "device/DeviceUnbindDialog.h"
 #include "filepanel/FileManager.h"
 #include "filepanel/FileSelectPanel.h"
 #include "machinestatus/MachineStatusProgramPanel.h"
 #include "machinestatus/MachineStatusWidget.h"
-#include "device/DeviceBindDialog.h"
-#include "device/DeviceUnbindDialog.h"
 #include "toolpage/ToolPage.h"
 #include "transfer/TransList.h"
 #include "transfer/TransManager.h"
 
+#include <QAbstractButton>
+#include <QAction>
 #include <QClipboard>
+#include <QDebug>
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QMimeData>
@@ -41,6 +47,9 @@ const QString NoticeTitle = QStringLiteral("提示");
 constexpr char FilePageSizesKey[] = "FilePage/SplitterSizes";
 constexpr char LocalFolderKey[] = "FilePage/LocalFolder";
 constexpr int RealTimeStatusRunning = 1;
+constexpr char SyncSubfoldersKey[] = "FolderSync/IncludeSubfolders";
+constexpr char SyncPreviewKey[] = "FolderSync/Preview";
+constexpr char SyncCompareKey[] = "FolderSync/CompareContent";
 
 QVariant Setting(const char* key, const QVariant& defaultValue)
 {
@@ -192,6 +201,9 @@ void Workspace::ConnectToolActions()
             break;
         case ToolPage::ActionFileTransfer:
             ShowPage(PageFileTransfer);
+            break;
+        case ToolPage::ActionFolderSync:
+            SlotFileSyncBtnClicked();
             break;
         case ToolPage::ActionBindDevice:
         case ToolPage::ActionUnbindDevice:
@@ -484,6 +496,7 @@ QWidget* Workspace::BuildFilePage()
 {
     m_pFileManager = new FileManager;
     m_pTransfers = new TransferOrchestrator(this);
+    m_pFolderSync = new FolderSync(m_pTransfers, this);
     m_pFileSplitter = new QSplitter(Qt::Vertical);
     m_pFileSplitter->setObjectName(QStringLiteral("m_splitterFilePage"));
     m_pFileSplitter->setChildrenCollapsible(false);
@@ -565,6 +578,7 @@ void Workspace::ConnectFilePage()
         m_pTransfers->SetRunningProgram(record.status == RealTimeStatusRunning ? record.program.name : QString());
     });
     ConnectOrchestratorToPanels();
+    ConnectFolderSync();
 
     // The local panel opens where the user left it.
     FileSelectPanel* local = manager->LocalPanel();
@@ -572,7 +586,7 @@ void Workspace::ConnectFilePage()
     if (!lastFolder.isEmpty() && QFileInfo(lastFolder).isDir())
         local->OpenFolder(lastFolder);
     connect(local, &FileSelectPanel::SignalListingFinished, this, [](const QString& path, bool ok) {
-        if (ok && path != QLatin1String("/"))
+        if (ok && !path.isEmpty()) // empty: the computer view
             CamBaseTextHelper::instance()->SetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal,
                                                                 QString::fromLatin1(LocalFolderKey), path, false);
     });
@@ -590,6 +604,9 @@ void Workspace::ConnectOrchestratorToPanels()
     connect(transfers, &TransferOrchestrator::SignalNotice, this,
             [this](const QString& text) { ShowNotice(MsgIconWarning, text); });
     connect(transfers, &TransferOrchestrator::SignalBusyChanged, this, [this, machine](bool busy) {
+        // A synchronisation keeps the panels until its own end, also between two of its transfers.
+        if (m_pFolderSync->IsSyncing())
+            return;
         m_pFileManager->SetPanelLocked(busy);
         if (!busy && m_pFileManager->IsConnected())
             machine->RefreshPanel();
@@ -654,4 +671,79 @@ void Workspace::SlotMakeDirTriggered(QString path)
 void Workspace::SlotUploadAutoCamFiles(QVariant fileData, QString filePath, QString modelName)
 {
     m_pTransfers->UploadAutoCamFiles(fileData, filePath, modelName);
+}
+
+void Workspace::ConnectFolderSync()
+{
+    m_pSyncLook = new SyncButtonLook(m_pToolPage->Button(ToolPage::ActionFolderSync), this);
+    m_pToolPage->SetEnabled(ToolPage::ActionFolderSync, false);
+    connect(m_pFolderSync, &FolderSync::SignalAppendLog, this, &Workspace::SlotAppendLog);
+    connect(m_pFolderSync, &FolderSync::SignalNotice, this, &Workspace::ShowNotice);
+    connect(m_pFolderSync, &FolderSync::SignalButtonStateChanged, m_pSyncLook, &SyncButtonLook::SetState);
+    connect(m_pFolderSync, &FolderSync::SignalPanelsBusy, this, [this](bool busy) {
+        m_pFileManager->SetPanelLocked(busy || m_pTransfers->IsBusy());
+        if (busy || !m_pFileManager->IsConnected())
+            return;
+        m_pFileManager->MachinePanel()->RefreshPanel();
+        m_pFileManager->LocalPanel()->RefreshPanel();
+    });
+    m_pFolderSync->SetConflictAsker([this](const SyncConflict& conflict) {
+        return CVarnokMessageBox::ShowWindow(
+            this, MsgButtonYes | MsgButtonNo | MsgButtonIgnore, MsgIconWarning, tr("文件冲突确认"),
+            tr("文件 \"%1\" 在本地和机床中均存在，内容不一致。\n\n请选择要保留的版本：").arg(conflict.local.strRelPath),
+            {{MsgButtonYes, tr("保存本地版本")}, {MsgButtonNo, tr("保存机床版本")}, {MsgButtonIgnore, tr("跳过")}});
+    });
+    m_pFolderSync->SetPlanReviewer([this](FolderSyncPlan* plan) {
+        FolderSyncPreviewDialog dialog(*plan, this);
+        if (dialog.exec() != QDialog::Accepted)
+            return false;
+        *plan = dialog.Result();
+        return true;
+    });
+    connect(this, &Workspace::SignalMachineConnected, this, [this]() {
+        StopSyncAndRestoreState();
+        m_pToolPage->SetEnabled(ToolPage::ActionFolderSync, true);
+    });
+    connect(this, &Workspace::SignalMachineOffline, this, [this]() {
+        StopSyncAndRestoreState();
+        m_pToolPage->SetEnabled(ToolPage::ActionFolderSync, false);
+    });
+
+    // The synchronisation's settings sit on the button's context menu.
+    QAbstractButton* button = m_pToolPage->Button(ToolPage::ActionFolderSync);
+    button->setContextMenuPolicy(Qt::ActionsContextMenu);
+    for (const auto& [key, text] :
+         {std::pair{SyncSubfoldersKey, tr("包含子文件夹")}, std::pair{SyncPreviewKey, tr("同步前预览")},
+          std::pair{SyncCompareKey, tr("比较文件内容")}}) {
+        auto* action = new QAction(text, button);
+        action->setCheckable(true);
+        action->setChecked(Setting(key, false).toBool());
+        connect(action, &QAction::toggled, this, [key = key](bool checked) {
+            CamBaseTextHelper::instance()->SetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal,
+                                                                QString::fromLatin1(key), checked, false);
+        });
+        button->addAction(action);
+    }
+}
+
+void Workspace::SlotFileSyncBtnClicked()
+{
+    qDebug() << "sync cnc is connected?";
+    if (!CamBaseRegisterHelper::instance()->GetCurrentMachineConnectStatus()) {
+        ShowNotice(MsgIconFailure, tr("机床未连接"));
+        return;
+    }
+    if (!m_pFileManager) {
+        ShowNotice(MsgIconFailure, tr("文件管理器未初始化"));
+        return;
+    }
+    m_pFolderSync->SetIncludeSubfolders(Setting(SyncSubfoldersKey, false).toBool());
+    m_pFolderSync->SetPreview(Setting(SyncPreviewKey, false).toBool());
+    m_pFolderSync->SetCompareContent(Setting(SyncCompareKey, false).toBool());
+    m_pFolderSync->Start(m_pFileManager->LocalPanel()->CurrentPath(), m_pFileManager->MachinePanel()->CurrentPath());
+}
+
+void Workspace::StopSyncAndRestoreState()
+{
+    m_pFolderSync->StopSyncAndRestoreState();
 }

@@ -11,6 +11,8 @@ class BroadCastSender;
 class CProgressWidget;
 class CSelectMachineBox;
 class FileManager;
+class FolderSync;
+class SyncButtonLook;
 class MachineCommandSender;
 class DeviceVerifyDialog;
 class MachineConnection;
@@ -82,6 +84,8 @@ public:
     CSelectMachineBox* SelectMachineBox() const { return m_pSelectBox; }
     FileManager* GetFileManager() const { return m_pFileManager; }
     TransferOrchestrator* GetTransferOrchestrator() const { return m_pTransfers; }
+    FolderSync* GetFolderSync() const { return m_pFolderSync; }
+    SyncButtonLook* GetSyncButtonLook() const { return m_pSyncLook; }
     QSplitter* FilePageSplitter() const { return m_pFileSplitter; }
     MachineStatusWidget* StatusWidget() const { return m_pStatusWidget; }
 
@@ -115,6 +119,10 @@ public Q_SLOTS:
     void SlotMakeDirTriggered(QString path);
     void SlotUploadAutoCamFiles(QVariant fileData, QString filePath, QString modelName);
 
+    // Folder synchronisation of the two panels' folders, from the tool page.
+    void SlotFileSyncBtnClicked();
+    void StopSyncAndRestoreState();
+
 protected:
     void showEvent(QShowEvent* event) override;
 
@@ -138,6 +146,7 @@ private:
     void ConnectOrchestratorToPanels();
     void PlaceTransManager(bool bFullPage);
     void SetMachineActionsOnline(bool online);
+    void ConnectFolderSync();
 
     CamPlugin::CamPluginFile* m_pPluginObject = nullptr;
 
@@ -164,6 +173,8 @@ private:
     CSelectMachineBox* m_pSelectBox = nullptr;
     FileManager* m_pFileManager = nullptr;
     TransferOrchestrator* m_pTransfers = nullptr;
+    FolderSync* m_pFolderSync = nullptr;
+    SyncButtonLook* m_pSyncLook = nullptr;
     QSplitter* m_pFileSplitter = nullptr;
     QPointer<CProgressWidget> m_pProgressWidget;
     MachineStatusWidget* m_pStatusWidget = nullptr;

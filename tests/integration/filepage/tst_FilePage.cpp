@@ -6,6 +6,7 @@
 #include "SimFtpServer.h"
 #include "SimMachine.h"
 #include "WorkspaceLogProbe.h"
+#include "filepanel/FileClipboardPayload.h"
 #include "filepanel/FileItemRoles.h"
 #include "filepanel/FileManager.h"
 #include "filepanel/FileSelectPanel.h"
@@ -21,6 +22,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QDir>
+#include <QDropEvent>
 #include <QItemSelectionModel>
 #include <QMimeData>
 #include <QPushButton>
@@ -58,6 +60,20 @@ QByteArray Read(const QString& path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
+// Drags `mime` over the panel and drops it there, as a drag from another window would;
+// false when the panel refused it (the forbidden cursor).
+bool DragAndDrop(FileSelectPanel* panel, QMimeData* mime)
+{
+    const QPoint pos = panel->rect().center();
+    QDragEnterEvent enter(pos, Qt::CopyAction, mime, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(panel, &enter);
+    if (!enter.isAccepted())
+        return false;
+    QDropEvent drop(QPointF(pos), Qt::CopyAction, mime, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(panel, &drop);
+    return drop.isAccepted();
+}
+
 void Select(FileSelectPanel* panel, const QStringList& names)
 {
     QItemSelectionModel* selection = panel->TreeView()->selectionModel();
@@ -90,6 +106,8 @@ private Q_SLOTS:
     void cutTransferEndings();
     void disconnectStopsTransfersAndRetryResumes();
     void thirtyFilesNeverExceedTheLimit();
+    void dropsGoThroughThePasteChecks();
+    void cutPasteClearsTheClipboardOnlyAfterTheUpload();
 
 private:
     void StartSimulator(qint64 rate = 0, qint64 dropAfter = -1);
@@ -429,6 +447,72 @@ void TestFilePage::thirtyFilesNeverExceedTheLimit()
     // Logged-in connections are reused: far fewer log-ins than files.
     QVERIFY2(m_sim->FtpServer().AcceptedSessionCount() - acceptedBefore <= TransferOrchestrator::DefaultMaxTransfers,
              qPrintable(QString::number(m_sim->FtpServer().AcceptedSessionCount() - acceptedBefore)));
+}
+
+void TestFilePage::dropsGoThroughThePasteChecks()
+{
+    StartSimulator();
+    const QByteArray first = RandomBytes(40 * 1024);
+    const QByteArray second = RandomBytes(70 * 1024);
+    const QByteArray machine = RandomBytes(10 * 1024);
+    Write(LocalFile(QStringLiteral("drop1.nc")), first);
+    Write(LocalFile(QStringLiteral("drop2.tap")), second);
+    Write(LocalFile(QStringLiteral("tool.exe")), "MZ");
+    Write(MachineFile(QStringLiteral("back.nc")), machine);
+    ConnectWorkspace();
+    FileManager* manager = m_workspace->GetFileManager();
+
+    // Files from the desktop onto the machine panel: both reach the machine.
+    QMimeData desktop;
+    desktop.setUrls({QUrl::fromLocalFile(LocalFile(QStringLiteral("drop1.nc"))),
+                     QUrl::fromLocalFile(LocalFile(QStringLiteral("drop2.tap")))});
+    QVERIFY(DragAndDrop(manager->MachinePanel(), &desktop));
+    QTRY_COMPARE_WITH_TIMEOUT(Read(MachineFile(QStringLiteral("drop2.tap"))), second, 15000);
+    QTRY_COMPARE_WITH_TIMEOUT(Read(MachineFile(QStringLiteral("drop1.nc"))), first, 15000);
+    QTRY_VERIFY_WITH_TIMEOUT(!m_workspace->GetTransferOrchestrator()->IsBusy(), 10000);
+
+    // A type the machine does not run: refused with the same box as a paste, nothing sent.
+    QMimeData wrongType;
+    wrongType.setUrls({QUrl::fromLocalFile(LocalFile(QStringLiteral("tool.exe")))});
+    QVERIFY(DragAndDrop(manager->MachinePanel(), &wrongType));
+    QTRY_VERIFY(!m_listBoxes.isEmpty());
+    QCOMPARE(m_listBoxes.last().strText, QStringLiteral("以下文件类型不支持上传：\ntool.exe"));
+    QVERIFY(!QFileInfo::exists(MachineFile(QStringLiteral("tool.exe"))));
+
+    // Machine entries: onto the machine panel there is nowhere to go; onto the local panel they download.
+    FileClipboardPayload payload;
+    payload.strOperation = QStringLiteral("copy");
+    payload.iSourceType = FileClipboardPayload::SourceMachine;
+    payload.listFiles = {{QStringLiteral("/back.nc"), QStringLiteral("back.nc")}};
+    std::unique_ptr<QMimeData> fromMachine(payload.ToMimeData());
+    QVERIFY(!DragAndDrop(manager->MachinePanel(), fromMachine.get()));
+    QVERIFY(DragAndDrop(manager->LocalPanel(), fromMachine.get()));
+    QTRY_COMPARE_WITH_TIMEOUT(Read(LocalFile(QStringLiteral("back.nc"))), machine, 15000);
+}
+
+void TestFilePage::cutPasteClearsTheClipboardOnlyAfterTheUpload()
+{
+    StartSimulator(300 * 1024);
+    const QByteArray content = RandomBytes(300 * 1024);
+    Write(LocalFile(QStringLiteral("moved.nc")), content);
+    ConnectWorkspace();
+    FileManager* manager = m_workspace->GetFileManager();
+    manager->LocalPanel()->RefreshPanel();
+    QTRY_VERIFY(manager->LocalPanel()->FileNames().contains(QStringLiteral("moved.nc")));
+
+    Select(manager->LocalPanel(), {QStringLiteral("moved.nc")});
+    QTest::keyClick(manager->LocalPanel()->TreeView(), Qt::Key_X, Qt::ControlModifier);
+    QTest::keyClick(manager->MachinePanel()->TreeView(), Qt::Key_V, Qt::ControlModifier);
+    const QString key = Key(QStringLiteral("/moved.nc"), true);
+    QTRY_COMPARE(RowState(key), int(TanslateInfo::StateRunning));
+    QVERIFY(QApplication::clipboard()->mimeData()->hasFormat(QStringLiteral("MimeDataCopy")));
+    QVERIFY(QFileInfo::exists(LocalFile(QStringLiteral("moved.nc"))));
+
+    QTRY_COMPARE_WITH_TIMEOUT(RowState(key), int(TanslateInfo::StateSucceeded), 15000);
+    QCOMPARE(Read(MachineFile(QStringLiteral("moved.nc"))), content);
+    QVERIFY(!QFileInfo::exists(LocalFile(QStringLiteral("moved.nc"))));
+    const QMimeData* mime = QApplication::clipboard()->mimeData();
+    QVERIFY(!mime || !mime->hasFormat(QStringLiteral("MimeDataCopy")));
 }
 
 QTEST_MAIN(TestFilePage)

@@ -3,9 +3,12 @@
 #include "filepanel/FileTreeView.h"
 
 #include <QApplication>
+#include <QContextMenuEvent>
 #include <QDir>
 #include <QHBoxLayout>
 #include <QLineEdit>
+#include <QMenu>
+#include <QPainter>
 #include <QTest>
 
 using Fixture = MachinePanelFixture;
@@ -73,6 +76,27 @@ private Q_SLOTS:
         const QString file = folder + QStringLiteral("/filepanel_local_and_machine.png");
         QVERIFY(image.save(file));
         qInfo().noquote() << "screenshot:" << file;
+
+        // The context menu over a machine program, with a local file copied (so paste is offered),
+        // painted where it pops up (it is a window of its own).
+        QTest::keyClick(localPanel->TreeView(), Qt::Key_C, Qt::ControlModifier);
+        QWidget* viewport = machinePanel->TreeView()->viewport();
+        const QModelIndex program = Fixture::RowNamed(*machinePanel, QStringLiteral("O1001.nc"));
+        machinePanel->TreeView()->setCurrentIndex(program);
+        const QPoint pos = machinePanel->TreeView()->visualRect(program).center();
+        QContextMenuEvent event(QContextMenuEvent::Mouse, pos, viewport->mapToGlobal(pos));
+        QApplication::sendEvent(viewport, &event);
+        QMenu* menu = machinePanel->ContextMenu();
+        QTRY_VERIFY(menu->isVisible());
+        QImage withMenu = window.grab().toImage();
+        QPainter painter(&withMenu);
+        // At the pointer: the offscreen screen is smaller than the window, so the popup itself was pushed aside.
+        painter.drawPixmap(viewport->mapTo(&window, pos), menu->grab());
+        painter.end();
+        const QString menuFile = folder + QStringLiteral("/filepanel_machine_context_menu.png");
+        QVERIFY(withMenu.save(menuFile));
+        qInfo().noquote() << "screenshot:" << menuFile;
+        menu->hide();
     }
 };
 

@@ -1,0 +1,322 @@
+#include "CVarnokMessageBox.h"
+#include "MachinePanelFixture.h"
+#include "filepanel/FileItemRoles.h"
+#include "filepanel/FileSelectPanel.h"
+#include "filepanel/FileTreeView.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QDir>
+#include <QHBoxLayout>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMimeData>
+#include <QSettings>
+#include <QSignalSpy>
+#include <QTest>
+
+using Fixture = MachinePanelFixture;
+
+namespace {
+QByteArray Read(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void Write(const QString& path, const QByteArray& bytes)
+{
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+}
+} // namespace
+
+// Both panels in a shown window, driven by keys and by their context menu: what lands on
+// the clipboard, on the disk, in the trash, and which requests leave for the workspace.
+class TestFilePanelOperations : public QObject
+{
+    Q_OBJECT
+
+private:
+    QTemporaryDir m_machineRoot;
+    QTemporaryDir m_local;
+    Fixture m_fixture;
+    QWidget m_window;
+    FileSelectPanel* m_pLocal = nullptr;
+    FileSelectPanel* m_pMachine = nullptr;
+    QList<StructMsgBoxRequest> m_listBoxes;
+
+    QString LocalFile(const QString& name) const { return QDir(m_local.path()).filePath(name); }
+
+    bool Listed(FileSelectPanel& panel, const std::function<void()>& action)
+    {
+        return Fixture::WaitForListing(panel, action);
+    }
+
+    void SelectOnly(FileSelectPanel& panel, const QStringList& names)
+    {
+        panel.TreeView()->clearSelection();
+        for (const QString& name : names) {
+            panel.TreeView()->selectionModel()->select(Fixture::RowNamed(panel, name),
+                                                       QItemSelectionModel::Select | QItemSelectionModel::Rows);
+        }
+        panel.TreeView()->setFocus();
+    }
+
+    // Opens the context menu over a row (or the empty area) as a right click does.
+    QStringList OpenMenu(FileSelectPanel& panel, const QString& rowName)
+    {
+        QWidget* viewport = panel.TreeView()->viewport();
+        const QPoint pos = rowName.isEmpty() ? QPoint(10, viewport->height() - 5)
+                                             : panel.TreeView()->visualRect(Fixture::RowNamed(panel, rowName)).center();
+        QContextMenuEvent event(QContextMenuEvent::Mouse, pos, viewport->mapToGlobal(pos));
+        QApplication::sendEvent(viewport, &event);
+        QStringList texts;
+        for (QAction* action : panel.ContextMenu()->actions())
+            texts.append(action->text());
+        return texts;
+    }
+
+    void Trigger(FileSelectPanel& panel, const QString& text)
+    {
+        for (QAction* action : panel.ContextMenu()->actions()) {
+            if (action->text() == text) {
+                action->trigger();
+                panel.ContextMenu()->hide();
+                return;
+            }
+        }
+        QFAIL(qPrintable(QStringLiteral("no menu action ") + text));
+    }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        CVarnokMessageBox::SetTestResponder([this](const StructMsgBoxRequest& request) {
+            m_listBoxes.append(request);
+            return StructMsgBoxAnswer{request.iButtons & MsgButtonYes ? int(MsgButtonYes) : int(MsgButtonConfirm),
+                                      false};
+        });
+        QDir root(m_machineRoot.path());
+        Fixture::WriteFile(root.filePath(QStringLiteral("O1.nc")), 100);
+        Fixture::WriteFile(root.filePath(QStringLiteral("old.bin")), 10);
+        QVERIFY(root.mkpath(QStringLiteral("sub")));
+        QString error;
+        QVERIFY2(m_fixture.Start(m_machineRoot.path(), &error), qPrintable(error));
+
+        auto* layout = new QHBoxLayout(&m_window);
+        m_pLocal = new FileSelectPanel(true);
+        m_pMachine = new FileSelectPanel(false);
+        layout->addWidget(m_pLocal);
+        layout->addWidget(m_pMachine);
+        m_window.resize(1400, 500);
+        m_window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&m_window));
+        m_pMachine->SetMachineIp(QStringLiteral("127.0.0.1"));
+        QVERIFY(Listed(*m_pMachine, [&] { m_pMachine->RefreshPanel(); }));
+    }
+
+    void init()
+    {
+        m_listBoxes.clear();
+        QApplication::clipboard()->clear();
+        QDir(m_local.path()).removeRecursively();
+        QVERIFY(QDir().mkpath(m_local.path()));
+        Write(LocalFile(QStringLiteral("part.nc")), "G0 X1\n");
+        QVERIFY(QDir(m_local.path()).mkpath(QStringLiteral("dir")));
+        QVERIFY(Listed(*m_pLocal, [&] { m_pLocal->OpenFolder(m_local.path()); }));
+    }
+
+    void cleanupTestCase() { m_fixture.Stop(); }
+
+    void clipboardCarriesTheFilesAndTheirSide_data()
+    {
+        QTest::addColumn<bool>("local");
+        QTest::addColumn<QString>("action");
+        QTest::newRow("local copy") << true << "复制";
+        QTest::newRow("local cut") << true << "剪切";
+        QTest::newRow("machine copy") << false << "复制";
+        QTest::newRow("machine cut") << false << "剪切";
+    }
+
+    void clipboardCarriesTheFilesAndTheirSide()
+    {
+        QFETCH(bool, local);
+        QFETCH(QString, action);
+        FileSelectPanel& panel = local ? *m_pLocal : *m_pMachine;
+        const QString name = local ? QStringLiteral("part.nc") : QStringLiteral("O1.nc");
+        const QString path = local ? LocalFile(name) : QStringLiteral("/O1.nc");
+        SelectOnly(panel, {name});
+        QVERIFY(OpenMenu(panel, name).contains(action));
+        Trigger(panel, action);
+
+        const QMimeData* mime = QApplication::clipboard()->mimeData();
+        const QJsonObject json = QJsonDocument::fromJson(mime->data(QStringLiteral("MimeDataCopy"))).object();
+        const QString operation = action == QStringLiteral("复制") ? QStringLiteral("copy") : QStringLiteral("cut");
+        QCOMPARE(json.value("operation").toString(), operation);
+        QCOMPARE(json.value("sourceType").toInt(), local ? 1 : 2);
+        QCOMPARE(json.value("files").toArray(), QJsonArray({QJsonObject{{"filePath", path}, {"fileName", name}}}));
+        QCOMPARE(mime->text(), operation);
+        // Machine paths are not offered to other programs as local files.
+        QCOMPARE(mime->urls(), local ? QList<QUrl>{QUrl::fromLocalFile(path)} : QList<QUrl>{});
+    }
+
+    void pasteThatCannotApplyDoesNothing()
+    {
+        QSignalSpy uploads(m_pMachine, &FileSelectPanel::SignalSendFileToUpload);
+        QSignalSpy downloads(m_pMachine, &FileSelectPanel::SignalDownloadFileFromMachine);
+        // Empty clipboard: Ctrl+V only logs.
+        m_pMachine->TreeView()->setFocus();
+        QTest::keyClick(m_pMachine->TreeView(), Qt::Key_V, Qt::ControlModifier);
+        QTest::keyClick(m_pLocal->TreeView(), Qt::Key_V, Qt::ControlModifier);
+        // Machine to machine: neither the menu nor the key pastes.
+        SelectOnly(*m_pMachine, {QStringLiteral("O1.nc")});
+        QTest::keyClick(m_pMachine->TreeView(), Qt::Key_C, Qt::ControlModifier);
+        QVERIFY(!OpenMenu(*m_pMachine, QString()).contains(QStringLiteral("粘贴")));
+        QTest::keyClick(m_pMachine->TreeView(), Qt::Key_V, Qt::ControlModifier);
+        QTest::qWait(50);
+        QCOMPARE(uploads.count() + downloads.count(), 0);
+        QVERIFY(m_listBoxes.isEmpty());
+        QCOMPARE(QDir(m_local.path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries),
+                 (QStringList{"dir", "part.nc"}));
+    }
+
+    void localPasteNeverOverwrites()
+    {
+        Write(LocalFile(QStringLiteral("dir/part.nc")), "old program");
+        SelectOnly(*m_pLocal, {QStringLiteral("part.nc")});
+        QTest::keyClick(m_pLocal->TreeView(), Qt::Key_C, Qt::ControlModifier);
+        QVERIFY(Listed(*m_pLocal, [&] { m_pLocal->OpenFolder(LocalFile(QStringLiteral("dir"))); }));
+        QVERIFY(OpenMenu(*m_pLocal, QString()).contains(QStringLiteral("粘贴")));
+        Trigger(*m_pLocal, QStringLiteral("粘贴"));
+        QTRY_COMPARE(m_listBoxes.size(), 1);
+        QCOMPARE(m_listBoxes.first().strText, QStringLiteral("粘贴成功！"));
+        QCOMPARE(Read(LocalFile(QStringLiteral("dir/part.nc"))), QByteArray("old program"));
+        QCOMPARE(Read(LocalFile(QStringLiteral("dir/part(1).nc"))), QByteArray("G0 X1\n"));
+        QCOMPARE(Read(LocalFile(QStringLiteral("part.nc"))), QByteArray("G0 X1\n"));
+        QTRY_VERIFY(m_pLocal->FileNames().contains(QStringLiteral("part(1).nc")));
+    }
+
+    void localCutMovesWhatItCanAndKeepsTheRest()
+    {
+        // The folder cannot move into itself; the file next to it moves all the same.
+        SelectOnly(*m_pLocal, {QStringLiteral("part.nc"), QStringLiteral("dir")});
+        QTest::keyClick(m_pLocal->TreeView(), Qt::Key_X, Qt::ControlModifier);
+        QVERIFY(Listed(*m_pLocal, [&] { m_pLocal->OpenFolder(LocalFile(QStringLiteral("dir"))); }));
+        QSignalSpy cleared(m_pLocal, &FileSelectPanel::SignalClearLocalClipboardPath);
+        m_pLocal->TreeView()->setFocus();
+        QTest::keyClick(m_pLocal->TreeView(), Qt::Key_V, Qt::ControlModifier);
+        QTRY_COMPARE(m_listBoxes.size(), 1);
+        QCOMPARE(m_listBoxes.first().strText, QStringLiteral("部分文件粘贴失败！"));
+        QVERIFY(!QFileInfo::exists(LocalFile(QStringLiteral("part.nc"))));
+        QCOMPARE(Read(LocalFile(QStringLiteral("dir/part.nc"))), QByteArray("G0 X1\n"));
+        QVERIFY(QFileInfo(LocalFile(QStringLiteral("dir"))).isDir());
+        QVERIFY(!QFileInfo::exists(LocalFile(QStringLiteral("dir/dir"))));
+        // Moved files cannot be pasted twice.
+        QCOMPARE(cleared.count(), 1);
+        const QMimeData* mime = QApplication::clipboard()->mimeData();
+        QVERIFY(!mime || !mime->hasFormat(QStringLiteral("MimeDataCopy")));
+    }
+
+    void machineRenameKeepsToMachineTypes_data()
+    {
+        QTest::addColumn<QString>("oldName");
+        QTest::addColumn<QString>("newName");
+        QTest::addColumn<QString>("box");
+        QTest::newRow("allowed suffix") << "O1.nc"
+                                        << "O2.TAP"
+                                        << "";
+        QTest::newRow("forbidden suffix") << "O1.nc"
+                                          << "O1.exe"
+                                          << "机床文件重命名后缀不合法: exe";
+        QTest::newRow("file of another type") << "old.bin"
+                                              << "old.nc"
+                                              << "文件类型 bin 不支持，不允许重命名";
+    }
+
+    void machineRenameKeepsToMachineTypes()
+    {
+        QFETCH(QString, oldName);
+        QFETCH(QString, newName);
+        QFETCH(QString, box);
+        // Nothing carries the requests out here: the listing brings the machine's names back.
+        QVERIFY(Listed(*m_pMachine, [&] { m_pMachine->RefreshPanel(); }));
+        QSignalSpy renames(m_pMachine, &FileSelectPanel::SignalRenameTriggered);
+        SelectOnly(*m_pMachine, {oldName});
+        QTest::keyClick(m_pMachine->TreeView(), Qt::Key_F2);
+        auto* editor = m_pMachine->TreeView()->viewport()->findChild<QLineEdit*>();
+        if (editor) {
+            editor->setText(newName);
+            QTest::keyClick(editor, Qt::Key_Return);
+        }
+        // The editor commits on a queued call.
+        QTRY_VERIFY(!m_pMachine->TreeView()->IsEditing());
+        QTRY_COMPARE(m_listBoxes.size(), box.isEmpty() ? 0 : 1);
+        if (box.isEmpty()) {
+            QTRY_COMPARE(renames.count(), 1);
+            QCOMPARE(renames.first(), (QVariantList{QStringLiteral("/O1.nc"), QStringLiteral("/O2.TAP")}));
+            return;
+        }
+        QCOMPARE(m_listBoxes.first().strText, box);
+        QCOMPARE(renames.count(), 0);
+        // The edit is undone: the row shows the old name.
+        QTRY_VERIFY(Fixture::RowNamed(*m_pMachine, oldName).isValid());
+        QVERIFY(!Fixture::RowNamed(*m_pMachine, newName).isValid());
+    }
+
+    void localDeleteGoesToTheTrash()
+    {
+        const QByteArray content("G1 X2 F100\n");
+        Write(LocalFile(QStringLiteral("del.nc")), content);
+        QVERIFY(Listed(*m_pLocal, [&] { m_pLocal->RefreshPanel(); }));
+        SelectOnly(*m_pLocal, {QStringLiteral("del.nc")});
+        QVERIFY(Listed(*m_pLocal, [&] { QTest::keyClick(m_pLocal->TreeView(), Qt::Key_Delete); }));
+        QCOMPARE(m_listBoxes.size(), 1);
+        QCOMPARE(m_listBoxes.first().strText, QStringLiteral("del.nc\n\n确定删除以上文件？"));
+        QVERIFY(!QFileInfo::exists(LocalFile(QStringLiteral("del.nc"))));
+        QVERIFY(!Fixture::RowNamed(*m_pLocal, QStringLiteral("del.nc")).isValid());
+
+        // Restoring is what a desktop trash does: the info file names the place, the file moves back.
+        const QString trash = qEnvironmentVariable("XDG_DATA_HOME") + QStringLiteral("/Trash");
+        QSettings info(trash + QStringLiteral("/info/del.nc.trashinfo"), QSettings::IniFormat);
+        QCOMPARE(QUrl::fromPercentEncoding(info.value(QStringLiteral("Trash Info/Path")).toByteArray()),
+                 LocalFile(QStringLiteral("del.nc")));
+        QVERIFY(QFile::rename(trash + QStringLiteral("/files/del.nc"), LocalFile(QStringLiteral("del.nc"))));
+        QCOMPARE(Read(LocalFile(QStringLiteral("del.nc"))), content);
+    }
+
+    void newFolderGetsAFreeName()
+    {
+        QVERIFY(QDir(m_local.path()).mkpath(QStringLiteral("NewForder")));
+        QVERIFY(Listed(*m_pLocal, [&] { m_pLocal->RefreshPanel(); }));
+        OpenMenu(*m_pLocal, QString());
+        QVERIFY(Listed(*m_pLocal, [&] { Trigger(*m_pLocal, QStringLiteral("新建文件夹")); }));
+        QVERIFY(QFileInfo(LocalFile(QStringLiteral("NewForder(1)"))).isDir());
+
+        QSignalSpy makeDir(m_pMachine, &FileSelectPanel::SignalMakeDirTriggered);
+        OpenMenu(*m_pMachine, QString());
+        Trigger(*m_pMachine, QStringLiteral("新建文件夹"));
+        QCOMPARE(makeDir.count(), 1);
+        QCOMPARE(makeDir.first().first().toString(), QStringLiteral("/NewForder"));
+    }
+};
+
+int main(int argc, char** argv)
+{
+    static QTemporaryDir home;
+    qputenv("HOME", home.path().toUtf8());
+    qputenv("XDG_CONFIG_HOME", (home.path() + "/config").toUtf8());
+    // Not created: the panel must make the data folder before it can use the trash.
+    qputenv("XDG_DATA_HOME", (home.path() + "/data").toUtf8());
+    qputenv("KORV_CONFIG_DIR", (home.path() + "/korv").toUtf8());
+    QApplication app(argc, argv);
+    TestFilePanelOperations test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "tst_filepanel_operations.moc"

@@ -1,0 +1,81 @@
+#pragma once
+
+#include "CommonDefine.h"
+#include "FileClipboardPayload.h"
+
+#include <QColor>
+#include <QDateTime>
+#include <QObject>
+#include <QPointer>
+
+class CProgressWidget;
+class FileSelectPanel;
+class LocalPasteJob;
+class QMimeData;
+
+// What a file panel does to its entries: copy, cut and paste through the clipboard, drops,
+// deletion, new folders and files, renames. The local side is done here (to the trash, on
+// the thread pool); what touches the machine becomes a request signal for the workspace.
+class FilePanelOperations final : public QObject
+{
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(FilePanelOperations)
+
+public:
+    explicit FilePanelOperations(FileSelectPanel* panel);
+    ~FilePanelOperations() override;
+
+    void Copy() { PutOnClipboard(QStringLiteral("copy")); }
+    void Cut() { PutOnClipboard(QStringLiteral("cut")); }
+    // Whether the clipboard holds files this panel can receive (the menu offers paste then).
+    bool CanPaste() const;
+    void Paste();
+    // Whether a drag may be dropped here; `source` is the widget it started in, if ours.
+    bool CanDrop(const QMimeData* mimeData, const QObject* source) const;
+    void Drop(const QMimeData* mimeData);
+    void DeleteSelected();
+    void NewFolder();
+    void NewFile();
+    // Whether the entry may be renamed at all; a refusal is logged and shown.
+    bool MayRename(const QString& name, bool bFolder);
+    // Carries out an in-place rename; false when it was refused or failed (the edit is undone then).
+    bool Rename(const QString& oldPath, const QString& newName, bool bFolder);
+    void ClearClipboardRecord();
+
+    QStringList ClipboardPaths() const { return m_listClipboardPaths; }
+    bool IsPasting() const;
+
+Q_SIGNALS:
+    void SignalDeleteTriggered(QString path, int type);
+    void SignalDeleteItemsTriggered(QStringList filePathList, QStringList foderPathList);
+    void SignalRenameTriggered(QString strOldPath, QString strNewPath);
+    void SignalMakeDirTriggered(QString path);
+    void SignalSendFileToUpload(QString filePath, QString machinePath, OperationType operation);
+    void SignalDownloadFileFromMachine(QString machinePath, QString localPath);
+    void SignalClearLocalClipboardPath();
+    void SignalAppendLog(QString text, QColor color);
+
+private:
+    void PutOnClipboard(const QString& operation);
+    // Whether files from `source` may land in this panel's current folder.
+    bool Suits(const FileClipboardPayload& payload) const;
+    // The paste and the drop: the same checks, the same requests.
+    void Route(const FileClipboardPayload& payload);
+    void PasteLocally(const FileClipboardPayload& payload);
+    void OnLocalPasteFinished(int failed, const QStringList& log, bool bCut);
+    QStringList TakenNames() const;
+    void Log(const QString& text, const QColor& color);
+    // Boxes open once the current event is done: never inside a drop or an editor's commit.
+    void Notice(const QString& text, bool bSuccess = false);
+
+    FileSelectPanel* m_pPanel = nullptr;
+    LocalPasteJob* m_pPasteJob = nullptr;
+    QPointer<CProgressWidget> m_pProgressWidget;
+    bool m_bPasteCut = false; // the running local paste moves its files
+
+    // What was last put on the clipboard here.
+    QStringList m_listClipboardPaths;
+    QString m_strClipboardOperation;
+    QString m_strClipboardSource;
+    QDateTime m_dtClipboard;
+};

@@ -1,0 +1,132 @@
+#include "FolderSyncScanner.h"
+
+#include "ListFtpDirectory.h"
+
+#include <QDirIterator>
+#include <QFutureWatcher>
+#include <QUrl>
+
+namespace {
+QList<SyncEntry> WalkLocal(const QString& folder, bool bRecursive, const TaskOwner::StopCheck& stop)
+{
+    QList<SyncEntry> entries;
+    const QDir root(folder);
+    QDirIterator it(folder, QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot | QDir::Hidden,
+                    bRecursive ? QDirIterator::Subdirectories : QDirIterator::NoIteratorFlags);
+    while (it.hasNext() && !stop()) {
+        it.next();
+        const QFileInfo info = it.fileInfo();
+        if (info.isSymLink())
+            continue;
+        entries.append({root.relativeFilePath(info.filePath()), info.isDir() ? 0 : info.size(), info.lastModified(),
+                        info.isDir()});
+    }
+    return entries;
+}
+
+QString JoinMachinePath(const QString& folder, const QString& rel)
+{
+    QString path = folder.endsWith(QLatin1Char('/')) ? folder : folder + QLatin1Char('/');
+    return rel.isEmpty() ? path : path + rel + QLatin1Char('/');
+}
+} // namespace
+
+FolderSyncScanner::FolderSyncScanner(QObject* parent) : QObject(parent) {}
+
+FolderSyncScanner::~FolderSyncScanner() = default;
+
+void FolderSyncScanner::Cancel()
+{
+    ++m_nGeneration;
+    m_tasks.RequestStopAll();
+}
+
+void FolderSyncScanner::Start(const QString& ip, const QString& localFolder, const QString& machineFolder,
+                              bool bRecursive)
+{
+    Cancel();
+    const quint64 generation = m_nGeneration;
+    m_strIp = ip;
+    m_strMachineFolder = machineFolder;
+    m_bRecursive = bRecursive;
+    m_bLocalDone = m_bMachineDone = m_bFailed = false;
+    m_strError.clear();
+    m_listLocal.clear();
+    m_listMachine.clear();
+    m_listPendingFolders = {QString()};
+
+    auto result = std::make_shared<QList<SyncEntry>>();
+    auto* watcher = new QFutureWatcher<bool>(this);
+    connect(watcher, &QFutureWatcher<bool>::finished, this, [this, watcher, result, generation]() {
+        watcher->deleteLater();
+        if (generation != m_nGeneration)
+            return;
+        m_listLocal = *result;
+        m_bLocalDone = true;
+        FinishIfDone();
+    });
+    watcher->setFuture(m_tasks.Run([localFolder, bRecursive, result](const TaskOwner::StopCheck& stop) {
+        *result = WalkLocal(localFolder, bRecursive, stop);
+        return true;
+    }));
+    ListNextMachineFolder();
+}
+
+void FolderSyncScanner::ListNextMachineFolder()
+{
+    if (m_listPendingFolders.isEmpty()) {
+        m_bMachineDone = true;
+        FinishIfDone();
+        return;
+    }
+    const QString rel = m_listPendingFolders.takeFirst();
+    const QString path = JoinMachinePath(m_strMachineFolder, rel);
+    QUrl url;
+    url.setScheme(QStringLiteral("ftp"));
+    url.setHost(m_strIp);
+    url.setPort(21);
+    url.setPath(path);
+    auto* task = new ListFtpDirectory(QStringLiteral("ftp://%1:21%2").arg(m_strIp, path),
+                                      url.toString(QUrl::FullyEncoded), path, nullptr);
+    const quint64 generation = m_nGeneration;
+    auto entries = std::make_shared<QList<FtpFileInfo>>();
+    connect(task, &ListFtpDirectory::SignalListFileFinished, this,
+            [entries](bool, const QList<FtpFileInfo>& listed) { *entries = listed; });
+    connect(task, &FtpTaskThread::SignalTaskFinished, this,
+            [this, generation, rel, entries](bool ok, const QString& error) {
+                OnMachineListed(generation, rel, ok, *entries, error);
+            });
+    m_tasks.Start(task);
+}
+
+void FolderSyncScanner::OnMachineListed(quint64 generation, const QString& relFolder, bool ok,
+                                        const QList<FtpFileInfo>& entries, const QString& error)
+{
+    if (generation != m_nGeneration)
+        return;
+    if (!ok) {
+        m_bFailed = true;
+        m_strError = error;
+        m_bMachineDone = true;
+        FinishIfDone();
+        return;
+    }
+    const QString prefix = relFolder.isEmpty() ? QString() : relFolder + QLatin1Char('/');
+    for (const FtpFileInfo& info : entries) {
+        if (info.name == QLatin1String(".") || info.name == QLatin1String(".."))
+            continue;
+        const SyncEntry entry{prefix + info.name, info.isDir() ? 0 : info.size, info.time, info.isDir()};
+        m_listMachine.append(entry);
+        if (m_bRecursive && entry.bDir && FolderSyncPlan::IsSyncable(entry))
+            m_listPendingFolders.append(entry.strRelPath);
+    }
+    ListNextMachineFolder();
+}
+
+void FolderSyncScanner::FinishIfDone()
+{
+    if (!m_bLocalDone || !m_bMachineDone)
+        return;
+    ++m_nGeneration;
+    Q_EMIT SignalScanned(!m_bFailed, m_listLocal, m_listMachine, m_strError);
+}
