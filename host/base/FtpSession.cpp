@@ -5,6 +5,9 @@
 #include "FtpListingParser.h"
 
 #include <QIODevice>
+#include <QStringDecoder>
+#include <QStringEncoder>
+#include <QThread>
 #include <QUrl>
 #include <cctype>
 #include <curl/curl.h>
@@ -19,6 +22,8 @@ namespace {
 constexpr long kBufferSize = 512 * 1024;
 constexpr int kSalvageWaitMs = 100;
 constexpr long kStopPollMs = 100; // longest wait before a stop request is seen
+constexpr int kReconnectAttempts = 6;
+constexpr unsigned long kReconnectWaitMs = 50; // doubled on every attempt
 
 // Per-step state handed to libcurl's callbacks.
 struct Transfer
@@ -86,8 +91,13 @@ int OnProgress(void* userData, curl_off_t dlTotal, curl_off_t dlNow, curl_off_t 
 // A server reply that names the cause better than libcurl's code does.
 QString ReasonFromReply(const QByteArray& reply)
 {
-    if (reply.startsWith("452") || reply.startsWith("552"))
+    if (reply.startsWith("552"))
         return QStringLiteral("服务器存储空间不足");
+    // Controllers also answer 452 while the file is in use (a program running from storage).
+    if (reply.startsWith("452"))
+        return QStringLiteral("机床暂时无法写入（存储空间不足或文件正被使用）");
+    if (reply.startsWith("421"))
+        return QStringLiteral("机床的FTP连接数已满");
     if (reply.startsWith("530"))
         return QStringLiteral("FTP登录被拒绝，请检查用户名和密码");
     return QString();
@@ -143,10 +153,10 @@ QString JoinPath(const QString& dir, const QString& name)
 class QuoteList
 {
 public:
-    explicit QuoteList(const QStringList& commands)
+    explicit QuoteList(const QList<QByteArray>& commands)
     {
-        for (const QString& command : commands)
-            m_pList = curl_slist_append(m_pList, command.toUtf8().constData());
+        for (const QByteArray& command : commands)
+            m_pList = curl_slist_append(m_pList, command.constData());
     }
     ~QuoteList() { curl_slist_free_all(m_pList); }
     Q_DISABLE_COPY_MOVE(QuoteList)
@@ -249,7 +259,20 @@ QByteArray FtpSession::UrlFor(const QString& remotePath) const
     const QString path = remotePath.startsWith(QLatin1Char('/')) ? remotePath : QLatin1Char('/') + remotePath;
     const QString host =
         m_strHost.contains(QLatin1Char(':')) ? QLatin1Char('[') + m_strHost + QLatin1Char(']') : m_strHost;
-    return "ftp://" + QUrl::toAce(host) + ':' + QByteArray::number(m_iPort) + QUrl::toPercentEncoding(path, "/");
+    return "ftp://" + QUrl::toAce(host) + ':' + QByteArray::number(m_iPort) + ToWire(path).toPercentEncoding("/");
+}
+
+bool FtpSession::IsUtf8() const
+{
+    return m_settings.nameEncoding.compare("UTF-8", Qt::CaseInsensitive) == 0;
+}
+
+QByteArray FtpSession::ToWire(const QString& text) const
+{
+    if (IsUtf8())
+        return text.toUtf8();
+    QStringEncoder encoder(m_settings.nameEncoding.constData());
+    return encoder.isValid() ? QByteArray(encoder(text)) : text.toUtf8();
 }
 
 void FtpSession::Reset(const QByteArray& url, void* transfer)
@@ -272,9 +295,19 @@ bool FtpSession::Perform(const QString& action)
 {
     if (!m_pCurl)
         return Fail(QStringLiteral("无法初始化FTP连接"));
-    m_listReplies.clear();
-    m_errorBuffer.fill('\0');
-    const CURLcode code = CURLcode(RunStep());
+    CURLcode code = CURLE_OK;
+    for (int attempt = 0;; ++attempt) {
+        m_listReplies.clear();
+        m_errorBuffer.fill('\0');
+        code = CURLcode(RunStep());
+        // libcurl drops the connection after a refused command; a controller with one login slot turns
+        // the reconnection away (421) until it has seen the old one go. Nothing ran: try again shortly.
+        const bool bRefused = !m_listReplies.isEmpty() && m_listReplies.constFirst().startsWith("421");
+        if (code == CURLE_OK || !m_bConnected || !bRefused || attempt >= kReconnectAttempts ||
+            (m_stopCheck && m_stopCheck()))
+            break;
+        QThread::msleep(kReconnectWaitMs << attempt);
+    }
     m_iLastCode = code;
     if (code == CURLE_OK)
         return true;
@@ -358,9 +391,25 @@ bool FtpSession::Fail(const QString& message)
     return false;
 }
 
-bool FtpSession::AfterCommandsFailed() const
+QList<QByteArray> FtpSession::WireCommands(const QStringList& commands) const
 {
-    return m_iLastCode == CURLE_QUOTE_ERROR;
+    QList<QByteArray> wire;
+    for (const QString& command : commands)
+        wire.append(ToWire(command));
+    return wire;
+}
+
+bool FtpSession::SizeReplied(qint64* size) const
+{
+    for (const QByteArray& reply : m_listReplies) {
+        bool bOk = false;
+        const qint64 value = reply.startsWith("213 ") ? reply.mid(4).trimmed().toLongLong(&bOk) : -1;
+        if (bOk) {
+            *size = value;
+            return true;
+        }
+    }
+    return false;
 }
 
 bool FtpSession::Connect(const QString& folder)
@@ -369,13 +418,18 @@ bool FtpSession::Connect(const QString& folder)
     Reset(UrlFor(folder.endsWith(QLatin1Char('/')) ? folder : folder + QLatin1Char('/')), &transfer);
     CURL* curl = static_cast<CURL*>(m_pCurl);
     // A leading "*" lets a server without FEAT (or without UTF-8) still be used. Both go in one
-    // step: a reused connection then costs one exchange, not two.
-    QuoteList feat({QStringLiteral("*FEAT"), QStringLiteral("*OPTS UTF8 ON")});
+    // step: a reused connection then costs one exchange, not two. A machine set to GBK or
+    // Shift-JIS keeps its own encoding even when it offers UTF-8.
+    QList<QByteArray> greeting{QByteArrayLiteral("*FEAT")};
+    if (IsUtf8())
+        greeting.append(QByteArrayLiteral("*OPTS UTF8 ON"));
+    QuoteList feat(greeting);
     curl_easy_setopt(curl, CURLOPT_NOBODY, 1L);
     curl_easy_setopt(curl, CURLOPT_QUOTE, feat.get());
     curl_easy_setopt(curl, CURLOPT_TIMEOUT_MS, long(m_settings.connectTimeoutMs));
     if (!Perform(QStringLiteral("连接FTP服务器"))) {
-        if (m_iLastCode != CURLE_REMOTE_ACCESS_DENIED || folder == QLatin1String("/"))
+        m_bLoginRefusedAsBusy = !m_listReplies.isEmpty() && m_listReplies.constFirst().startsWith("421");
+        if (m_bLoginRefusedAsBusy || m_iLastCode != CURLE_REMOTE_ACCESS_DENIED || folder == QLatin1String("/"))
             return false;
         return Connect();
     }
@@ -383,7 +437,9 @@ bool FtpSession::Connect(const QString& folder)
         // Feature lines are indented; MLST implies MLSD (some servers list only MLST).
         const QByteArray feature = reply.split(' ').value(0).toUpper();
         m_bMlsd = m_bMlsd || feature == "MLST" || feature == "MLSD";
+        m_bSize = m_bSize || feature == "SIZE";
     }
+    m_bConnected = true;
     return true;
 }
 
@@ -399,7 +455,14 @@ bool FtpSession::ListDirectory(const QString& dirPath, QList<FtpFileInfo>* entri
     curl_easy_setopt(static_cast<CURL*>(m_pCurl), CURLOPT_CUSTOMREQUEST, m_bMlsd ? "MLSD" : "LIST");
     if (!Perform(QStringLiteral("获取文件列表")))
         return false;
-    *entries = FtpListingParser().Parse(listing);
+    QStringDecoder decoder(IsUtf8() ? "UTF-8" : m_settings.nameEncoding.constData());
+    const QString text = decoder.isValid() ? QString(decoder(listing)) : QString::fromUtf8(listing);
+    // Names that are not UTF-8 would show as garbage: the machine's encoding setting is wrong.
+    if (decoder.hasError())
+        return Fail(
+            QStringLiteral("机床返回的文件名不是%1编码，请在“新建连接”中为该机床选择文件名编码（如GBK或Shift-JIS）")
+                .arg(QString::fromLatin1(m_settings.nameEncoding)));
+    *entries = FtpListingParser().Parse(text);
     return true;
 }
 
@@ -411,7 +474,7 @@ bool FtpSession::Command(const QStringList& commands)
     }
     Transfer transfer{&m_stopCheck};
     Reset(UrlFor(QStringLiteral("/")), &transfer);
-    QuoteList quote(commands);
+    QuoteList quote(WireCommands(commands));
     curl_easy_setopt(static_cast<CURL*>(m_pCurl), CURLOPT_NOBODY, 1L);
     curl_easy_setopt(static_cast<CURL*>(m_pCurl), CURLOPT_QUOTE, quote.get());
     return Perform(commands.value(0).section(QLatin1Char(' '), 0, 0));
@@ -427,7 +490,7 @@ bool FtpSession::Upload(QIODevice* source, qint64 size, const QString& remotePat
     Transfer transfer{&m_stopCheck, &progress, source};
     transfer.bUpload = true;
     Reset(UrlFor(remotePath), &transfer);
-    QuoteList after(afterCommands);
+    QuoteList after(WireCommands(afterCommands));
     curl_easy_setopt(static_cast<CURL*>(m_pCurl), CURLOPT_POSTQUOTE, after.get());
     curl_easy_setopt(static_cast<CURL*>(m_pCurl), CURLOPT_UPLOAD, 1L);
     // Uploads from the account side go to a folder that a new machine does not have yet.
@@ -447,6 +510,29 @@ bool FtpSession::Download(const QString& remotePath, QIODevice* sink, const Prog
     if (!bOk && transfer.bDeviceFailed)
         return Fail(QStringLiteral("写入本地文件失败：%1").arg(sink->errorString()));
     return bOk;
+}
+
+bool FtpSession::RemoteSize(const QString& filePath, qint64* size)
+{
+    if (m_bSize) {
+        // "*": a refusal is read from the replies instead of failing the step.
+        if (!Command({QStringLiteral("*SIZE ") + filePath}))
+            return false;
+        if (SizeReplied(size))
+            return true;
+    }
+    const int cut = filePath.lastIndexOf(QLatin1Char('/'));
+    QList<FtpFileInfo> entries;
+    if (!ListDirectory(cut <= 0 ? QStringLiteral("/") : filePath.left(cut), &entries))
+        return false;
+    const QString name = filePath.mid(cut + 1);
+    for (const FtpFileInfo& entry : std::as_const(entries)) {
+        if (entry.name == name && !entry.isDir()) {
+            *size = entry.size;
+            return true;
+        }
+    }
+    return Fail(QStringLiteral("机床上找不到刚上传的文件：%1").arg(filePath));
 }
 
 bool FtpSession::RemoveTree(const QString& dirPath)

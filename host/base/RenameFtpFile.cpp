@@ -18,6 +18,8 @@ bool RenameFtpFile::Execute(FtpSession& session, QString* message)
         *message = QStringLiteral("未指定重命名的路径");
         return false;
     }
+    if (!CheckNewName(session, m_strNewPath, message))
+        return false;
     if (session.Command({QStringLiteral("RNFR ") + m_strOldPath, QStringLiteral("RNTO ") + m_strNewPath}))
         return true;
     *message = session.ErrorMessage();
