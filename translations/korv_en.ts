@@ -28,7 +28,7 @@
     </message>
     <message>
         <source>手动输入机床IP地址，如 192.168.1.100</source>
-        <translation>Enter the machine&apos;s IP address, e.g. 192.168.1.100</translation>
+        <translation>Machine IP address, e.g. 192.168.1.100</translation>
     </message>
     <message>
         <source>正在搜索机床...</source>
@@ -61,6 +61,10 @@
     <message>
         <source>连接失败，请检查网络连接和机床IP地址</source>
         <translation>Connection failed. Check the network and the machine&apos;s IP address.</translation>
+    </message>
+    <message>
+        <source>机床的文件名编码</source>
+        <translation>The machine&apos;s file-name encoding</translation>
     </message>
 </context>
 <context>
@@ -675,6 +679,165 @@
     <message>
         <source>以下操作将在确认后执行，取消勾选的项目不会传输：</source>
         <translation>These operations run once you confirm; unticked items are not transferred:</translation>
+    </message>
+</context>
+<context>
+    <name>FtpTask</name>
+    <message>
+        <source>不能删除根目录</source>
+        <translation>The root folder cannot be deleted</translation>
+    </message>
+    <message>
+        <source>删除已停止</source>
+        <translation>Deleting stopped</translation>
+    </message>
+    <message>
+        <source>%1上有%2项删除失败：%3</source>
+        <translation>%2 items could not be deleted on %1: %3</translation>
+    </message>
+    <message>
+        <source>无法在%1创建文件：%2</source>
+        <translation>Cannot create a file in %1: %2</translation>
+    </message>
+    <message>
+        <source>写入本地文件失败：%1</source>
+        <translation>Writing the local file failed: %1</translation>
+    </message>
+    <message>
+        <source>无法保存文件：%1</source>
+        <translation>Cannot save the file: %1</translation>
+    </message>
+    <message>
+        <source>文件名“%1”超过机床允许的长度（最多%2个字符）</source>
+        <translation>The name &quot;%1&quot; is longer than the machine allows (at most %2 characters)</translation>
+    </message>
+    <message>
+        <source>机床的文件名字符规则无效：%1</source>
+        <translation>The machine&apos;s file-name character rule is not valid: %1</translation>
+    </message>
+    <message>
+        <source>文件名“%1”含有机床不允许的字符（只允许：%2）</source>
+        <translation>The name &quot;%1&quot; has characters the machine does not allow (allowed: %2)</translation>
+    </message>
+    <message>
+        <source>机床不区分文件名大小写，“%1”与已有的“%2”冲突</source>
+        <translation>The machine ignores the case of names: &quot;%1&quot; collides with the existing &quot;%2&quot;</translation>
+    </message>
+    <message>
+        <source>服务器存储空间不足</source>
+        <translation>The server is out of space</translation>
+    </message>
+    <message>
+        <source>机床暂时无法写入（存储空间不足或文件正被使用）</source>
+        <translation>The machine cannot write now (out of space or the file is in use)</translation>
+    </message>
+    <message>
+        <source>机床的FTP连接数已满</source>
+        <translation>The machine accepts no more FTP connections</translation>
+    </message>
+    <message>
+        <source>FTP登录被拒绝，请检查用户名和密码</source>
+        <translation>The FTP login was refused. Check the user name and password.</translation>
+    </message>
+    <message>
+        <source>无法连接FTP服务器</source>
+        <translation>Cannot connect to the FTP server</translation>
+    </message>
+    <message>
+        <source>FTP服务器响应超时</source>
+        <translation>The FTP server did not answer in time</translation>
+    </message>
+    <message>
+        <source>远程文件不存在</source>
+        <translation>The remote file does not exist</translation>
+    </message>
+    <message>
+        <source>远程路径不存在或没有权限</source>
+        <translation>The remote path does not exist or is not accessible</translation>
+    </message>
+    <message>
+        <source>服务器拒绝写入文件</source>
+        <translation>The server refused to write the file</translation>
+    </message>
+    <message>
+        <source>服务器拒绝了命令</source>
+        <translation>The server refused the command</translation>
+    </message>
+    <message>
+        <source>FTP连接中断</source>
+        <translation>The FTP connection was interrupted</translation>
+    </message>
+    <message>
+        <source>FTP错误（代码%1）</source>
+        <translation>FTP error (code %1)</translation>
+    </message>
+    <message>
+        <source>无法初始化FTP连接</source>
+        <translation>Cannot set up the FTP connection</translation>
+    </message>
+    <message>
+        <source>%1已停止</source>
+        <translation>%1 stopped</translation>
+    </message>
+    <message>
+        <source>%1失败：%2</source>
+        <translation>%1 failed: %2</translation>
+    </message>
+    <message>
+        <source>（服务器回复：%1）</source>
+        <translation> (server reply: %1)</translation>
+    </message>
+    <message>
+        <source>连接FTP服务器</source>
+        <translation>Connection to the FTP server</translation>
+    </message>
+    <message>
+        <source>路径含有非法字符：%1</source>
+        <translation>The path has characters that are not allowed: %1</translation>
+    </message>
+    <message>
+        <source>获取文件列表</source>
+        <translation>Listing</translation>
+    </message>
+    <message>
+        <source>机床返回的文件名不是%1编码，请在“新建连接”中为该机床选择文件名编码（如GBK或Shift-JIS）</source>
+        <translation>The machine&apos;s file names are not %1. Choose its file-name encoding (such as GBK or Shift-JIS) in &quot;New connection&quot;.</translation>
+    </message>
+    <message>
+        <source>上传文件</source>
+        <translation>Upload</translation>
+    </message>
+    <message>
+        <source>读取本地文件失败：%1</source>
+        <translation>Reading the local file failed: %1</translation>
+    </message>
+    <message>
+        <source>下载文件</source>
+        <translation>Download</translation>
+    </message>
+    <message>
+        <source>机床上找不到刚上传的文件：%1</source>
+        <translation>The file just uploaded is not on the machine: %1</translation>
+    </message>
+    <message>
+        <source>无效的FTP地址：%1</source>
+        <translation>Not a valid FTP address: %1</translation>
+    </message>
+    <message>
+        <source>操作已停止</source>
+        <translation>Stopped</translation>
+    </message>
+    <message>
+        <source>未指定重命名的路径</source>
+        <translation>No path was given for the rename</translation>
+    </message>
+    <message>
+        <source>无法打开本地文件：%1（%2）</source>
+        <translation>Cannot open the local file: %1 (%2)</translation>
+    </message>
+    <message>
+        <source>机床上的文件只有%1字节，本地文件为%2字节（虽然机床回复传输完成），原文件未改动</source>
+        <translation>The file on the machine has only %1 bytes, the local file %2 (although the machine reported success); the old file is unchanged</translation>
     </message>
 </context>
 <context>
@@ -1334,6 +1497,10 @@
     <message>
         <source>正在删除，请稍候</source>
         <translation>Deleting, please wait</translation>
+    </message>
+    <message>
+        <source>机床最多同时接受%1个FTP连接，其余传输将排队进行</source>
+        <translation>The machine accepts at most %1 FTP connections at once; the other transfers wait their turn</translation>
     </message>
 </context>
 <context>

@@ -1,9 +1,12 @@
 // Many small programs to the machine simulator and back through the Workspace's slots
 // (rows, logs, the per-machine limit and all), against one curl invocation that moves
-// the same files over one connection. The last line gives ours/curl in files per second.
+// the same files over one connection, then ours again against a single-session controller
+// profile. The ratio line gives ours/curl in files per second.
+#include "CncSimServer.h"
 #include "TestFtpServer.h"
 
 #include <CamBaseTextHelper.h>
+#include <FtpSettings.h>
 #include <KorvBaseGlobals.h>
 #include <QApplication>
 #include <QCommandLineParser>
@@ -60,6 +63,41 @@ int CountFiles(const QString& folder)
 {
     return int(QDir(folder).entryList(QDir::Files).size());
 }
+
+struct OursResult
+{
+    double up = 0;
+    double down = 0;
+    int maxTransfers = 0;
+};
+
+// Uploads every file to /ours of the server and downloads it back through a fresh Workspace.
+OursResult RunOurs(TestFtpServer& server, const QStringList& names, const QString& sourceDir)
+{
+    server.MakeDir(QStringLiteral("/ours"));
+    SetSetting(g_strSettingFtpUser, server.User());
+    SetSetting(g_strSettingFtpPassword, server.Password());
+    SetSetting(g_strSettingFtpPortMapping, server.Port());
+    QTemporaryDir back;
+    Workspace workspace;
+    workspace.ConnectToMachine(QStringLiteral("127.0.0.1"), QStringLiteral("PB01BENCH"));
+    if (!QTest::qWaitFor([&] { return workspace.GetFileManager()->IsConnected(); }, 10000))
+        Fail(QStringLiteral("no connection to the simulator"));
+    OursResult result;
+    result.up = TimeTransfers(workspace, [&] {
+        for (const QString& name : names)
+            workspace.SlotUpLoadFile(QDir(sourceDir).filePath(name), QStringLiteral("/ours/") + name);
+    });
+    result.down = TimeTransfers(workspace, [&] {
+        for (const QString& name : names)
+            workspace.SlotDownLoadFile(back.filePath(name), QStringLiteral("/ours/") + name);
+    });
+    if (CountFiles(server.LocalPath(QStringLiteral("/ours"))) != names.size() ||
+        CountFiles(back.path()) != names.size())
+        Fail(QStringLiteral("our transfers did not move every file"));
+    result.maxTransfers = workspace.GetTransferOrchestrator()->MaxTransfers();
+    return result;
+}
 } // namespace
 
 int main(int argc, char** argv)
@@ -79,14 +117,9 @@ int main(int argc, char** argv)
     auto server = TestFtpServer::Create(FtpServerKind::CncSim);
     if (!server->Start())
         Fail(server->ErrorString());
-    server->MakeDir(QStringLiteral("/ours"));
     server->MakeDir(QStringLiteral("/curl"));
-    SetSetting(g_strSettingFtpUser, server->User());
-    SetSetting(g_strSettingFtpPassword, server->Password());
-    SetSetting(g_strSettingFtpPortMapping, server->Port());
 
     QTemporaryDir source;
-    QTemporaryDir oursBack;
     QTemporaryDir curlBack;
     QStringList names;
     for (int i = 0; i < files; ++i) {
@@ -98,21 +131,9 @@ int main(int argc, char** argv)
             Fail(QStringLiteral("cannot write ") + file.fileName());
     }
 
-    Workspace workspace;
-    workspace.ConnectToMachine(QStringLiteral("127.0.0.1"), QStringLiteral("PB01BENCH"));
-    if (!QTest::qWaitFor([&] { return workspace.GetFileManager()->IsConnected(); }, 10000))
-        Fail(QStringLiteral("no connection to the simulator"));
-
-    const double oursUp = TimeTransfers(workspace, [&] {
-        for (const QString& name : names)
-            workspace.SlotUpLoadFile(source.filePath(name), QStringLiteral("/ours/") + name);
-    });
-    const double oursDown = TimeTransfers(workspace, [&] {
-        for (const QString& name : names)
-            workspace.SlotDownLoadFile(oursBack.filePath(name), QStringLiteral("/ours/") + name);
-    });
-    if (CountFiles(server->LocalPath(QStringLiteral("/ours"))) != files || CountFiles(oursBack.path()) != files)
-        Fail(QStringLiteral("our transfers did not move every file"));
+    const OursResult ours = RunOurs(*server, names, source.path());
+    const double oursUp = ours.up;
+    const double oursDown = ours.down;
 
     const QString account = server->User() + QLatin1Char(':') + server->Password();
     const QString base = QStringLiteral("ftp://127.0.0.1:%1/curl/").arg(server->Port());
@@ -126,11 +147,22 @@ int main(int argc, char** argv)
 
     const auto rate = [files](double seconds) { return files / seconds; };
     std::printf("%d files of %d KiB, cnc-sim on loopback, %d transfers at once\n", files, bytes / 1024,
-                workspace.GetTransferOrchestrator()->MaxTransfers());
+                ours.maxTransfers);
     std::printf("upload:   ours %.1f files/s (%.2f s), curl %.1f files/s (%.2f s)\n", rate(oursUp), oursUp,
                 rate(curlUp), curlUp);
     std::printf("download: ours %.1f files/s (%.2f s), curl %.1f files/s (%.2f s)\n", rate(oursDown), oursDown,
                 rate(curlDown), curlDown);
     std::printf("ratio upload=%.2f download=%.2f\n", curlUp / oursUp, curlDown / oursDown);
+
+    // A controller that takes one login at a time: the figure to watch is how close the learned
+    // limit of one gets to the multi-login run above.
+    const QString profile = QStringLiteral("single-session-dos-gbk");
+    CncSimServer single({QStringLiteral("--profile"), profile});
+    if (!single.Start())
+        Fail(single.ErrorString());
+    FtpSettings::SetNameEncodingFor(QStringLiteral("127.0.0.1"), "GBK");
+    const OursResult one = RunOurs(single, names, source.path());
+    std::printf("%s: upload %.1f files/s (%.2f s), download %.1f files/s (%.2f s), %d transfer(s) at once\n",
+                qPrintable(profile), rate(one.up), one.up, rate(one.down), one.down, one.maxTransfers);
     return 0;
 }

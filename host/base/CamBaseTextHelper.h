@@ -22,6 +22,7 @@ class QSettings;
 //   "Ftp/PortMapping"       int, the port used when a task URL names port 21 (or none); default 21
 //   "Ftp/ConnectTimeoutMs"  int, TCP connect, greeting and login together; default 5000
 //   "Ftp/ResponseTimeoutMs" int, longest wait for a server reply or a stalled transfer; default 15000
+//   "Ftp/NameEncoding/<ip>" string, file-name encoding of that machine: UTF-8 (default), GBK, Shift_JIS
 // Other machine service ports (MachinePortMap):
 //   "PortMap/30001", "PortMap/5002", "PortMap/30002"  int, the port used instead of the well-known one
 class KORVBASE_EXPORT CamBaseTextHelper

@@ -2,6 +2,7 @@
 
 #include "FtpSession.h"
 
+#include <QCoreApplication>
 #include <QUrl>
 
 DeleteFTPForder::DeleteFTPForder(const QString& baseUrl, const QString& folderUrl, const QString& path,
@@ -13,7 +14,7 @@ bool DeleteFTPForder::Execute(FtpSession& session, QString* message)
 {
     const QString path = GetCurFilePath().isEmpty() ? QUrl(m_strFolderUrl).path(QUrl::FullyDecoded) : GetCurFilePath();
     if (path.isEmpty() || path == QLatin1String("/")) {
-        *message = QStringLiteral("不能删除根目录");
+        *message = QCoreApplication::translate("FtpTask", "不能删除根目录");
         return false;
     }
     if (session.RemoveTree(path))

@@ -2,6 +2,8 @@
 
 #include "FtpSession.h"
 
+#include <QCoreApplication>
+
 DeleteFtpItems::DeleteFtpItems(const QString& url, const QString& encodedUrl, const QList<QString>& files,
                                const QList<QString>& folders, const QString& machine, QObject* parent)
     : FtpTaskThread(url, encodedUrl, QString(), parent), m_listFiles(files), m_listFolders(folders),
@@ -26,12 +28,12 @@ bool DeleteFtpItems::Execute(FtpSession& session, QString* message)
         attempt(folder, folder != QLatin1String("/") && session.RemoveTree(folder));
     }
     if (IsStopRequested()) {
-        *message = QStringLiteral("删除已停止");
+        *message = QCoreApplication::translate("FtpTask", "删除已停止");
         return false;
     }
     if (failures.isEmpty())
         return true;
-    *message = QStringLiteral("%1上有%2项删除失败：%3")
+    *message = QCoreApplication::translate("FtpTask", "%1上有%2项删除失败：%3")
                    .arg(m_strMachine)
                    .arg(failures.size())
                    .arg(failures.join(QStringLiteral("；")));

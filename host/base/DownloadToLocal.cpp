@@ -3,6 +3,7 @@
 #include "FtpSession.h"
 #include "KorvBaseGlobals.h"
 
+#include <QCoreApplication>
 #include <QFileInfo>
 #include <QTemporaryFile>
 #include <cstdio>
@@ -18,7 +19,8 @@ bool DownloadToLocal::Execute(FtpSession& session, QString* message)
     QTemporaryFile part(target.absolutePath() + QStringLiteral("/.") + target.fileName() +
                         QStringLiteral(".XXXXXX.part"));
     if (!part.open()) {
-        *message = QStringLiteral("无法在%1创建文件：%2").arg(target.absolutePath(), part.errorString());
+        *message = QCoreApplication::translate("FtpTask", "无法在%1创建文件：%2")
+                       .arg(target.absolutePath(), part.errorString());
         return false;
     }
     qint64 total = 0;
@@ -29,7 +31,8 @@ bool DownloadToLocal::Execute(FtpSession& session, QString* message)
         return true;
     });
     if (!bOk || !part.flush()) {
-        *message = bOk ? QStringLiteral("写入本地文件失败：%1").arg(part.errorString()) : session.ErrorMessage();
+        *message = bOk ? QCoreApplication::translate("FtpTask", "写入本地文件失败：%1").arg(part.errorString())
+                       : session.ErrorMessage();
         return false;
     }
     const qint64 size = part.size();
@@ -38,7 +41,7 @@ bool DownloadToLocal::Execute(FtpSession& session, QString* message)
     // rename(2) replaces the target in one step, so readers see the old or the new file.
     if (std::rename(QFile::encodeName(part.fileName()).constData(),
                     QFile::encodeName(target.absoluteFilePath()).constData()) != 0) {
-        *message = QStringLiteral("无法保存文件：%1").arg(target.absoluteFilePath());
+        *message = QCoreApplication::translate("FtpTask", "无法保存文件：%1").arg(target.absoluteFilePath());
         return false;
     }
     part.setAutoRemove(false);

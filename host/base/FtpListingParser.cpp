@@ -117,9 +117,13 @@ FtpListingParser::FtpListingParser(const QDateTime& nowUtc) : m_dtNow(nowUtc.toU
 
 QList<FtpFileInfo> FtpListingParser::Parse(const QByteArray& listing) const
 {
-    const QString text = QString::fromUtf8(listing);
+    return Parse(QString::fromUtf8(listing));
+}
+
+QList<FtpFileInfo> FtpListingParser::Parse(const QString& text) const
+{
     QList<FtpFileInfo> entries;
-    entries.reserve(listing.count('\n') + 1);
+    entries.reserve(text.count(QLatin1Char('\n')) + 1);
     FtpFileInfo info;
     for (QStringView line : QStringView(text).split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
         if (ParseLine(line, &info))

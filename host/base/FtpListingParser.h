@@ -20,6 +20,8 @@ public:
     explicit FtpListingParser(const QDateTime& nowUtc = QDateTime::currentDateTimeUtc());
 
     QList<FtpFileInfo> Parse(const QByteArray& listing) const;
+    // A listing already decoded from the machine's name encoding.
+    QList<FtpFileInfo> Parse(const QString& text) const;
     bool ParseLine(QStringView line, FtpFileInfo* info) const;
 
 private:

@@ -4,7 +4,11 @@
 #include "FtpConnectionShare.h"
 #include "FtpListingParser.h"
 
+#include <QCoreApplication>
 #include <QIODevice>
+#include <QStringDecoder>
+#include <QStringEncoder>
+#include <QThread>
 #include <QUrl>
 #include <cctype>
 #include <curl/curl.h>
@@ -19,6 +23,8 @@ namespace {
 constexpr long kBufferSize = 512 * 1024;
 constexpr int kSalvageWaitMs = 100;
 constexpr long kStopPollMs = 100; // longest wait before a stop request is seen
+constexpr int kReconnectAttempts = 6;
+constexpr unsigned long kReconnectWaitMs = 50; // doubled on every attempt
 
 // Per-step state handed to libcurl's callbacks.
 struct Transfer
@@ -86,10 +92,15 @@ int OnProgress(void* userData, curl_off_t dlTotal, curl_off_t dlNow, curl_off_t 
 // A server reply that names the cause better than libcurl's code does.
 QString ReasonFromReply(const QByteArray& reply)
 {
-    if (reply.startsWith("452") || reply.startsWith("552"))
-        return QStringLiteral("服务器存储空间不足");
+    if (reply.startsWith("552"))
+        return QCoreApplication::translate("FtpTask", "服务器存储空间不足");
+    // Controllers also answer 452 while the file is in use (a program running from storage).
+    if (reply.startsWith("452"))
+        return QCoreApplication::translate("FtpTask", "机床暂时无法写入（存储空间不足或文件正被使用）");
+    if (reply.startsWith("421"))
+        return QCoreApplication::translate("FtpTask", "机床的FTP连接数已满");
     if (reply.startsWith("530"))
-        return QStringLiteral("FTP登录被拒绝，请检查用户名和密码");
+        return QCoreApplication::translate("FtpTask", "FTP登录被拒绝，请检查用户名和密码");
     return QString();
 }
 
@@ -98,23 +109,23 @@ QString Reason(CURLcode code)
     switch (code) {
     case CURLE_COULDNT_RESOLVE_HOST:
     case CURLE_COULDNT_CONNECT:
-        return QStringLiteral("无法连接FTP服务器");
+        return QCoreApplication::translate("FtpTask", "无法连接FTP服务器");
     case CURLE_LOGIN_DENIED:
-        return QStringLiteral("FTP登录被拒绝，请检查用户名和密码");
+        return QCoreApplication::translate("FtpTask", "FTP登录被拒绝，请检查用户名和密码");
     case CURLE_OPERATION_TIMEDOUT:
     case CURLE_FTP_ACCEPT_TIMEOUT:
-        return QStringLiteral("FTP服务器响应超时");
+        return QCoreApplication::translate("FtpTask", "FTP服务器响应超时");
     case CURLE_REMOTE_DISK_FULL:
-        return QStringLiteral("服务器存储空间不足");
+        return QCoreApplication::translate("FtpTask", "服务器存储空间不足");
     case CURLE_REMOTE_FILE_NOT_FOUND:
     case CURLE_FTP_COULDNT_RETR_FILE:
-        return QStringLiteral("远程文件不存在");
+        return QCoreApplication::translate("FtpTask", "远程文件不存在");
     case CURLE_REMOTE_ACCESS_DENIED:
-        return QStringLiteral("远程路径不存在或没有权限");
+        return QCoreApplication::translate("FtpTask", "远程路径不存在或没有权限");
     case CURLE_UPLOAD_FAILED:
-        return QStringLiteral("服务器拒绝写入文件");
+        return QCoreApplication::translate("FtpTask", "服务器拒绝写入文件");
     case CURLE_QUOTE_ERROR:
-        return QStringLiteral("服务器拒绝了命令");
+        return QCoreApplication::translate("FtpTask", "服务器拒绝了命令");
     case CURLE_WEIRD_SERVER_REPLY:
     case CURLE_GOT_NOTHING:
     case CURLE_RECV_ERROR:
@@ -122,10 +133,10 @@ QString Reason(CURLcode code)
     case CURLE_PARTIAL_FILE:
     case CURLE_FTP_CANT_GET_HOST:
     case CURLE_FTP_WEIRD_PASV_REPLY:
-        return QStringLiteral("FTP连接中断");
+        return QCoreApplication::translate("FtpTask", "FTP连接中断");
     default:
         // libcurl's own words are English; the debug log keeps them.
-        return QStringLiteral("FTP错误（代码%1）").arg(int(code));
+        return QCoreApplication::translate("FtpTask", "FTP错误（代码%1）").arg(int(code));
     }
 }
 
@@ -143,10 +154,10 @@ QString JoinPath(const QString& dir, const QString& name)
 class QuoteList
 {
 public:
-    explicit QuoteList(const QStringList& commands)
+    explicit QuoteList(const QList<QByteArray>& commands)
     {
-        for (const QString& command : commands)
-            m_pList = curl_slist_append(m_pList, command.toUtf8().constData());
+        for (const QByteArray& command : commands)
+            m_pList = curl_slist_append(m_pList, command.constData());
     }
     ~QuoteList() { curl_slist_free_all(m_pList); }
     Q_DISABLE_COPY_MOVE(QuoteList)
@@ -249,7 +260,20 @@ QByteArray FtpSession::UrlFor(const QString& remotePath) const
     const QString path = remotePath.startsWith(QLatin1Char('/')) ? remotePath : QLatin1Char('/') + remotePath;
     const QString host =
         m_strHost.contains(QLatin1Char(':')) ? QLatin1Char('[') + m_strHost + QLatin1Char(']') : m_strHost;
-    return "ftp://" + QUrl::toAce(host) + ':' + QByteArray::number(m_iPort) + QUrl::toPercentEncoding(path, "/");
+    return "ftp://" + QUrl::toAce(host) + ':' + QByteArray::number(m_iPort) + ToWire(path).toPercentEncoding("/");
+}
+
+bool FtpSession::IsUtf8() const
+{
+    return m_settings.nameEncoding.compare("UTF-8", Qt::CaseInsensitive) == 0;
+}
+
+QByteArray FtpSession::ToWire(const QString& text) const
+{
+    if (IsUtf8())
+        return text.toUtf8();
+    QStringEncoder encoder(m_settings.nameEncoding.constData());
+    return encoder.isValid() ? QByteArray(encoder(text)) : text.toUtf8();
 }
 
 void FtpSession::Reset(const QByteArray& url, void* transfer)
@@ -271,16 +295,26 @@ void FtpSession::Reset(const QByteArray& url, void* transfer)
 bool FtpSession::Perform(const QString& action)
 {
     if (!m_pCurl)
-        return Fail(QStringLiteral("无法初始化FTP连接"));
-    m_listReplies.clear();
-    m_errorBuffer.fill('\0');
-    const CURLcode code = CURLcode(RunStep());
+        return Fail(QCoreApplication::translate("FtpTask", "无法初始化FTP连接"));
+    CURLcode code = CURLE_OK;
+    for (int attempt = 0;; ++attempt) {
+        m_listReplies.clear();
+        m_errorBuffer.fill('\0');
+        code = CURLcode(RunStep());
+        // libcurl drops the connection after a refused command; a controller with one login slot turns
+        // the reconnection away (421) until it has seen the old one go. Nothing ran: try again shortly.
+        const bool bRefused = !m_listReplies.isEmpty() && m_listReplies.constFirst().startsWith("421");
+        if (code == CURLE_OK || !m_bConnected || !bRefused || attempt >= kReconnectAttempts ||
+            (m_stopCheck && m_stopCheck()))
+            break;
+        QThread::msleep(kReconnectWaitMs << attempt);
+    }
     m_iLastCode = code;
     if (code == CURLE_OK)
         return true;
     if (m_stopCheck && m_stopCheck()) {
         m_bStopped = true;
-        return Fail(QStringLiteral("%1已停止").arg(action));
+        return Fail(QCoreApplication::translate("FtpTask", "%1已停止").arg(action));
     }
     QByteArray serverReply;
     for (auto it = m_listReplies.crbegin(); it != m_listReplies.crend(); ++it) {
@@ -296,9 +330,10 @@ bool FtpSession::Perform(const QString& action)
                           .arg(QString::fromUtf8(curl_easy_strerror(code)),
                                QString::fromUtf8(m_errorBuffer.constData()), QString::fromUtf8(serverReply)));
     const QString byReply = ReasonFromReply(serverReply);
-    QString message = QStringLiteral("%1失败：%2").arg(action, byReply.isEmpty() ? Reason(code) : byReply);
+    QString message =
+        QCoreApplication::translate("FtpTask", "%1失败：%2").arg(action, byReply.isEmpty() ? Reason(code) : byReply);
     if (!serverReply.isEmpty())
-        message += QStringLiteral("（服务器回复：%1）").arg(QString::fromUtf8(serverReply));
+        message += QCoreApplication::translate("FtpTask", "（服务器回复：%1）").arg(QString::fromUtf8(serverReply));
     if (code == CURLE_COULDNT_CONNECT || code == CURLE_OPERATION_TIMEDOUT)
         message += QStringLiteral("（%1:%2）").arg(m_strHost).arg(m_iPort);
     return Fail(message);
@@ -358,9 +393,25 @@ bool FtpSession::Fail(const QString& message)
     return false;
 }
 
-bool FtpSession::AfterCommandsFailed() const
+QList<QByteArray> FtpSession::WireCommands(const QStringList& commands) const
 {
-    return m_iLastCode == CURLE_QUOTE_ERROR;
+    QList<QByteArray> wire;
+    for (const QString& command : commands)
+        wire.append(ToWire(command));
+    return wire;
+}
+
+bool FtpSession::SizeReplied(qint64* size) const
+{
+    for (const QByteArray& reply : m_listReplies) {
+        bool bOk = false;
+        const qint64 value = reply.startsWith("213 ") ? reply.mid(4).trimmed().toLongLong(&bOk) : -1;
+        if (bOk) {
+            *size = value;
+            return true;
+        }
+    }
+    return false;
 }
 
 bool FtpSession::Connect(const QString& folder)
@@ -369,13 +420,18 @@ bool FtpSession::Connect(const QString& folder)
     Reset(UrlFor(folder.endsWith(QLatin1Char('/')) ? folder : folder + QLatin1Char('/')), &transfer);
     CURL* curl = static_cast<CURL*>(m_pCurl);
     // A leading "*" lets a server without FEAT (or without UTF-8) still be used. Both go in one
-    // step: a reused connection then costs one exchange, not two.
-    QuoteList feat({QStringLiteral("*FEAT"), QStringLiteral("*OPTS UTF8 ON")});
+    // step: a reused connection then costs one exchange, not two. A machine set to GBK or
+    // Shift-JIS keeps its own encoding even when it offers UTF-8.
+    QList<QByteArray> greeting{QByteArrayLiteral("*FEAT")};
+    if (IsUtf8())
+        greeting.append(QByteArrayLiteral("*OPTS UTF8 ON"));
+    QuoteList feat(greeting);
     curl_easy_setopt(curl, CURLOPT_NOBODY, 1L);
     curl_easy_setopt(curl, CURLOPT_QUOTE, feat.get());
     curl_easy_setopt(curl, CURLOPT_TIMEOUT_MS, long(m_settings.connectTimeoutMs));
-    if (!Perform(QStringLiteral("连接FTP服务器"))) {
-        if (m_iLastCode != CURLE_REMOTE_ACCESS_DENIED || folder == QLatin1String("/"))
+    if (!Perform(QCoreApplication::translate("FtpTask", "连接FTP服务器"))) {
+        m_bLoginRefusedAsBusy = !m_listReplies.isEmpty() && m_listReplies.constFirst().startsWith("421");
+        if (m_bLoginRefusedAsBusy || m_iLastCode != CURLE_REMOTE_ACCESS_DENIED || folder == QLatin1String("/"))
             return false;
         return Connect();
     }
@@ -383,23 +439,33 @@ bool FtpSession::Connect(const QString& folder)
         // Feature lines are indented; MLST implies MLSD (some servers list only MLST).
         const QByteArray feature = reply.split(' ').value(0).toUpper();
         m_bMlsd = m_bMlsd || feature == "MLST" || feature == "MLSD";
+        m_bSize = m_bSize || feature == "SIZE";
     }
+    m_bConnected = true;
     return true;
 }
 
 bool FtpSession::ListDirectory(const QString& dirPath, QList<FtpFileInfo>* entries)
 {
     if (HasControlCharacters(dirPath))
-        return Fail(QStringLiteral("路径含有非法字符：%1").arg(dirPath));
+        return Fail(QCoreApplication::translate("FtpTask", "路径含有非法字符：%1").arg(dirPath));
     QByteArray listing;
     Transfer transfer{&m_stopCheck};
     transfer.buffer = &listing;
     const QString path = dirPath.endsWith(QLatin1Char('/')) ? dirPath : dirPath + QLatin1Char('/');
     Reset(UrlFor(path), &transfer);
     curl_easy_setopt(static_cast<CURL*>(m_pCurl), CURLOPT_CUSTOMREQUEST, m_bMlsd ? "MLSD" : "LIST");
-    if (!Perform(QStringLiteral("获取文件列表")))
+    if (!Perform(QCoreApplication::translate("FtpTask", "获取文件列表")))
         return false;
-    *entries = FtpListingParser().Parse(listing);
+    QStringDecoder decoder(IsUtf8() ? "UTF-8" : m_settings.nameEncoding.constData());
+    const QString text = decoder.isValid() ? QString(decoder(listing)) : QString::fromUtf8(listing);
+    // Names that are not UTF-8 would show as garbage: the machine's encoding setting is wrong.
+    if (decoder.hasError())
+        return Fail(
+            QCoreApplication::translate(
+                "FtpTask", "机床返回的文件名不是%1编码，请在“新建连接”中为该机床选择文件名编码（如GBK或Shift-JIS）")
+                .arg(QString::fromLatin1(m_settings.nameEncoding)));
+    *entries = FtpListingParser().Parse(text);
     return true;
 }
 
@@ -407,11 +473,11 @@ bool FtpSession::Command(const QStringList& commands)
 {
     for (const QString& command : commands) {
         if (HasControlCharacters(command))
-            return Fail(QStringLiteral("路径含有非法字符：%1").arg(command));
+            return Fail(QCoreApplication::translate("FtpTask", "路径含有非法字符：%1").arg(command));
     }
     Transfer transfer{&m_stopCheck};
     Reset(UrlFor(QStringLiteral("/")), &transfer);
-    QuoteList quote(commands);
+    QuoteList quote(WireCommands(commands));
     curl_easy_setopt(static_cast<CURL*>(m_pCurl), CURLOPT_NOBODY, 1L);
     curl_easy_setopt(static_cast<CURL*>(m_pCurl), CURLOPT_QUOTE, quote.get());
     return Perform(commands.value(0).section(QLatin1Char(' '), 0, 0));
@@ -422,20 +488,20 @@ bool FtpSession::Upload(QIODevice* source, qint64 size, const QString& remotePat
 {
     for (const QString& command : afterCommands) {
         if (HasControlCharacters(command))
-            return Fail(QStringLiteral("路径含有非法字符：%1").arg(command));
+            return Fail(QCoreApplication::translate("FtpTask", "路径含有非法字符：%1").arg(command));
     }
     Transfer transfer{&m_stopCheck, &progress, source};
     transfer.bUpload = true;
     Reset(UrlFor(remotePath), &transfer);
-    QuoteList after(afterCommands);
+    QuoteList after(WireCommands(afterCommands));
     curl_easy_setopt(static_cast<CURL*>(m_pCurl), CURLOPT_POSTQUOTE, after.get());
     curl_easy_setopt(static_cast<CURL*>(m_pCurl), CURLOPT_UPLOAD, 1L);
     // Uploads from the account side go to a folder that a new machine does not have yet.
     curl_easy_setopt(static_cast<CURL*>(m_pCurl), CURLOPT_FTP_CREATE_MISSING_DIRS, long(CURLFTP_CREATE_DIR));
     curl_easy_setopt(static_cast<CURL*>(m_pCurl), CURLOPT_INFILESIZE_LARGE, curl_off_t(size));
-    const bool bOk = Perform(QStringLiteral("上传文件"));
+    const bool bOk = Perform(QCoreApplication::translate("FtpTask", "上传文件"));
     if (!bOk && transfer.bDeviceFailed)
-        return Fail(QStringLiteral("读取本地文件失败：%1").arg(source->errorString()));
+        return Fail(QCoreApplication::translate("FtpTask", "读取本地文件失败：%1").arg(source->errorString()));
     return bOk;
 }
 
@@ -443,10 +509,33 @@ bool FtpSession::Download(const QString& remotePath, QIODevice* sink, const Prog
 {
     Transfer transfer{&m_stopCheck, &progress, sink};
     Reset(UrlFor(remotePath), &transfer);
-    const bool bOk = Perform(QStringLiteral("下载文件"));
+    const bool bOk = Perform(QCoreApplication::translate("FtpTask", "下载文件"));
     if (!bOk && transfer.bDeviceFailed)
-        return Fail(QStringLiteral("写入本地文件失败：%1").arg(sink->errorString()));
+        return Fail(QCoreApplication::translate("FtpTask", "写入本地文件失败：%1").arg(sink->errorString()));
     return bOk;
+}
+
+bool FtpSession::RemoteSize(const QString& filePath, qint64* size)
+{
+    if (m_bSize) {
+        // "*": a refusal is read from the replies instead of failing the step.
+        if (!Command({QStringLiteral("*SIZE ") + filePath}))
+            return false;
+        if (SizeReplied(size))
+            return true;
+    }
+    const int cut = filePath.lastIndexOf(QLatin1Char('/'));
+    QList<FtpFileInfo> entries;
+    if (!ListDirectory(cut <= 0 ? QStringLiteral("/") : filePath.left(cut), &entries))
+        return false;
+    const QString name = filePath.mid(cut + 1);
+    for (const FtpFileInfo& entry : std::as_const(entries)) {
+        if (entry.name == name && !entry.isDir()) {
+            *size = entry.size;
+            return true;
+        }
+    }
+    return Fail(QCoreApplication::translate("FtpTask", "机床上找不到刚上传的文件：%1").arg(filePath));
 }
 
 bool FtpSession::RemoveTree(const QString& dirPath)

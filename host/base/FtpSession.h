@@ -34,22 +34,32 @@ public:
     bool ListDirectory(const QString& dirPath, QList<FtpFileInfo>* entries);
     // Raw commands ("DELE /a", "RNFR /a" + "RNTO /b") sent in order; the first failing one ends the step.
     bool Command(const QStringList& commands);
-    // afterCommands run on the same connection once the data arrived whole (a rename into place
-    // costs no extra step then); AfterCommandsFailed() tells their refusal from a failed transfer.
+    // afterCommands run on the same connection once the data arrived whole (a "*SIZE" of the new
+    // file costs no extra step then).
     bool Upload(QIODevice* source, qint64 size, const QString& remotePath, const ProgressFn& progress,
                 const QStringList& afterCommands = {});
-    bool AfterCommandsFailed() const;
+    // The size named by a "213" reply of the last step (a "*SIZE" among its commands).
+    bool SizeReplied(qint64* size) const;
     bool Download(const QString& remotePath, QIODevice* sink, const ProgressFn& progress);
     // Deletes files first, then folders bottom-up.
     bool RemoveTree(const QString& dirPath);
 
+    // The size of a remote file by SIZE, or by its folder's listing where SIZE is not offered.
+    bool RemoteSize(const QString& filePath, qint64* size);
+
     bool OffersMlsd() const { return m_bMlsd; }
+    // The last Connect() failed because the machine had no free login (421).
+    bool LoginRefusedAsBusy() const { return m_bLoginRefusedAsBusy; }
     bool WasStopped() const { return m_bStopped; }
     // Human-readable reason of the last failure, including the server's reply when there was one.
     QString ErrorMessage() const { return m_strError; }
 
 private:
     QByteArray UrlFor(const QString& remotePath) const;
+    // Names on the wire in the machine's encoding (FtpSettings::nameEncoding).
+    QByteArray ToWire(const QString& text) const;
+    QList<QByteArray> WireCommands(const QStringList& commands) const;
+    bool IsUtf8() const;
     // Prepares the handle for one step; quote commands and callbacks are set by the caller.
     void Reset(const QByteArray& url, void* transfer);
     bool Perform(const QString& action);
@@ -71,6 +81,9 @@ private:
     QList<QByteArray> m_listReplies;
     QByteArray m_errorBuffer;
     bool m_bMlsd = false;
+    bool m_bSize = false;
+    bool m_bLoginRefusedAsBusy = false;
+    bool m_bConnected = false; // logged in once: later 421s come from reconnections
     bool m_bStopped = false;
     QString m_strError;
 };

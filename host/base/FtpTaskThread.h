@@ -55,6 +55,9 @@ protected:
     bool IsStopRequested() const { return m_iTransControl.load() == TransControlStop; }
     // The remote path named by the URL, decoded.
     QString RemotePathFromUrl() const;
+    // Checks the name a step is about to create against the machine's name rules; false with the
+    // rule in *message.
+    bool CheckNewName(FtpSession& session, const QString& remotePath, QString* message) const;
     // Emits SignalTaskProgress at most about ten times a second, or always when bFinal.
     void ReportProgress(qint64 done, qint64 total, bool bFinal = false);
 

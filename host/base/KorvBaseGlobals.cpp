@@ -16,3 +16,4 @@ const char* const g_strSettingFtpPortMapping = "Ftp/PortMapping";
 const char* const g_strSettingFtpConnectTimeoutMs = "Ftp/ConnectTimeoutMs";
 const char* const g_strSettingFtpResponseTimeoutMs = "Ftp/ResponseTimeoutMs";
 const char* const g_strSettingFtpMaxTransfers = "Ftp/MaxTransfersPerMachine";
+const char* const g_strSettingFtpNameEncoding = "Ftp/NameEncoding";

@@ -25,3 +25,6 @@ KORVBASE_EXPORT extern const char* const g_strSettingFtpConnectTimeoutMs;
 KORVBASE_EXPORT extern const char* const g_strSettingFtpResponseTimeoutMs;
 // Transfers run at once per machine; the rest wait their turn (int, default 5).
 KORVBASE_EXPORT extern const char* const g_strSettingFtpMaxTransfers;
+// Per machine, the key followed by "/" and the machine's IP: the encoding of file names on its
+// FTP service ("UTF-8" by default, "GBK", "Shift_JIS").
+KORVBASE_EXPORT extern const char* const g_strSettingFtpNameEncoding;

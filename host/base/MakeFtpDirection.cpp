@@ -9,6 +9,8 @@ MakeFtpDirection::MakeFtpDirection(const QString& url, const QString& encodedUrl
 bool MakeFtpDirection::Execute(FtpSession& session, QString* message)
 {
     const QString path = GetCurFilePath().isEmpty() ? RemotePathFromUrl() : GetCurFilePath();
+    if (!CheckNewName(session, path, message))
+        return false;
     if (session.Command({QStringLiteral("MKD ") + path}))
         return true;
     *message = session.ErrorMessage();

@@ -3,6 +3,7 @@
 #include "FtpSession.h"
 #include "KorvBaseGlobals.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QRandomGenerator>
 
@@ -22,34 +23,59 @@ bool UploadToFtp::Execute(FtpSession& session, QString* message)
 {
     QFile file(GetCurFilePath());
     if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
-        *message = QStringLiteral("无法打开本地文件：%1（%2）").arg(GetCurFilePath(), file.errorString());
+        *message = QCoreApplication::translate("FtpTask", "无法打开本地文件：%1（%2）")
+                       .arg(GetCurFilePath(), file.errorString());
         return false;
     }
     const qint64 size = file.size();
     g_bTranslating = true;
+    if (!CheckNewName(session, RemotePathFromUrl(), message))
+        return false;
     // The file is written under a temporary name and renamed when complete, so that a cut
     // connection never leaves a truncated program under the name the machine would run.
     const QString target = RemotePathFromUrl();
     const QString part = TemporaryPathFor(target);
-    const QStringList rename = {QStringLiteral("RNFR ") + part, QStringLiteral("RNTO ") + target};
-    const bool bOk = session.Upload(
-        &file, size, part,
-        [this, size](qint64 done, qint64) {
-            ReportProgress(done, size);
-            return true;
-        },
-        rename);
-    if (!bOk && !session.AfterCommandsFailed()) {
-        *message = session.ErrorMessage();
+    // A "226" is not proof: some controllers keep a short file and still report success. Its size
+    // is asked on the same step; where SIZE is refused the folder's listing tells it.
+    const bool bOk = session.Upload(&file, size, part,
+                                    [this, size](qint64 done, qint64) {
+                                        ReportProgress(done, size);
+                                        return true;
+                                    },
+                                    {QStringLiteral("*SIZE ") + part});
+    qint64 remoteSize = -1;
+    if (bOk && (session.SizeReplied(&remoteSize) || session.RemoteSize(part, &remoteSize)) && remoteSize != size) {
+        *message = QCoreApplication::translate(
+                       "FtpTask", "机床上的文件只有%1字节，本地文件为%2字节（虽然机床回复传输完成），原文件未改动")
+                       .arg(remoteSize)
+                       .arg(size);
         session.Command({QStringLiteral("DELE ") + part});
         return false;
     }
-    // Some servers refuse to rename onto an existing name: the old file goes first then.
-    if (!bOk && !(session.Command({QStringLiteral("DELE ") + target}) && session.Command(rename))) {
-        *message = session.ErrorMessage();
+    if (!bOk || remoteSize < 0 || !ReplaceTarget(session, part, target, message)) {
+        if (message->isEmpty())
+            *message = session.ErrorMessage();
         session.Command({QStringLiteral("DELE ") + part});
         return false;
     }
     ReportProgress(size, size, true);
+    return true;
+}
+
+bool UploadToFtp::ReplaceTarget(FtpSession& session, const QString& part, const QString& target, QString* message)
+{
+    if (session.Command({QStringLiteral("RNFR ") + part, QStringLiteral("RNTO ") + target}))
+        return true;
+    // Some controllers will not rename onto an existing name (550 or 450). The old program is
+    // moved aside, not deleted, so that a refusal of the second rename still leaves it in place.
+    const QString aside = TemporaryPathFor(target);
+    if (!session.Command({QStringLiteral("RNFR ") + target, QStringLiteral("RNTO ") + aside}))
+        return false;
+    if (!session.Command({QStringLiteral("RNFR ") + part, QStringLiteral("RNTO ") + target})) {
+        *message = session.ErrorMessage();
+        session.Command({QStringLiteral("RNFR ") + aside, QStringLiteral("RNTO ") + target});
+        return false;
+    }
+    session.Command({QStringLiteral("DELE ") + aside});
     return true;
 }

@@ -17,4 +17,8 @@ public:
 
 protected:
     bool Execute(FtpSession& session, QString* message) override;
+
+private:
+    // Renames the finished temporary file over the target without ever losing the target.
+    static bool ReplaceTarget(FtpSession& session, const QString& part, const QString& target, QString* message);
 };

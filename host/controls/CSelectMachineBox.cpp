@@ -1,7 +1,9 @@
 #include "CSelectMachineBox.h"
 
+#include "FtpSettings.h"
 #include "KorvFonts.h"
 
+#include <QComboBox>
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QListWidget>
@@ -38,15 +40,28 @@ CSelectMachineBox::CSelectMachineBox(QWidget* parent) : CVarnokSelectBox(parent)
     m_pEditIp->setMaxLength(15);
     ExtraLayout()->addWidget(m_pEditIp);
 
+    // Controllers that spell file names in GBK or Shift-JIS need it set per machine.
+    m_pComboEncoding = new QComboBox(this);
+    m_pComboEncoding->setObjectName(QStringLiteral("m_comboNameEncoding"));
+    m_pComboEncoding->setFont(FontCn_14);
+    m_pComboEncoding->setToolTip(tr("机床的文件名编码"));
+    m_pComboEncoding->addItem(QStringLiteral("UTF-8"), QByteArray("UTF-8"));
+    m_pComboEncoding->addItem(QStringLiteral("GBK"), QByteArray("GBK"));
+    m_pComboEncoding->addItem(QStringLiteral("Shift-JIS"), QByteArray("Shift_JIS"));
+    ExtraLayout()->addWidget(m_pComboEncoding);
+
     connect(m_pEditIp, &QLineEdit::textEdited, this, [this](const QString& text) {
         MarkIpInvalid(false);
         if (!text.isEmpty())
             List()->clearSelection();
+        if (IsValidIpv4(text.trimmed()))
+            ShowNameEncoding(text.trimmed());
     });
     connect(List(), &QListWidget::itemSelectionChanged, this, [this] {
         if (!List()->selectedItems().isEmpty()) {
             m_pEditIp->clear();
             MarkIpInvalid(false);
+            ShowNameEncoding(List()->selectedItems().first()->data(RoleIp).toString());
         }
     });
     connect(List(), &QListWidget::itemDoubleClicked, this, &CSelectMachineBox::SlotConfirm);
@@ -136,6 +151,7 @@ void CSelectMachineBox::SlotConfirm()
         SetStatus(tr("请选择机床或输入机床IP地址"), StatusFailure);
         return;
     }
+    FtpSettings::SetNameEncodingFor(ip, m_pComboEncoding->currentData().toByteArray());
     SetConnecting(true);
     SetStatus(tr("正在连接机床，请稍候..."), StatusBusy);
     emit SignalMachineSelected(ip, sn);
@@ -159,6 +175,12 @@ void CSelectMachineBox::SetConnecting(bool bConnecting)
     RefreshButton()->setEnabled(!bConnecting);
     List()->setEnabled(!bConnecting);
     m_pEditIp->setEnabled(!bConnecting);
+}
+
+void CSelectMachineBox::ShowNameEncoding(const QString& ip)
+{
+    const int index = m_pComboEncoding->findData(FtpSettings::NameEncodingFor(ip));
+    m_pComboEncoding->setCurrentIndex(qMax(0, index));
 }
 
 void CSelectMachineBox::MarkIpInvalid(bool bInvalid)

@@ -3,6 +3,7 @@
 #include "CVarnokSelectBox.h"
 #include "KorvControlsExport.h"
 
+class QComboBox;
 class QLineEdit;
 class QListWidgetItem;
 
@@ -46,7 +47,10 @@ private:
     QListWidgetItem* FindItem(const QString& ip, const QString& sn) const;
     void SetConnecting(bool bConnecting);
     void MarkIpInvalid(bool bInvalid);
+    // Shows the file-name encoding saved for the machine at ip.
+    void ShowNameEncoding(const QString& ip);
 
     QLineEdit* m_pEditIp = nullptr;
+    QComboBox* m_pComboEncoding = nullptr;
     bool m_bConnecting = false;
 };

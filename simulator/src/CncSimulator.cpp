@@ -17,6 +17,7 @@ CncSimulator::CncSimulator(const SimOptions& options, QObject* parent)
       m_pSn(new SimSnService(m_options, this)), m_pDiscovery(new SimDiscoveryResponder(
                                                     m_options, [this] { return ReportedIp(); }, this))
 {
+    m_pFtp->SetRunningProgramProbe([this] { return m_pMachine->RunningProgramFile(); });
     connect(m_pInfo, &SimInfoService::SignalRequest, this, &CncSimulator::SignalInfoRequest);
     m_tick.setInterval(kTickMs);
     connect(&m_tick, &QTimer::timeout, this, [this] {

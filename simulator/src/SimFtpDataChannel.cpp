@@ -30,13 +30,25 @@ SimFtpDataChannel::~SimFtpDataChannel()
         m_pSocket->abort();
 }
 
-quint16 SimFtpDataChannel::Listen(const QHostAddress& address, const QHostAddress& allowedPeer)
+quint16 SimFtpDataChannel::Listen(const QHostAddress& address, const QHostAddress& allowedPeer, int acceptWithinMs)
 {
     m_allowedPeer = allowedPeer;
     m_pServer = new QTcpServer(this);
     connect(m_pServer, &QTcpServer::newConnection, this, &SimFtpDataChannel::SlotNewConnection);
     if (!m_pServer->listen(address, 0))
         return 0;
+    if (acceptWithinMs > 0) {
+        m_acceptTimer.setSingleShot(true);
+        connect(&m_acceptTimer, &QTimer::timeout, this, [this] {
+            if (m_pSocket)
+                return;
+            m_pServer->close();
+            m_bAcceptExpired = true;
+            if (m_mode != Mode::Idle)
+                Finish(425, QStringLiteral("Can't open data connection."));
+        });
+        m_acceptTimer.start(acceptWithinMs);
+    }
     return m_pServer->serverPort();
 }
 
@@ -61,6 +73,7 @@ void SimFtpDataChannel::SlotNewConnection()
         });
         m_pServer->close();
         m_connectTimer.stop();
+        m_acceptTimer.stop();
         Pump();
     }
 }
@@ -82,6 +95,10 @@ void SimFtpDataChannel::Start(QIODevice* device, Mode mode)
     if (m_nRateLimit > 0) {
         m_nBudget = m_nRateLimit * kRefillMs / 1000 + 1;
         m_refillTimer.start();
+    }
+    if (m_bAcceptExpired) {
+        Finish(425, QStringLiteral("Can't open data connection."));
+        return;
     }
     if (!m_pSocket)
         m_connectTimer.start();
@@ -159,7 +176,10 @@ void SimFtpDataChannel::PumpReceive()
             Finish(552, QStringLiteral("Disk full; requested file action aborted."));
             return;
         }
-        if (m_pDevice->write(chunk) != chunk.size()) {
+        // --truncate-at: the bytes beyond are read and dropped, and the client still hears 226.
+        const qint64 keep =
+            m_nTruncateAt < 0 ? chunk.size() : qBound<qint64>(0, m_nTruncateAt - m_nMoved, chunk.size());
+        if (m_pDevice->write(chunk.constData(), keep) != keep) {
             Finish(451, QStringLiteral("Write failed; transfer aborted."));
             return;
         }
@@ -177,6 +197,7 @@ void SimFtpDataChannel::Finish(int code, const QString& reason)
     m_bFinished = true;
     m_refillTimer.stop();
     m_connectTimer.stop();
+    m_acceptTimer.stop();
     // The reply goes out first, so a client still sending learns why before its data link breaks.
     emit SignalFinished(code, reason);
     if (code != 226 && m_pSocket)

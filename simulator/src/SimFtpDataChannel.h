@@ -21,8 +21,16 @@ public:
     SimFtpDataChannel(qint64 rateLimit, qint64 dropAfter, qint64 spaceLeft, QObject* parent);
     ~SimFtpDataChannel() override;
 
-    // Opens the passive listener on `address`; returns the port or 0.
-    quint16 Listen(const QHostAddress& address, const QHostAddress& allowedPeer);
+    // Opens the passive listener on `address`; returns the port or 0. With acceptWithinMs > 0 the
+    // port closes when the client has not connected by then, as impatient controllers do.
+    quint16 Listen(const QHostAddress& address, const QHostAddress& allowedPeer, int acceptWithinMs = 0);
+    // An upload keeps only its first `bytes` and still ends in 226 (-1: keeps all).
+    void SetTruncateAt(qint64 bytes) { m_nTruncateAt = bytes; }
+    // Narrows the space left for an upload (a disk quota).
+    void LimitSpace(qint64 bytes)
+    {
+        m_nSpaceLeft = m_nSpaceLeft < 0 ? qMax<qint64>(0, bytes) : qMin(m_nSpaceLeft, qMax<qint64>(0, bytes));
+    }
 
     // Sends everything `source` yields, then closes the connection.
     void StartSend(QIODevice* source);
@@ -60,10 +68,13 @@ private:
     qint64 m_nRateLimit;
     qint64 m_nDropAfter;
     qint64 m_nSpaceLeft;
+    qint64 m_nTruncateAt = -1;
+    bool m_bAcceptExpired = false;
     qint64 m_nMoved = 0;
     qint64 m_nBudget = 0;
     bool m_bFinished = false;
     bool m_bPeerClosed = false;
     QTimer m_refillTimer;
     QTimer m_connectTimer;
+    QTimer m_acceptTimer;
 };

@@ -10,6 +10,9 @@ class SimFtpListing
 {
 public:
     static QByteArray UnixLine(const QFileInfo& info, const QDateTime& now);
+    // The LIST line of `style` (unix, unix-year, dos) up to the name, which the caller appends
+    // in the wire encoding. unix-year always shows the year; dos has two-digit years.
+    static QByteArray LongLine(const QFileInfo& info, const QDateTime& now, const QString& style);
     static QByteArray Facts(const QFileInfo& info);
     static QByteArray TimeStamp(const QDateTime& time);
 };

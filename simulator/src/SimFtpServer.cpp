@@ -1,6 +1,7 @@
 #include "SimFtpServer.h"
 
 #include "SimFtpSession.h"
+#include "SimOptions.h"
 
 #include <QTcpSocket>
 
@@ -8,6 +9,14 @@ SimFtpServer::SimFtpServer(const SimOptions& options, QObject* parent) : QObject
 {
     connect(&m_server, &QTcpServer::newConnection, this, [this] {
         while (QTcpSocket* socket = m_server.nextPendingConnection()) {
+            if (m_options.maxSessions > 0 && m_iSessions >= m_options.maxSessions) {
+                // A controller with one login slot turns the next client away before the greeting.
+                ++m_iRefused;
+                socket->write("421 Too many connections.\r\n");
+                socket->disconnectFromHost();
+                connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
+                continue;
+            }
             auto* session = new SimFtpSession(socket, m_options, this);
             ++m_iAccepted;
             m_iPeakSessions = qMax(m_iPeakSessions, ++m_iSessions);

@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <QTcpServer>
+#include <functional>
 
 struct SimOptions;
 
@@ -21,6 +22,11 @@ public:
     int SessionCount() const { return m_iSessions; }
     int PeakSessionCount() const { return m_iPeakSessions; }
     int AcceptedSessionCount() const { return m_iAccepted; }
+    // Logins answered 421 because --max-sessions were already open.
+    int RefusedSessionCount() const { return m_iRefused; }
+    // Tells the sessions which local file the machine runs (for --busy-while-running).
+    void SetRunningProgramProbe(std::function<QString()> probe) { m_runningProgram = std::move(probe); }
+    QString RunningProgramFile() const { return m_runningProgram ? m_runningProgram() : QString(); }
 
 private:
     const SimOptions& m_options;
@@ -28,4 +34,6 @@ private:
     int m_iSessions = 0;
     int m_iPeakSessions = 0;
     int m_iAccepted = 0;
+    int m_iRefused = 0;
+    std::function<QString()> m_runningProgram;
 };

@@ -2,6 +2,7 @@
 
 #include "SimFtpDataChannel.h"
 #include "SimFtpListing.h"
+#include "SimFtpServer.h"
 #include "SimOptions.h"
 
 #include <QBuffer>
@@ -9,12 +10,13 @@
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
+#include <QStringDecoder>
+#include <QStringEncoder>
 #include <QTcpSocket>
 #include <memory>
 
 namespace {
 constexpr int kMaxLine = 4096;
-constexpr int kIdleMs = 300000;
 constexpr int kCloseGraceMs = 5000;
 
 enum ListingKind
@@ -62,7 +64,7 @@ SimFtpSession::SimFtpSession(QTcpSocket* socket, const SimOptions& options, QObj
     connect(socket, &QTcpSocket::readyRead, this, &SimFtpSession::SlotReadyRead);
     connect(socket, &QTcpSocket::disconnected, this, &SimFtpSession::Close);
     m_idleTimer.setSingleShot(true);
-    m_idleTimer.setInterval(kIdleMs);
+    m_idleTimer.setInterval(int(options.idleTimeoutSeconds * 1000));
     connect(&m_idleTimer, &QTimer::timeout, this, [this] {
         Reply(421, QStringLiteral("Timeout."));
         Close();
@@ -122,7 +124,7 @@ void SimFtpSession::Dispatch(const QByteArray& line)
     m_idleTimer.start();
     const int space = line.indexOf(' ');
     const QByteArray verb = (space < 0 ? line : line.left(space)).toUpper();
-    const QString argument = space < 0 ? QString() : QString::fromUtf8(line.mid(space + 1));
+    const QString argument = space < 0 ? QString() : FromWire(line.mid(space + 1));
     if (verb.isEmpty())
         return;
     if (IsRefused(QString::fromLatin1(verb), argument)) {
@@ -148,7 +150,7 @@ void SimFtpSession::Dispatch(const QByteArray& line)
 
 void SimFtpSession::Reply(int code, const QString& text)
 {
-    ReplyRaw(QByteArray::number(code) + ' ' + text.toUtf8() + "\r\n");
+    ReplyRaw(QByteArray::number(code) + ' ' + ToWire(text) + "\r\n");
 }
 
 void SimFtpSession::ReplyRaw(const QByteArray& text)
@@ -280,7 +282,8 @@ void SimFtpSession::OpenPassive(bool extended)
     const QHostAddress local = m_pSocket->localAddress();
     const QHostAddress peer = m_pSocket->peerAddress();
     auto* channel = new SimFtpDataChannel(m_options.ftpRate, m_options.ftpDropAfter, m_options.ftpSpaceLeft, this);
-    const quint16 port = channel->Listen(local, peer);
+    channel->SetTruncateAt(m_options.truncateAt);
+    const quint16 port = channel->Listen(local, peer, int(m_options.pasvTimeoutSeconds * 1000));
     if (port == 0) {
         channel->deleteLater();
         Reply(425, QStringLiteral("Can't open passive connection."));
@@ -382,12 +385,13 @@ void SimFtpSession::SendListing(const QString& argument, int kind)
     for (const QFileInfo& entry : entries) {
         if (!m_jail.IsInside(entry.absoluteFilePath()))
             continue; // links out of the root are not there for the client
+        const QByteArray name = ToWire(entry.fileName());
         if (kind == ListLong)
-            text += SimFtpListing::UnixLine(entry, now);
+            text += SimFtpListing::LongLine(entry, now, m_options.listStyle) + name;
         else if (kind == ListFacts)
-            text += SimFtpListing::Facts(entry) + ' ' + entry.fileName().toUtf8();
+            text += SimFtpListing::Facts(entry) + ' ' + name;
         else
-            text += entry.fileName().toUtf8();
+            text += name;
         text += "\r\n";
     }
     auto* buffer = new QBuffer;
@@ -408,11 +412,19 @@ void SimFtpSession::CmdNlst(const QString& argument)
 
 void SimFtpSession::CmdMlsd(const QString& argument)
 {
+    if (m_options.noMlsd) {
+        Reply(502, QStringLiteral("Command not implemented."));
+        return;
+    }
     SendListing(argument, ListFacts);
 }
 
 void SimFtpSession::CmdMlst(const QString& argument)
 {
+    if (m_options.noMlsd) {
+        Reply(502, QStringLiteral("Command not implemented."));
+        return;
+    }
     QString local;
     QString path;
     if (!LocalFor(argument, &local, &path))
@@ -422,7 +434,7 @@ void SimFtpSession::CmdMlst(const QString& argument)
         Reply(550, QStringLiteral("No such file or directory."));
         return;
     }
-    ReplyRaw("250-Listing " + path.toUtf8() + "\r\n " + SimFtpListing::Facts(info) + ' ' + path.toUtf8() +
+    ReplyRaw("250-Listing " + ToWire(path) + "\r\n " + SimFtpListing::Facts(info) + ' ' + ToWire(path) +
              "\r\n250 End.\r\n");
 }
 
@@ -459,6 +471,8 @@ void SimFtpSession::StoreFile(const QString& argument, bool append)
         Reply(553, QStringLiteral("Not a file name."));
         return;
     }
+    if (RefuseBusy(local))
+        return;
     auto file = std::make_unique<QFile>(local);
     bool opened;
     if (append)
@@ -474,6 +488,8 @@ void SimFtpSession::StoreFile(const QString& argument, bool append)
     SimFtpDataChannel* channel = nullptr;
     if (!TakeDataChannel(&channel))
         return;
+    if (m_options.diskQuota >= 0)
+        channel->LimitSpace(m_options.diskQuota - UsedBytes(QDir(m_options.rootDir)));
     RunTransfer(channel, file.release(), false, QStringLiteral("Ok to send data."));
 }
 
@@ -501,6 +517,10 @@ void SimFtpSession::CmdRest(const QString& argument)
 
 void SimFtpSession::CmdSize(const QString& argument)
 {
+    if (m_options.noSize) {
+        Reply(502, QStringLiteral("Command not implemented."));
+        return;
+    }
     QString local;
     if (!LocalFor(argument, &local))
         return;
@@ -529,6 +549,8 @@ void SimFtpSession::CmdDele(const QString& argument)
     if (!LocalFor(argument, &local))
         return;
     const QFileInfo info(local);
+    if (RefuseBusy(local))
+        return;
     if (info.isDir() || !QFile::remove(local))
         Reply(550, QStringLiteral("Could not delete %1.").arg(argument));
     else
@@ -569,6 +591,8 @@ void SimFtpSession::CmdRnfr(const QString& argument)
         Reply(550, QStringLiteral("No such file or directory."));
         return;
     }
+    if (RefuseBusy(local))
+        return;
     m_strRenameFrom = local;
     Reply(350, QStringLiteral("Ready for RNTO."));
 }
@@ -582,9 +606,19 @@ void SimFtpSession::CmdRnto(const QString& argument)
         return;
     }
     QString local;
-    if (!LocalFor(argument, &local))
+    if (!LocalFor(argument, &local) || RefuseBusy(local))
         return;
-    if (QFileInfo::exists(local) || !QDir().rename(from, local))
+    const bool bExists = QFileInfo::exists(local);
+    if (bExists && m_options.rntoOverwrite != QLatin1String("replace")) {
+        // Controllers that will not overwrite say so with either code.
+        Reply(m_options.rntoOverwrite == QLatin1String("refuse450") ? 450 : 550,
+              QStringLiteral("Cannot rename: %1 already exists.").arg(argument));
+        return;
+    }
+    // A file is replaced as rename(2) would; a folder is never overwritten.
+    if (bExists && (QFileInfo(local).isDir() || QFileInfo(from).isDir() || !QFile::remove(local)))
+        Reply(553, QStringLiteral("Rename failed."));
+    else if (!QDir().rename(from, local))
         Reply(553, QStringLiteral("Rename failed."));
     else
         Reply(250, QStringLiteral("Rename successful."));
@@ -592,14 +626,23 @@ void SimFtpSession::CmdRnto(const QString& argument)
 
 void SimFtpSession::CmdFeat(const QString&)
 {
-    ReplyRaw("211-Features:\r\n EPSV\r\n PASV\r\n SIZE\r\n MDTM\r\n REST STREAM\r\n"
-             " MLST type*;size*;modify*;perm*;\r\n UTF8\r\n211 End\r\n");
+    QByteArray features = "211-Features:\r\n EPSV\r\n PASV\r\n MDTM\r\n REST STREAM\r\n";
+    if (!m_options.noSize)
+        features += " SIZE\r\n";
+    if (!m_options.noMlsd)
+        features += " MLST type*;size*;modify*;perm*;\r\n";
+    if (m_options.nameEncoding == QLatin1String("utf8"))
+        features += " UTF8\r\n";
+    ReplyRaw(features + "211 End\r\n");
 }
 
 void SimFtpSession::CmdOpts(const QString& argument)
 {
     const QString option = argument.trimmed().toUpper();
-    if (option == QLatin1String("UTF8 ON") || option == QLatin1String("UTF8"))
+    if ((option == QLatin1String("UTF8 ON") || option == QLatin1String("UTF8")) &&
+        m_options.nameEncoding != QLatin1String("utf8"))
+        Reply(501, QStringLiteral("UTF8 not supported."));
+    else if (option == QLatin1String("UTF8 ON") || option == QLatin1String("UTF8"))
         Reply(200, QStringLiteral("UTF8 set to on."));
     else if (option.startsWith(QLatin1String("MLST")))
         Reply(200, QStringLiteral("MLST OPTS type;size;modify;perm;"));
@@ -641,4 +684,48 @@ void SimFtpSession::CmdAbor(const QString&)
 void SimFtpSession::CmdAuth(const QString&)
 {
     Reply(502, QStringLiteral("TLS not available."));
+}
+
+QByteArray SimFtpSession::ToWire(const QString& text) const
+{
+    if (m_options.nameEncoding == QLatin1String("utf8"))
+        return text.toUtf8();
+    QStringEncoder encoder(WireEncodingName());
+    return encoder(text);
+}
+
+QString SimFtpSession::FromWire(const QByteArray& bytes) const
+{
+    if (m_options.nameEncoding == QLatin1String("utf8"))
+        return QString::fromUtf8(bytes);
+    QStringDecoder decoder(WireEncodingName());
+    return decoder(bytes);
+}
+
+const char* SimFtpSession::WireEncodingName() const
+{
+    return m_options.nameEncoding == QLatin1String("gbk") ? "GBK" : "Shift_JIS";
+}
+
+bool SimFtpSession::RefuseBusy(const QString& local)
+{
+    if (!m_options.busyWhileRunning)
+        return false;
+    const auto* server = qobject_cast<SimFtpServer*>(parent());
+    const QString running = server ? server->RunningProgramFile() : QString();
+    if (running.isEmpty() || QFileInfo(local).absoluteFilePath() != running)
+        return false;
+    Reply(452, QStringLiteral("Program %1 is running; file is locked.").arg(QFileInfo(local).fileName()));
+    return true;
+}
+
+qint64 SimFtpSession::UsedBytes(const QDir& dir)
+{
+    qint64 used = 0;
+    for (const QFileInfo& entry : dir.entryInfoList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot)) {
+        if (entry.isSymLink())
+            continue;
+        used += entry.isDir() ? UsedBytes(QDir(entry.absoluteFilePath())) : entry.size();
+    }
+    return used;
 }

@@ -10,6 +10,7 @@
 #include <QPointer>
 #include <QTimer>
 
+class QDir;
 class QIODevice;
 class QTcpSocket;
 class SimFtpDataChannel;
@@ -81,6 +82,14 @@ private:
     void CmdAbor(const QString& argument);
     void CmdAuth(const QString& argument);
     void StoreFile(const QString& argument, bool append);
+
+    // Names on the wire in the controller's encoding (--name-encoding).
+    QByteArray ToWire(const QString& text) const;
+    QString FromWire(const QByteArray& bytes) const;
+    const char* WireEncodingName() const;
+    // --busy-while-running: replies 452 and returns true when local is the running program.
+    bool RefuseBusy(const QString& local);
+    static qint64 UsedBytes(const QDir& dir);
 
     static const QHash<QByteArray, Handler>& Handlers();
 

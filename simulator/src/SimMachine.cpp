@@ -57,6 +57,11 @@ SimMachine::Status SimMachine::CurrentStatus() const
     return m_bRunning ? Running : Waiting;
 }
 
+QString SimMachine::RunningProgramFile() const
+{
+    return CurrentStatus() == Running ? m_strProgramFile : QString();
+}
+
 bool SimMachine::StartProgram(const QString& virtualPath, QString* error)
 {
     if (!LoadProgram(virtualPath, error))
@@ -87,6 +92,7 @@ bool SimMachine::LoadProgram(const QString& virtualPath, QString* error)
         return false;
     }
     m_strProgramText = QString::fromUtf8(file.readAll());
+    m_strProgramFile = QFileInfo(file.fileName()).absoluteFilePath();
     m_program = SimGCodeProgram(QFileInfo(path).fileName(), m_strProgramText, {});
     Rewind();
     m_dErrorLeft = 0;

@@ -45,6 +45,8 @@ public:
     const QString& Alarm() const { return m_strAlarm; }
 
     Status CurrentStatus() const;
+    // The local file of the program running now; empty when none runs.
+    QString RunningProgramFile() const;
     const SimAxes& MachinePosition() const { return m_pos; }
     const QString& LastFault() const { return m_strFault; }
 
@@ -78,6 +80,7 @@ private:
     int m_iAutorun = 0;
     QString m_strFault;
     QString m_strProgramText;
+    QString m_strProgramFile;
     QString m_strAlarm; // latched until a reset
     bool m_bAlarmRaised = false;
     bool m_bPaused = false;

@@ -2,6 +2,7 @@
 
 #include <QCommandLineParser>
 #include <QDir>
+#include <QHash>
 
 namespace {
 
@@ -15,7 +16,65 @@ bool toPort(const QString& text, quint16* port)
     return true;
 }
 
+const QHash<QString, QStringList>& profiles()
+{
+    static const QHash<QString, QStringList> presets = {
+        // A small network board: one login at a time, DOS listings, GBK names, nothing beyond LIST,
+        // a rename that will not overwrite, and the running program locked.
+        {QStringLiteral("single-session-dos-gbk"),
+         {"--max-sessions", "1", "--list-style", "dos", "--no-mlsd", "--no-size", "--name-encoding", "gbk",
+          "--rnto-overwrite", "refuse550", "--busy-while-running", "--pasv-timeout", "5", "--idle-timeout", "60"}},
+        // The same kind of board sold for Japanese-language controls.
+        {QStringLiteral("single-session-unix-year-sjis"),
+         {"--max-sessions", "1", "--list-style", "unix-year", "--no-mlsd", "--name-encoding", "sjis",
+          "--rnto-overwrite", "refuse450", "--busy-while-running", "--pasv-timeout", "5"}},
+        // A PC-based control running a desktop server: several logins, DOS listings, MLSD and SIZE,
+        // and a rename that refuses an existing target.
+        {QStringLiteral("pc-control"),
+         {"--max-sessions", "4", "--list-style", "dos", "--rnto-overwrite", "refuse550", "--busy-while-running"}},
+    };
+    return presets;
+}
+
+// Puts the switches of a --profile in front of the rest, so that the rest can override them.
+bool expandProfile(const QStringList& arguments, QStringList* expanded, QString* error)
+{
+    *expanded = arguments;
+    for (int i = 1; i < expanded->size(); ++i) {
+        const QString argument = expanded->at(i);
+        QString name;
+        if (argument == QLatin1String("--profile") && i + 1 < expanded->size())
+            name = expanded->at(i + 1);
+        else if (argument.startsWith(QLatin1String("--profile=")))
+            name = argument.mid(10);
+        else
+            continue;
+        if (!profiles().contains(name)) {
+            *error = QStringLiteral("--profile: one of %1").arg(SimOptions::ProfileNames().join(QStringLiteral(", ")));
+            return false;
+        }
+        expanded->remove(i, argument.contains(QLatin1Char('=')) ? 1 : 2);
+        const QStringList preset = SimOptions::ProfileArguments(name);
+        for (int k = 0; k < preset.size(); ++k)
+            expanded->insert(1 + k, preset.at(k));
+        return true;
+    }
+    return true;
+}
+
 } // namespace
+
+QStringList SimOptions::ProfileArguments(const QString& profile)
+{
+    return profiles().value(profile);
+}
+
+QStringList SimOptions::ProfileNames()
+{
+    QStringList names = profiles().keys();
+    names.sort();
+    return names;
+}
 
 bool SimOptions::Parse(const QStringList& arguments, SimOptions* options, QString* error)
 {
@@ -59,8 +118,31 @@ bool SimOptions::Parse(const QStringList& arguments, SimOptions* options, QStrin
                           "cable was pulled."},
         {"alarm-after", "Fault: raise a servo alarm after S seconds of running; it holds until a reset.", "S"},
     };
+    const QList<QCommandLineOption> controllerList = {
+        {"profile",
+         "Preset of the controller switches below: single-session-dos-gbk, single-session-unix-year-sjis, "
+         "pc-control. Switches given as well override it.",
+         "NAME"},
+        {"max-sessions", "Controller: accept N FTP logins at once; more are answered 421.", "N"},
+        {"list-style", "Controller: LIST form unix (default), unix-year (always the year) or dos.", "STYLE"},
+        {"no-mlsd", "Controller: no MLSD/MLST (answered 502 and left out of FEAT)."},
+        {"no-size", "Controller: no SIZE (answered 502 and left out of FEAT)."},
+        {"name-encoding",
+         "Controller: file names on the wire in utf8 (default), gbk or sjis; OPTS UTF8 ON refused unless utf8.", "ENC"},
+        {"busy-while-running", "Controller: STOR, DELE, RNFR and RNTO on the running program answered 452."},
+        {"rnto-overwrite", "Controller: RNTO onto an existing name replace (default), refuse550 or refuse450 it.",
+         "MODE"},
+        {"disk-quota", "Controller: the root holds at most BYTES; an upload beyond is answered 552.", "BYTES"},
+        {"truncate-at", "Controller: an upload keeps only its first BYTES and is still answered 226.", "BYTES"},
+        {"pasv-timeout", "Controller: a passive port not connected within S seconds is closed.", "S"},
+        {"idle-timeout", "Controller: close a control connection idle for S seconds with 421 (default 300).", "S"},
+    };
+    QStringList expanded;
+    if (!expandProfile(arguments, &expanded, error))
+        return false;
     parser.addOptions(list);
-    if (!parser.parse(arguments)) {
+    parser.addOptions(controllerList);
+    if (!parser.parse(expanded)) {
         *error = parser.errorText();
         return false;
     }
@@ -156,6 +238,62 @@ bool SimOptions::Parse(const QStringList& arguments, SimOptions* options, QStrin
         if (!ok || o.snErrorCode == 0)
             return fail(QStringLiteral("--sn-error: a non-zero error code"));
     }
+    if (!ParseController(parser, &o, error))
+        return false;
     *options = o;
+    return true;
+}
+
+bool SimOptions::ParseController(const QCommandLineParser& parser, SimOptions* o, QString* error)
+{
+    auto text = [&parser](const char* name) { return parser.value(QString::fromLatin1(name)); };
+    auto set = [&parser](const char* name) { return parser.isSet(QString::fromLatin1(name)); };
+    auto fail = [error](const QString& message) {
+        *error = message;
+        return false;
+    };
+    const struct
+    {
+        const char* name;
+        QString* value;
+        QStringList allowed;
+    } choices[] = {{"list-style", &o->listStyle, {"unix", "unix-year", "dos"}},
+                   {"name-encoding", &o->nameEncoding, {"utf8", "gbk", "sjis"}},
+                   {"rnto-overwrite", &o->rntoOverwrite, {"replace", "refuse550", "refuse450"}}};
+    for (const auto& choice : choices) {
+        if (!set(choice.name))
+            continue;
+        *choice.value = text(choice.name);
+        if (!choice.allowed.contains(*choice.value))
+            return fail(QStringLiteral("--%1: one of %2").arg(QLatin1String(choice.name), choice.allowed.join(", ")));
+    }
+    o->noMlsd = set("no-mlsd");
+    o->noSize = set("no-size");
+    o->busyWhileRunning = set("busy-while-running");
+    if (set("max-sessions")) {
+        bool ok = false;
+        o->maxSessions = text("max-sessions").toInt(&ok);
+        if (!ok || o->maxSessions < 1)
+            return fail(QStringLiteral("--max-sessions: a positive number"));
+    }
+    const std::pair<const char*, qint64*> counts[] = {{"disk-quota", &o->diskQuota}, {"truncate-at", &o->truncateAt}};
+    for (const auto& [name, value] : counts) {
+        if (!set(name))
+            continue;
+        bool ok = false;
+        *value = text(name).toLongLong(&ok);
+        if (!ok || *value < 0)
+            return fail(QStringLiteral("--%1: not a byte count: %2").arg(QLatin1String(name), text(name)));
+    }
+    const std::pair<const char*, double*> seconds[] = {{"pasv-timeout", &o->pasvTimeoutSeconds},
+                                                       {"idle-timeout", &o->idleTimeoutSeconds}};
+    for (const auto& [name, value] : seconds) {
+        if (!set(name))
+            continue;
+        bool ok = false;
+        *value = text(name).toDouble(&ok);
+        if (!ok || *value <= 0)
+            return fail(QStringLiteral("--%1: a positive number of seconds: %2").arg(QLatin1String(name), text(name)));
+    }
     return true;
 }

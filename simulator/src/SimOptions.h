@@ -4,6 +4,8 @@
 #include <QString>
 #include <QStringList>
 
+class QCommandLineParser;
+
 // Everything cnc-sim can be told on its command line, including the fault switches
 // that let the workbench's failure paths be exercised against the real wire.
 struct SimOptions
@@ -42,7 +44,27 @@ struct SimOptions
     bool vanishSilently = false; // ... or until the ports stay open and nothing answers
     double alarmAfter = -1;      // seconds of running until a servo alarm latches
 
+    // Controller behaviours: how the FTP servers of real controllers differ from a desktop server.
+    int maxSessions = 0;                               // further logins answered 421; 0 = no limit
+    QString listStyle = QStringLiteral("unix");        // LIST form: unix, unix-year or dos
+    bool noMlsd = false;                               // MLSD/MLST unknown (502), not in FEAT
+    bool noSize = false;                               // SIZE unknown (502), not in FEAT
+    QString nameEncoding = QStringLiteral("utf8");     // names on the wire: utf8, gbk or sjis
+    bool busyWhileRunning = false;                     // STOR/DELE/RNFR/RNTO on the running program: 452
+    QString rntoOverwrite = QStringLiteral("replace"); // RNTO onto an existing name: replace, refuse550, refuse450
+    qint64 diskQuota = -1;                             // bytes the root may hold; an upload beyond gets 552
+    qint64 truncateAt = -1;                            // an upload keeps only this many bytes, still 226
+    double pasvTimeoutSeconds = -1;                    // a passive port not connected by then is closed
+    double idleTimeoutSeconds = 300;                   // an idle control connection is closed with 421
+
+    // Argument lists the --profile presets stand for; explicit switches after them win.
+    static QStringList ProfileArguments(const QString& profile);
+    static QStringList ProfileNames();
+
     // Returns false with a message for the user on a bad command line; --help and
     // --version print and exit inside.
     static bool Parse(const QStringList& arguments, SimOptions* options, QString* error);
+
+private:
+    static bool ParseController(const QCommandLineParser& parser, SimOptions* options, QString* error);
 };

@@ -24,6 +24,7 @@ private slots:
     void resumeAndAppend();
     void sizeAndTime();
     void deleteRenameAndFolders();
+    void controllerSwitches();
     void leavingTheRootIsRefused_data();
     void leavingTheRootIsRefused();
     void severalClientsAtOnce();
@@ -197,11 +198,43 @@ void tst_SimFtpCurl::deleteRenameAndFolders()
     QVERIFY(Curl({"-Q", "RMD newdir", "-o", "/dev/null", Url()}) != 0);
     QCOMPARE(Curl({"-Q", "DELE newdir/moved.nc", "-Q", "RMD newdir", "-o", "/dev/null", Url()}), 0);
     QVERIFY(!QFileInfo::exists(m_root->filePath("newdir")));
-    // Renaming onto an existing name is refused rather than overwriting it.
+    // Renaming onto an existing file replaces it, as rename(2) does.
     WriteFile("a.nc", 3);
     WriteFile("b.nc", 4);
-    QVERIFY(Curl({"-Q", "RNFR a.nc", "-Q", "RNTO b.nc", "-o", "/dev/null", Url()}) != 0);
-    QCOMPARE(ReadFile("b.nc").size(), 4);
+    QCOMPARE(Curl({"-Q", "RNFR a.nc", "-Q", "RNTO b.nc", "-o", "/dev/null", Url()}), 0);
+    QCOMPARE(ReadFile("b.nc").size(), 3);
+}
+
+// The switches that make the server behave like a controller's, seen from a plain client.
+void tst_SimFtpCurl::controllerSwitches()
+{
+    SimOptions& options = m_sim->Options();
+    options.rntoOverwrite = "refuse450";
+    WriteFile("a.nc", 3);
+    QCOMPARE(Curl({"-Q", "RNFR a.nc", "-Q", "RNTO part.nc", "-o", "/dev/null", Url()}), 21);
+    QCOMPARE(ReadFile("part.nc").size(), 1000);
+
+    options.noMlsd = true;
+    QVERIFY(Curl({"-X", "MLSD", Url()}) != 0);
+    options.listStyle = "dos";
+    options.nameEncoding = "gbk";
+    QByteArray listing;
+    const QString folder = QString::fromLatin1(QByteArray::fromHex("b3ccd0f2").toPercentEncoding()); // "程序"
+    QCOMPARE(Curl({Url("/" + folder + "/")}, &listing), 0);
+    QVERIFY2(listing.contains("<DIR>          sub"), listing.constData());
+    QVERIFY2(listing.contains(QByteArray(" 10 ") + QByteArray::fromHex("c1e3bcfe2041") + ".nc"), listing.constData());
+
+    // 1010 bytes are stored already: a quota of 1500 leaves room for 490.
+    options.diskQuota = 1500;
+    QFile upload(m_local->filePath("up.bin"));
+    QVERIFY(upload.open(QIODevice::WriteOnly));
+    upload.write(QByteArray(600, 'x'));
+    upload.close();
+    QCOMPARE(Curl({"-T", upload.fileName(), Url("/up.bin")}), 70);
+    options.diskQuota = -1;
+    options.truncateAt = 100;
+    QCOMPARE(Curl({"-T", upload.fileName(), Url("/up.bin")}), 0);
+    QCOMPARE(ReadFile("up.bin").size(), 100);
 }
 
 void tst_SimFtpCurl::leavingTheRootIsRefused_data()

@@ -40,11 +40,6 @@ FilePanelOperations::~FilePanelOperations()
     CProgressWidget::FreeAutoWidget(m_pProgressWidget, true);
 }
 
-bool FilePanelOperations::IsPasting() const
-{
-    return m_pPasteJob->IsRunning();
-}
-
 void FilePanelOperations::Log(const QString& text, const QColor& color)
 {
     CDebugLog::AddLog(text);

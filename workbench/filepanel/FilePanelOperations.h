@@ -42,9 +42,6 @@ public:
     bool Rename(const QString& oldPath, const QString& newName, bool bFolder);
     void ClearClipboardRecord();
 
-    QStringList ClipboardPaths() const { return m_listClipboardPaths; }
-    bool IsPasting() const;
-
 Q_SIGNALS:
     void SignalDeleteTriggered(QString path, int type);
     void SignalDeleteItemsTriggered(QStringList filePathList, QStringList foderPathList);

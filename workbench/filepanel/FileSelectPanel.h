@@ -82,10 +82,7 @@ public:
     QStandardItemModel* ItemModel() const { return m_pModel; }
     FileSortProxyModel* SortModel() const { return m_pProxyModel; }
     FileListingSource* Source() const { return m_pSource; }
-    FilePanelOperations* Operations() const { return m_pOperations; }
     QMenu* ContextMenu() const { return m_pMenu; }
-    // The menu's actions, in their fixed order: new file, new folder, delete, rename, open, copy, cut, paste.
-    QList<QAction*> MenuActions() const { return m_listActions; }
     // The selected rows that are real entries (no shortcut, no placeholder).
     QList<Entry> SelectedEntries() const;
     // Selects and flashes an entry of this name once the next listing is in.

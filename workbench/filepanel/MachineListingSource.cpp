@@ -55,6 +55,13 @@ void MachineListingSource::List(const QString& path)
                 }
                 Q_EMIT SignalListed(listing);
             });
+    // The reason of a failed listing (a wrong name encoding is told apart from a lost machine).
+    connect(task, &FtpTaskThread::SignalTaskFinished, this, [this](bool ok, const QString& message) {
+        if (!ok && !message.isEmpty()) {
+            CDebugLog::AddLog(message);
+            Q_EMIT SignalAppendLog(message, LogColors::Failure);
+        }
+    });
     m_pListTask = task;
     m_tasks.Start(task);
 }

@@ -6,6 +6,7 @@
 #include "DeleteFTPForder.h"
 #include "DeleteFtpItems.h"
 #include "DownloadToLocal.h"
+#include "FtpSessionBudget.h"
 #include "KorvBaseGlobals.h"
 #include "LogColors.h"
 #include "MakeFtpDirection.h"
@@ -247,6 +248,14 @@ void TransferOrchestrator::OnTransferFinished(const QString& strKey, bool bResul
     }
     if (m_mapRunningTask.remove(request.strUrl) > 0)
         qDebug() << "remove url:" << request.strUrl;
+    // A machine that turned logins away takes fewer at once: the rest wait here, not in task threads.
+    const int accepted = FtpSessionBudget::Instance().Limit(m_strIp);
+    if (accepted > 0 && accepted < m_iMaxTransfers) {
+        SetMaxTransfers(accepted);
+        const QString text = tr("机床最多同时接受%1个FTP连接，其余传输将排队进行").arg(accepted);
+        CDebugLog::AddLog(text);
+        Q_EMIT SignalAppendLog(text, LogColors::Warning);
+    }
     if (bResult && bUpload && !m_bNavigationWaiting)
         Q_EMIT SignalUploaded(request.strMachinePath);
     StartWaiting();

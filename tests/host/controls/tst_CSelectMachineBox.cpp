@@ -1,9 +1,12 @@
 #include "CSelectMachineBox.h"
+#include "FtpSettings.h"
 
+#include <QComboBox>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
 
 class tst_CSelectMachineBox : public QObject
@@ -11,6 +14,7 @@ class tst_CSelectMachineBox : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase();
     void init();
     void cleanup();
     void ipv4Validation_data();
@@ -24,6 +28,7 @@ private slots:
     void offlineMachineCannotBeChosen();
     void connectResultStates();
     void refreshAndClear();
+    void nameEncodingIsKeptPerMachine();
 
 private:
     QListWidget* List() const { return m_pBox->findChild<QListWidget*>(); }
@@ -31,7 +36,14 @@ private:
     QPushButton* ConnectButton() const { return m_pBox->findChild<QPushButton*>(QStringLiteral("m_btnConfirm")); }
 
     CSelectMachineBox* m_pBox = nullptr;
+    QTemporaryDir m_configDir;
 };
+
+void tst_CSelectMachineBox::initTestCase()
+{
+    // Confirming saves the machine's name encoding: into a throw-away settings file.
+    qputenv("KORV_CONFIG_DIR", m_configDir.path().toUtf8());
+}
 
 void tst_CSelectMachineBox::init()
 {
@@ -219,6 +231,24 @@ void tst_CSelectMachineBox::refreshAndClear()
     QCOMPARE(IpEdit()->text(), QString());
     QVERIFY(!m_pBox->IsConnecting());
     QVERIFY(ConnectButton()->isEnabled());
+}
+
+void tst_CSelectMachineBox::nameEncodingIsKeptPerMachine()
+{
+    auto* combo = m_pBox->findChild<QComboBox*>(QStringLiteral("m_comboNameEncoding"));
+    QTest::keyClicks(IpEdit(), QStringLiteral("10.0.0.7"));
+    QCOMPARE(combo->currentData().toByteArray(), QByteArray("UTF-8"));
+    combo->setCurrentIndex(combo->findData(QByteArray("GBK")));
+    QTest::keyClick(IpEdit(), Qt::Key_Return);
+    QCOMPARE(FtpSettings::NameEncodingFor(QStringLiteral("10.0.0.7")), QByteArray("GBK"));
+    QCOMPARE(FtpSettings::Load(QStringLiteral("10.0.0.7")).nameEncoding, QByteArray("GBK"));
+    QCOMPARE(FtpSettings::NameEncodingFor(QStringLiteral("10.0.0.8")), QByteArray("UTF-8"));
+
+    // The next time that machine is picked the box shows its encoding again.
+    CSelectMachineBox again;
+    auto* againCombo = again.findChild<QComboBox*>(QStringLiteral("m_comboNameEncoding"));
+    QTest::keyClicks(again.findChild<QLineEdit*>(QStringLiteral("m_editIp")), QStringLiteral("10.0.0.7"));
+    QCOMPARE(againCombo->currentData().toByteArray(), QByteArray("GBK"));
 }
 
 QTEST_MAIN(tst_CSelectMachineBox)

@@ -261,8 +261,7 @@ void TestFilePage::uploadAndDownloadArriveByteForByte()
     QVERIFY(HasLine(QStringLiteral("开始下载文件：fixture.tap"), Grey));
     QVERIFY(HasLine(QStringLiteral("下载文件完成：fixture.tap"), Grey));
 
-    // Overwriting after a Yes replaces the machine's file whole (the server refuses a rename
-    // onto an existing name, so this also goes through delete-then-rename).
+    // Overwriting after a Yes replaces the machine's file whole.
     const QByteArray second = RandomBytes(50 * 1024);
     Write(LocalFile(QStringLiteral("part.nc")), second);
     manager->LocalPanel()->RefreshPanel();

@@ -125,9 +125,12 @@ private Q_SLOTS:
         QVERIFY(!ok);
         QCOMPARE(panel.CurrentPath(), QStringLiteral("/"));
         QCOMPARE(Fixture::ShownNames(panel), before);
-        QCOMPARE(logs.count(), 1);
+        // The failure, then the server's reason for it.
+        QTRY_COMPARE(logs.count(), 2);
         QCOMPARE(logs.at(0).at(0).toString(), QStringLiteral("获取机床文件列表失败！"));
         QCOMPARE(logs.at(0).at(1).value<QColor>(), QColor(220, 50, 50));
+        QVERIFY2(logs.at(1).at(0).toString().startsWith(QStringLiteral("获取文件列表失败：")),
+                 qPrintable(logs.at(1).at(0).toString()));
     }
 
     void refusesWhileATransferRuns()

@@ -33,16 +33,17 @@ private Q_SLOTS:
         QCOMPARE(window->centralWidget(), content);
         QVERIFY(!(window->dockOptions() & QMainWindow::AllowTabbedDocks));
 
-        QCOMPARE(window->findChildren<CToolBarItem*>().size(), 3);
+        QCOMPARE(window->findChildren<CToolBarItem*>().size(), 4);
 
-        const QList<QPair<int, QString>> expected = {{1, "新建连接"}, {2, "断开连接"}, {3, "绑定设备"},
-                                                     {4, "解绑设备"}, {5, "设备状态"}, {7, "文件传输"}};
+        const QList<QPair<int, QString>> expected = {{1, "新建连接"},  {2, "断开连接"}, {3, "绑定设备"},
+                                                     {4, "解绑设备"},  {5, "设备状态"}, {7, "文件传输"},
+                                                     {6, "同步文件夹"}};
         for (const auto& item : expected) {
             QAbstractButton* button = page.Button(item.first);
             QVERIFY2(button, qPrintable(item.second));
             QCOMPARE(button->text(), item.second);
         }
-        QVERIFY(!page.Button(6));
+        QVERIFY(!page.Button(8));
 
         QSignalSpy triggered(&page, &ToolPage::SignalActionTriggered);
         page.Button(5)->click();
@@ -50,7 +51,7 @@ private Q_SLOTS:
         QCOMPARE(triggered.first().first().toInt(), 5);
         page.SetChecked(7, true);
         QVERIFY(page.Button(7)->isChecked());
-        page.SetChecked(6, true); // unknown ids are ignored
+        page.SetChecked(8, true); // unknown ids are ignored
     }
 
     void theContentFollowsTheSelectedTab()
