@@ -2,18 +2,13 @@
 // five) from a local folder of many small programs into an empty machine folder of the
 // simulator, against lftp's reverse mirror with five transfers at once; then both again
 // over the now equal folders. The last line gives lftp seconds / ours for both runs.
-#include "TestFtpServer.h"
+#include "BenchSupport.h"
 
 #include <CVarnokMessageBox.h>
-#include <CamBaseTextHelper.h>
 #include <KorvBaseGlobals.h>
 #include <QApplication>
-#include <QCommandLineParser>
 #include <QDir>
 #include <QElapsedTimer>
-#include <QLoggingCategory>
-#include <QProcess>
-#include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QTest>
 #include <cstdio>
@@ -23,17 +18,7 @@
 #include <workspace/Workspace.h>
 
 namespace {
-void SetSetting(const char* key, const QVariant& value)
-{
-    CamBaseTextHelper::instance()->SetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal, QString::fromLatin1(key),
-                                                        value, true);
-}
-
-[[noreturn]] void Fail(const QString& message)
-{
-    std::fprintf(stderr, "%s\n", qPrintable(message));
-    std::exit(1);
-}
+using namespace BenchSupport;
 
 bool Wait(const std::function<bool()>& condition)
 {
@@ -61,42 +46,24 @@ double TimeLftp(const TestFtpServer& server, const QString& source)
                                .arg(server.User(), server.Password())
                                .arg(server.Port())
                                .arg(source);
-    QProcess lftp;
-    QElapsedTimer clock;
-    clock.start();
-    lftp.start(QStringLiteral("lftp"), {QStringLiteral("-c"), script});
-    if (!lftp.waitForFinished(-1) || lftp.exitCode() != 0)
-        Fail(QStringLiteral("lftp failed: ") + QString::fromLocal8Bit(lftp.readAllStandardError()));
-    return clock.nsecsElapsed() / 1e9;
-}
-
-int CountFiles(const QString& folder)
-{
-    return int(QDir(folder).entryList(QDir::Files).size());
+    return TimeProcess(QStringLiteral("lftp"), {QStringLiteral("-c"), script});
 }
 } // namespace
 
 int main(int argc, char** argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
     QTemporaryDir configDir;
-    qputenv("KORV_CONFIG_DIR", configDir.path().toUtf8());
+    PrepareEnvironment(configDir);
     QApplication app(argc, argv);
-    QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false"));
     // "Already in step" and the like are confirmed at once: nobody sits at the bench.
     CVarnokMessageBox::SetTestResponder([](const StructMsgBoxRequest&) {
         return StructMsgBoxAnswer{MsgButtonConfirm, false};
     });
-    QCommandLineParser parser;
-    parser.addOptions({{"files", "Files in the folder (500).", "N", "500"}, {"kib", "Size of each (20).", "N", "20"}});
-    parser.process(app);
-    const int files = parser.value("files").toInt();
-    const int bytes = parser.value("kib").toInt() * 1024;
+    const Size size = ParseSize(app, QStringLiteral("Files in the folder (500)."), 500);
+    const int files = size.files;
+    const int bytes = size.bytes;
 
-    auto server = TestFtpServer::Create(FtpServerKind::CncSim);
-    if (!server->Start())
-        Fail(server->ErrorString());
+    auto server = BenchSupport::StartSimulator();
     server->MakeDir(QStringLiteral("/ours"));
     server->MakeDir(QStringLiteral("/lftp"));
     SetSetting(g_strSettingFtpUser, server->User());
@@ -104,13 +71,7 @@ int main(int argc, char** argv)
     SetSetting(g_strSettingFtpPortMapping, server->Port());
 
     QTemporaryDir source;
-    for (int i = 0; i < files; ++i) {
-        QFile file(source.filePath(QStringLiteral("prog_%1.nc").arg(i, 4, 10, QLatin1Char('0'))));
-        QByteArray data(bytes, Qt::Uninitialized);
-        QRandomGenerator::global()->fillRange(reinterpret_cast<quint32*>(data.data()), data.size() / 4);
-        if (!file.open(QIODevice::WriteOnly) || file.write(data) != data.size())
-            Fail(QStringLiteral("cannot write ") + file.fileName());
-    }
+    WriteRandomFiles(source.path(), files, bytes);
 
     Workspace workspace;
     FileManager* manager = workspace.GetFileManager();

@@ -2,19 +2,15 @@
 // (rows, logs, the per-machine limit and all), against one curl invocation that moves
 // the same files over one connection, then ours again against a single-session controller
 // profile. The ratio line gives ours/curl in files per second.
+#include "BenchSupport.h"
 #include "CncSimServer.h"
 #include "TestFtpServer.h"
 
-#include <CamBaseTextHelper.h>
 #include <FtpSettings.h>
 #include <KorvBaseGlobals.h>
 #include <QApplication>
-#include <QCommandLineParser>
 #include <QDir>
 #include <QElapsedTimer>
-#include <QLoggingCategory>
-#include <QProcess>
-#include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QTest>
 #include <cstdio>
@@ -24,17 +20,7 @@
 #include <workspace/Workspace.h>
 
 namespace {
-void SetSetting(const char* key, const QVariant& value)
-{
-    CamBaseTextHelper::instance()->SetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal, QString::fromLatin1(key),
-                                                        value, true);
-}
-
-[[noreturn]] void Fail(const QString& message)
-{
-    std::fprintf(stderr, "%s\n", qPrintable(message));
-    std::exit(1);
-}
+using namespace BenchSupport;
 
 // Seconds until the orchestrator has nothing left running or waiting.
 double TimeTransfers(Workspace& workspace, const std::function<void()>& submit)
@@ -49,19 +35,8 @@ double TimeTransfers(Workspace& workspace, const std::function<void()>& submit)
 
 double TimeCurl(const QStringList& arguments, const QString& workDir)
 {
-    QProcess curl;
-    curl.setWorkingDirectory(workDir);
-    QElapsedTimer clock;
-    clock.start();
-    curl.start(QStringLiteral("curl"), QStringList{QStringLiteral("-s"), QStringLiteral("-S")} + arguments);
-    if (!curl.waitForFinished(-1) || curl.exitCode() != 0)
-        Fail(QStringLiteral("curl failed: ") + QString::fromLocal8Bit(curl.readAllStandardError()));
-    return clock.nsecsElapsed() / 1e9;
-}
-
-int CountFiles(const QString& folder)
-{
-    return int(QDir(folder).entryList(QDir::Files).size());
+    return TimeProcess(QStringLiteral("curl"), QStringList{QStringLiteral("-s"), QStringLiteral("-S")} + arguments,
+                       workDir);
 }
 
 struct OursResult
@@ -102,34 +77,19 @@ OursResult RunOurs(TestFtpServer& server, const QStringList& names, const QStrin
 
 int main(int argc, char** argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
     QTemporaryDir configDir;
-    qputenv("KORV_CONFIG_DIR", configDir.path().toUtf8());
+    PrepareEnvironment(configDir);
     QApplication app(argc, argv);
-    QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false"));
-    QCommandLineParser parser;
-    parser.addOptions({{"files", "Files per run (200).", "N", "200"}, {"kib", "Size of each file (20).", "N", "20"}});
-    parser.process(app);
-    const int files = parser.value("files").toInt();
-    const int bytes = parser.value("kib").toInt() * 1024;
+    const Size size = ParseSize(app, QStringLiteral("Files per run (200)."), 200);
+    const int files = size.files;
+    const int bytes = size.bytes;
 
-    auto server = TestFtpServer::Create(FtpServerKind::CncSim);
-    if (!server->Start())
-        Fail(server->ErrorString());
+    auto server = BenchSupport::StartSimulator();
     server->MakeDir(QStringLiteral("/curl"));
 
     QTemporaryDir source;
     QTemporaryDir curlBack;
-    QStringList names;
-    for (int i = 0; i < files; ++i) {
-        names.append(QStringLiteral("prog_%1.nc").arg(i, 4, 10, QLatin1Char('0')));
-        QFile file(source.filePath(names.last()));
-        QByteArray data(bytes, Qt::Uninitialized);
-        QRandomGenerator::global()->fillRange(reinterpret_cast<quint32*>(data.data()), data.size() / 4);
-        if (!file.open(QIODevice::WriteOnly) || file.write(data) != data.size())
-            Fail(QStringLiteral("cannot write ") + file.fileName());
-    }
+    const QStringList names = WriteRandomFiles(source.path(), files, bytes);
 
     const OursResult ours = RunOurs(*server, names, source.path());
     const double oursUp = ours.up;

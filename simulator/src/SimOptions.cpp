@@ -3,6 +3,8 @@
 #include <QCommandLineParser>
 #include <QDir>
 #include <QHash>
+#include <initializer_list>
+#include <utility>
 
 namespace {
 
@@ -13,6 +15,24 @@ bool toPort(const QString& text, quint16* port)
     if (!ok || value > 65535)
         return false;
     *port = static_cast<quint16>(value);
+    return true;
+}
+
+// Reads each of `counts` that is given as a non-negative byte count; false with the message for the first that is not.
+bool readByteCounts(const QCommandLineParser& parser, std::initializer_list<std::pair<const char*, qint64*>> counts,
+                    QString* error)
+{
+    for (const auto& [name, value] : counts) {
+        const QString option = QString::fromLatin1(name);
+        if (!parser.isSet(option))
+            continue;
+        bool ok = false;
+        *value = parser.value(option).toLongLong(&ok);
+        if (!ok || *value < 0) {
+            *error = QStringLiteral("--%1: not a byte count: %2").arg(option, parser.value(option));
+            return false;
+        }
+    }
     return true;
 }
 
@@ -216,16 +236,10 @@ bool SimOptions::Parse(const QStringList& arguments, SimOptions* options, QStrin
         if (!ok || *value < 0)
             return fail(QStringLiteral("--%1: not a non-negative number: %2").arg(QLatin1String(name), text(name)));
     }
-    const std::pair<const char*, qint64*> counts[] = {
-        {"ftp-drop-after", &o.ftpDropAfter}, {"ftp-rate", &o.ftpRate}, {"ftp-disk-full", &o.ftpSpaceLeft}};
-    for (const auto& [name, value] : counts) {
-        if (!set(name))
-            continue;
-        bool ok = false;
-        *value = text(name).toLongLong(&ok);
-        if (!ok || *value < 0)
-            return fail(QStringLiteral("--%1: not a byte count: %2").arg(QLatin1String(name), text(name)));
-    }
+    if (!readByteCounts(
+            parser, {{"ftp-drop-after", &o.ftpDropAfter}, {"ftp-rate", &o.ftpRate}, {"ftp-disk-full", &o.ftpSpaceLeft}},
+            error))
+        return false;
     if (set("ftp-latency")) {
         bool ok = false;
         o.ftpLatencyMs = text("ftp-latency").toInt(&ok);
@@ -276,15 +290,8 @@ bool SimOptions::ParseController(const QCommandLineParser& parser, SimOptions* o
         if (!ok || o->maxSessions < 1)
             return fail(QStringLiteral("--max-sessions: a positive number"));
     }
-    const std::pair<const char*, qint64*> counts[] = {{"disk-quota", &o->diskQuota}, {"truncate-at", &o->truncateAt}};
-    for (const auto& [name, value] : counts) {
-        if (!set(name))
-            continue;
-        bool ok = false;
-        *value = text(name).toLongLong(&ok);
-        if (!ok || *value < 0)
-            return fail(QStringLiteral("--%1: not a byte count: %2").arg(QLatin1String(name), text(name)));
-    }
+    if (!readByteCounts(parser, {{"disk-quota", &o->diskQuota}, {"truncate-at", &o->truncateAt}}, error))
+        return false;
     const std::pair<const char*, double*> seconds[] = {{"pasv-timeout", &o->pasvTimeoutSeconds},
                                                        {"idle-timeout", &o->idleTimeoutSeconds}};
     for (const auto& [name, value] : seconds) {

@@ -5,6 +5,7 @@
 #include "MachinePortMap.h"
 #include "SimFtpServer.h"
 #include "SimMachine.h"
+#include "SimWorkspaceFixture.h"
 #include "WorkspaceLogProbe.h"
 #include "filepanel/FileClipboardPayload.h"
 #include "filepanel/FileItemRoles.h"
@@ -26,7 +27,6 @@
 #include <QItemSelectionModel>
 #include <QMimeData>
 #include <QPushButton>
-#include <QRandomGenerator>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QStandardItemModel>
@@ -38,27 +38,6 @@ namespace {
 const QString Ip = QStringLiteral("127.0.0.1");
 const QColor Grey(51, 51, 51);
 const QColor Red(220, 50, 50);
-
-QByteArray RandomBytes(int size)
-{
-    QByteArray bytes(size, '\0');
-    for (char& byte : bytes)
-        byte = char(QRandomGenerator::global()->bounded(256));
-    return bytes;
-}
-
-void Write(const QString& path, const QByteArray& bytes)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
-}
-
-QByteArray Read(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 // Drags `mime` over the panel and drops it there, as a drag from another window would;
 // false when the panel refused it (the forbidden cursor).
@@ -89,7 +68,7 @@ void Select(FileSelectPanel* panel, const QStringList& names)
 
 // The file page of a real, shown Workspace against the simulator on loopback: what the
 // operator presses, and what arrives on either disk, in the list and in the log.
-class TestFilePage : public QObject
+class TestFilePage : public QObject, public SimWorkspaceFixture
 {
     Q_OBJECT
 
@@ -111,90 +90,34 @@ private Q_SLOTS:
 
 private:
     void StartSimulator(qint64 rate = 0, qint64 dropAfter = -1);
-    void ConnectWorkspace();
-    QString MachineFile(const QString& name) const { return QDir(m_rootDir.path()).filePath(name); }
-    QString LocalFile(const QString& name) const { return QDir(m_localDir.path()).filePath(name); }
     bool HasLine(const QString& text, const QColor& color) const;
     int RowState(const QString& key) const;
     QString RowSpeedText(const QString& key) const;
     QString Key(const QString& machinePath, bool upload) const;
-    QStringList MachineNames() const;
-
-    QTemporaryDir m_configDir;
-    QTemporaryDir m_rootDir;
-    QTemporaryDir m_localDir;
-    std::unique_ptr<CncSimulator> m_sim;
-    std::unique_ptr<Workspace> m_workspace;
-    QList<StructMsgBoxRequest> m_listBoxes;
-    int m_iAnswer = MsgButtonYes;
 };
 
 void TestFilePage::initTestCase()
 {
-    qputenv("KORV_CONFIG_DIR", m_configDir.path().toUtf8());
-    CVarnokMessageBox::SetTestResponder([this](const StructMsgBoxRequest& request) {
-        m_listBoxes.append(request);
-        return StructMsgBoxAnswer{request.iButtons & MsgButtonYes ? m_iAnswer : MsgButtonConfirm, false};
-    });
-    CamBaseTextHelper::instance()->SetLocalSettingCache(
-        CamBaseTextHelper::SettingTypeLocal, QString::fromLatin1(g_strSettingFtpConnectTimeoutMs), 2000, true);
+    SetUpFixture();
 }
 
 void TestFilePage::init()
 {
-    m_listBoxes.clear();
-    m_iAnswer = MsgButtonYes;
-    for (QDir dir : {QDir(m_rootDir.path()), QDir(m_localDir.path())}) {
-        for (const QString& name : dir.entryList(QDir::Files | QDir::Hidden))
-            dir.remove(name);
-    }
+    ResetFixture();
 }
 
 void TestFilePage::cleanup()
 {
-    m_workspace.reset();
-    m_sim.reset();
+    TearDownFixture();
     QApplication::clipboard()->clear();
 }
 
 void TestFilePage::StartSimulator(qint64 rate, qint64 dropAfter)
 {
-    SimOptions options;
-    options.rootDir = m_rootDir.path();
-    options.ftpPort = options.infoPort = options.snPort = options.discoveryPort = 0;
-    options.serialNumber = QStringLiteral("PB01SIM0001");
+    SimOptions options = DefaultSimOptions();
     options.ftpRate = rate;
     options.ftpDropAfter = dropAfter;
-    m_sim = std::make_unique<CncSimulator>(options);
-    QString error;
-    QVERIFY2(m_sim->Start(&error), qPrintable(error));
-    CamBaseTextHelper::instance()->SetLocalSettingCache(
-        CamBaseTextHelper::SettingTypeLocal, QString::fromLatin1(g_strSettingFtpPortMapping), m_sim->FtpPort(), true);
-    MachinePortMap::Set(30001, m_sim->InfoPort());
-    MachinePortMap::Set(5002, m_sim->SnPort());
-}
-
-void TestFilePage::ConnectWorkspace()
-{
-    m_workspace = std::make_unique<Workspace>();
-    m_workspace->resize(1400, 900);
-    m_workspace->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_workspace.get()));
-    FileManager* manager = m_workspace->GetFileManager();
-    manager->LocalPanel()->OpenFolder(m_localDir.path());
-    m_workspace->ConnectToMachine(Ip, QStringLiteral("PB01SIM0001"));
-    QTRY_VERIFY_WITH_TIMEOUT(manager->IsConnected(), 10000);
-    QTRY_COMPARE_WITH_TIMEOUT(manager->MachinePanel()->CurrentPath(), QStringLiteral("/"), 10000);
-    QTRY_VERIFY_WITH_TIMEOUT(!MachineNames().contains(QStringLiteral("加载中...")), 10000);
-}
-
-QStringList TestFilePage::MachineNames() const
-{
-    QStringList names;
-    const QAbstractItemModel* model = m_workspace->GetFileManager()->MachinePanel()->TreeView()->model();
-    for (int row = 0; row < model->rowCount(); ++row)
-        names.append(model->index(row, 0).data(FileItemRole::Name).toString());
-    return names;
+    SimWorkspaceFixture::StartSimulator(options);
 }
 
 bool TestFilePage::HasLine(const QString& text, const QColor& color) const

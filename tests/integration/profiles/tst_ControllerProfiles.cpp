@@ -7,6 +7,7 @@
 #include "MachinePortMap.h"
 #include "SimFtpServer.h"
 #include "SimMachine.h"
+#include "SimWorkspaceFixture.h"
 #include "filepanel/FileItemRoles.h"
 #include "filepanel/FileManager.h"
 #include "filepanel/FileSelectPanel.h"
@@ -21,7 +22,6 @@
 
 #include <QApplication>
 #include <QDir>
-#include <QRandomGenerator>
 #include <QStandardItemModel>
 #include <QTemporaryDir>
 #include <QTest>
@@ -30,32 +30,11 @@
 namespace {
 const QString Ip = QStringLiteral("127.0.0.1");
 const QColor Red(220, 50, 50);
-
-QByteArray RandomBytes(int size)
-{
-    QByteArray bytes(size, '\0');
-    for (char& byte : bytes)
-        byte = char(QRandomGenerator::global()->bounded(256));
-    return bytes;
-}
-
-void Write(const QString& path, const QByteArray& bytes)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
-}
-
-QByteArray Read(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 } // namespace
 
 // The workspace's file page against cnc-sim in the controller profiles: what the operator does,
 // and what arrives on either disk, in the transfer list and in the log.
-class TestControllerProfiles : public QObject
+class TestControllerProfiles : public QObject, public SimWorkspaceFixture
 {
     Q_OBJECT
 
@@ -73,44 +52,25 @@ private Q_SLOTS:
 
 private:
     void StartSimulator(const QStringList& switches);
-    void ConnectWorkspace();
-    QString MachineFile(const QString& name) const { return QDir(m_rootDir.path()).filePath(name); }
-    QString LocalFile(const QString& name) const { return QDir(m_localDir.path()).filePath(name); }
-    QStringList MachineNames() const;
     int RowState(const QString& machinePath, bool upload) const;
     bool LogContains(const QString& text, const QColor& color) const;
-
-    QTemporaryDir m_configDir;
-    QTemporaryDir m_rootDir;
-    QTemporaryDir m_localDir;
-    std::unique_ptr<CncSimulator> m_sim;
-    std::unique_ptr<Workspace> m_workspace;
 };
 
 void TestControllerProfiles::initTestCase()
 {
-    qputenv("KORV_CONFIG_DIR", m_configDir.path().toUtf8());
-    CVarnokMessageBox::SetTestResponder([](const StructMsgBoxRequest&) {
-        return StructMsgBoxAnswer{MsgButtonYes, false};
-    });
-    CamBaseTextHelper::instance()->SetLocalSettingCache(
-        CamBaseTextHelper::SettingTypeLocal, QString::fromLatin1(g_strSettingFtpConnectTimeoutMs), 2000, true);
+    SetUpFixture();
 }
 
 void TestControllerProfiles::init()
 {
-    for (QDir dir : {QDir(m_rootDir.path()), QDir(m_localDir.path())}) {
-        for (const QString& name : dir.entryList(QDir::Files | QDir::Hidden))
-            dir.remove(name);
-    }
+    ResetFixture();
     FtpSettings::SetNameEncodingFor(Ip, "UTF-8");
     FtpNameRules::Save(Ip, FtpNameRules());
 }
 
 void TestControllerProfiles::cleanup()
 {
-    m_workspace.reset();
-    m_sim.reset();
+    TearDownFixture();
 }
 
 void TestControllerProfiles::StartSimulator(const QStringList& switches)
@@ -118,39 +78,11 @@ void TestControllerProfiles::StartSimulator(const QStringList& switches)
     SimOptions options;
     QString error;
     QVERIFY2(SimOptions::Parse(QStringList{"cnc-sim", "--root", m_rootDir.path(), "--ftp-port", "0", "--info-port", "0",
-                                           "--sn-port", "0", "--discovery-port", "0", "--sn", "PB01SIM0001"} +
+                                           "--sn-port", "0", "--discovery-port", "0", "--sn", kSn} +
                                    switches,
                                &options, &error),
              qPrintable(error));
-    m_sim = std::make_unique<CncSimulator>(options);
-    QVERIFY2(m_sim->Start(&error), qPrintable(error));
-    CamBaseTextHelper::instance()->SetLocalSettingCache(
-        CamBaseTextHelper::SettingTypeLocal, QString::fromLatin1(g_strSettingFtpPortMapping), m_sim->FtpPort(), true);
-    MachinePortMap::Set(30001, m_sim->InfoPort());
-    MachinePortMap::Set(5002, m_sim->SnPort());
-}
-
-void TestControllerProfiles::ConnectWorkspace()
-{
-    m_workspace = std::make_unique<Workspace>();
-    m_workspace->resize(1400, 900);
-    m_workspace->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_workspace.get()));
-    FileManager* manager = m_workspace->GetFileManager();
-    manager->LocalPanel()->OpenFolder(m_localDir.path());
-    m_workspace->ConnectToMachine(Ip, QStringLiteral("PB01SIM0001"));
-    QTRY_VERIFY_WITH_TIMEOUT(manager->IsConnected(), 10000);
-    QTRY_COMPARE_WITH_TIMEOUT(manager->MachinePanel()->CurrentPath(), QStringLiteral("/"), 10000);
-    QTRY_VERIFY_WITH_TIMEOUT(!MachineNames().contains(QStringLiteral("加载中...")), 10000);
-}
-
-QStringList TestControllerProfiles::MachineNames() const
-{
-    QStringList names;
-    const QAbstractItemModel* model = m_workspace->GetFileManager()->MachinePanel()->TreeView()->model();
-    for (int row = 0; row < model->rowCount(); ++row)
-        names.append(model->index(row, 0).data(FileItemRole::Name).toString());
-    return names;
+    SimWorkspaceFixture::StartSimulator(options);
 }
 
 int TestControllerProfiles::RowState(const QString& machinePath, bool upload) const

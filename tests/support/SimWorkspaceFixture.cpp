@@ -1,0 +1,114 @@
+#include "SimWorkspaceFixture.h"
+
+#include "CamBaseTextHelper.h"
+#include "KorvBaseGlobals.h"
+#include "MachinePortMap.h"
+#include "filepanel/FileItemRoles.h"
+#include "filepanel/FileManager.h"
+#include "filepanel/FileSelectPanel.h"
+#include "filepanel/FileTreeView.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QRandomGenerator>
+#include <QTest>
+
+QByteArray SimWorkspaceFixture::RandomBytes(int size)
+{
+    QByteArray bytes(size, '\0');
+    for (char& byte : bytes)
+        byte = char(QRandomGenerator::global()->bounded(256));
+    return bytes;
+}
+
+void SimWorkspaceFixture::Write(const QString& path, const QByteArray& bytes)
+{
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+}
+
+QByteArray SimWorkspaceFixture::Read(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void SimWorkspaceFixture::SetUpFixture()
+{
+    qputenv("KORV_CONFIG_DIR", m_configDir.path().toUtf8());
+    CVarnokMessageBox::SetTestResponder([this](const StructMsgBoxRequest& request) {
+        m_listBoxes.append(request);
+        return StructMsgBoxAnswer{request.iButtons & MsgButtonYes ? m_iAnswer : MsgButtonConfirm, false};
+    });
+    CamBaseTextHelper::instance()->SetLocalSettingCache(
+        CamBaseTextHelper::SettingTypeLocal, QString::fromLatin1(g_strSettingFtpConnectTimeoutMs), 2000, true);
+}
+
+void SimWorkspaceFixture::ResetFixture()
+{
+    m_listBoxes.clear();
+    m_iAnswer = MsgButtonYes;
+    for (const QString& root : {m_rootDir.path(), m_localDir.path()}) {
+        QDir dir(root);
+        for (const QString& name : dir.entryList(QDir::Files | QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot))
+            QFileInfo(dir.filePath(name)).isDir() ? QDir(dir.filePath(name)).removeRecursively() : dir.remove(name);
+    }
+}
+
+void SimWorkspaceFixture::TearDownFixture()
+{
+    m_workspace.reset();
+    m_sim.reset();
+}
+
+SimOptions SimWorkspaceFixture::DefaultSimOptions() const
+{
+    SimOptions options;
+    options.rootDir = m_rootDir.path();
+    options.ftpPort = options.infoPort = options.snPort = options.discoveryPort = 0;
+    options.serialNumber = QString::fromLatin1(kSn);
+    return options;
+}
+
+void SimWorkspaceFixture::StartSimulator(const SimOptions& options)
+{
+    m_sim = std::make_unique<CncSimulator>(options);
+    QString error;
+    QVERIFY2(m_sim->Start(&error), qPrintable(error));
+    CamBaseTextHelper::instance()->SetLocalSettingCache(
+        CamBaseTextHelper::SettingTypeLocal, QString::fromLatin1(g_strSettingFtpPortMapping), m_sim->FtpPort(), true);
+    MachinePortMap::Set(30001, m_sim->InfoPort());
+    MachinePortMap::Set(5002, m_sim->SnPort());
+}
+
+void SimWorkspaceFixture::ShowWorkspace()
+{
+    m_workspace = std::make_unique<Workspace>();
+    m_workspace->resize(1400, 900);
+    m_workspace->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_workspace.get()));
+    m_workspace->GetFileManager()->LocalPanel()->OpenFolder(m_localDir.path());
+}
+
+void SimWorkspaceFixture::ConnectWorkspace()
+{
+    ShowWorkspace();
+    if (QTest::currentTestFailed())
+        return;
+    FileManager* manager = m_workspace->GetFileManager();
+    m_workspace->ConnectToMachine(QString::fromLatin1(kIp), QString::fromLatin1(kSn));
+    QTRY_VERIFY_WITH_TIMEOUT(manager->IsConnected(), 10000);
+    QTRY_COMPARE_WITH_TIMEOUT(manager->MachinePanel()->CurrentPath(), QStringLiteral("/"), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(!MachineNames().contains(QStringLiteral("加载中...")), 10000);
+}
+
+QStringList SimWorkspaceFixture::MachineNames() const
+{
+    QStringList names;
+    const QAbstractItemModel* model = m_workspace->GetFileManager()->MachinePanel()->TreeView()->model();
+    for (int row = 0; row < model->rowCount(); ++row)
+        names.append(model->index(row, 0).data(FileItemRole::Name).toString());
+    return names;
+}
