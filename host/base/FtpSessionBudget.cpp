@@ -10,8 +10,10 @@ constexpr auto kStopPoll = std::chrono::milliseconds(100);
 
 FtpSessionBudget& FtpSessionBudget::Instance()
 {
-    static FtpSessionBudget budget;
-    return budget;
+    // Never destroyed: a task still finishing on a pool thread at exit may release its login after
+    // static destructors have run.
+    static FtpSessionBudget* budget = new FtpSessionBudget;
+    return *budget;
 }
 
 bool FtpSessionBudget::Acquire(const QString& host, const std::function<bool()>& stop)
