@@ -12,7 +12,6 @@
 #include <QUrl>
 #include <cctype>
 #include <curl/curl.h>
-#include <mutex>
 #include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
@@ -170,14 +169,20 @@ private:
 // opened it and may be closed while another session performs, so the close-socket callback
 // asks this rather than trusting the pointer registered with the connection.
 thread_local FtpSession* t_pPerformingSession = nullptr;
+
+// libcurl, and the TLS library under it, are set up as this library loads: on the loading thread and
+// before any thread pool exists. The TLS library's exit handler then runs after the pool's threads
+// have been joined; registered later, it freed the thread data that those threads free again as they end.
+const struct CurlGlobalInit
+{
+    CurlGlobalInit() { curl_global_init(CURL_GLOBAL_DEFAULT); }
+} g_curlGlobalInit;
 } // namespace
 
 FtpSession::FtpSession(const QString& host, int port, const FtpSettings& settings, StopCheck stopCheck)
     : m_strHost(host), m_iPort(port), m_settings(settings), m_stopCheck(std::move(stopCheck)),
       m_errorBuffer(CURL_ERROR_SIZE + 1, '\0')
 {
-    static std::once_flag initOnce;
-    std::call_once(initOnce, [] { curl_global_init(CURL_GLOBAL_DEFAULT); });
     CURL* curl = curl_easy_init();
     m_pCurl = curl;
     m_pMulti = curl_multi_init();
