@@ -4,15 +4,15 @@
 
 namespace {
 // "name:size" for a file, "name/" for a folder.
-QList<SyncEntry> Entries(const QStringList& specs)
+QList<SyncEntry> Entries(const QStringList& rows)
 {
     QList<SyncEntry> entries;
-    for (const QString& spec : specs) {
-        if (spec.endsWith(QLatin1Char('/'))) {
-            entries.append({spec.chopped(1), 0, QDateTime(), true});
+    for (const QString& row : rows) {
+        if (row.endsWith(QLatin1Char('/'))) {
+            entries.append({row.chopped(1), 0, QDateTime(), true});
             continue;
         }
-        const QStringList parts = spec.split(QLatin1Char(':'));
+        const QStringList parts = row.split(QLatin1Char(':'));
         // Times differ on purpose: they must never decide.
         entries.append(
             {parts.at(0), parts.at(1).toLongLong(), QDateTime::currentDateTime().addSecs(entries.size()), false});
