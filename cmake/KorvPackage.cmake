@@ -3,7 +3,7 @@
 
 # The host's own libraries are private to korv: they live beside its plug-ins, not in the
 # system library folder, and every binary finds them through a RUNPATH relative to itself.
-set(korv_private_libraries KorvBase KorvPlugin KorvControls KorvView3D)
+set(korv_private_libraries KorvBase KorvPlugin KorvControls KorvView3D WorkbenchCore)
 set_target_properties(${korv_private_libraries} PROPERTIES INSTALL_RPATH "$ORIGIN")
 set_target_properties(korv PROPERTIES INSTALL_RPATH "$ORIGIN/${KORV_PRIVATE_LIBDIR_FROM_BINDIR}")
 set_target_properties(CamPluginFile PROPERTIES INSTALL_RPATH "$ORIGIN/${KORV_PRIVATE_LIBDIR_FROM_PLUGINDIR}")

@@ -1,7 +1,6 @@
 #include "DownloadToLocal.h"
 
 #include "FtpSession.h"
-#include "KorvBaseGlobals.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -24,7 +23,6 @@ bool DownloadToLocal::Execute(FtpSession& session, QString* message)
         return false;
     }
     qint64 total = 0;
-    g_bTranslating = true;
     const bool bOk = session.Download(RemotePathFromUrl(), &part, [this, &total](qint64 done, qint64 size) {
         total = size;
         ReportProgress(done, size);

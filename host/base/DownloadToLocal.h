@@ -5,7 +5,6 @@
 // Downloads the remote file named by the URL to localPath. The bytes go to a hidden
 // temporary file beside the target, which replaces the target only when complete; a
 // failed or stopped download leaves an existing target untouched and no partial file.
-// Sets g_bTranslating while it runs; the owner clears it after its last transfer.
 class KORVBASE_EXPORT DownloadToLocal : public FtpTaskThread
 {
     Q_OBJECT

@@ -56,6 +56,11 @@ bool FileTransferClient::isConnected() const
     return m_state == State::Connected;
 }
 
+bool FileTransferClient::isConnecting() const
+{
+    return m_state == State::Connecting;
+}
+
 bool FileTransferClient::GetMachineInfo()
 {
     return SendRequest(MsgGetMachineInfoReq, MsgGetMachineInfoRes);

@@ -26,6 +26,8 @@ public:
 
     bool connectToMachine(const QString& ip, quint16 port);
     bool isConnected() const;
+    // A connect was asked for and has not answered yet.
+    bool isConnecting() const;
     bool GetMachineInfo();
     bool GetMachineRealTimeData();
     // Machine commands; each ends in one SignalCommandFinished. False when not sent.

@@ -4,7 +4,8 @@
 
 #include <atomic>
 
-// True while a host transfer task moves data; the GUI thread reads and clears it.
+// True while the workbench has a transfer of the connected machine running; set by the workbench
+// alone, read by anyone that must keep off the machine meanwhile.
 KORVBASE_EXPORT extern std::atomic<bool> g_bTranslating;
 
 // Names of the machine's network interfaces, as discovery replies report them.

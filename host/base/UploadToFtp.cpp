@@ -1,7 +1,6 @@
 #include "UploadToFtp.h"
 
 #include "FtpSession.h"
-#include "KorvBaseGlobals.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -28,7 +27,6 @@ bool UploadToFtp::Execute(FtpSession& session, QString* message)
         return false;
     }
     const qint64 size = file.size();
-    g_bTranslating = true;
     if (!CheckNewName(session, RemotePathFromUrl(), message))
         return false;
     // The file is written under a temporary name and renamed when complete, so that a cut

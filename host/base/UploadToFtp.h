@@ -4,7 +4,6 @@
 
 // Uploads localPath to the remote file named by the URL (an existing file is replaced):
 // first under a temporary name beside the target, then renamed over it.
-// Sets g_bTranslating while it runs; the owner clears it after its last transfer.
 class KORVBASE_EXPORT UploadToFtp : public FtpTaskThread
 {
     Q_OBJECT

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CommonDefine.h"
+#include "MachineEndpoint.h"
 #include "TaskOwner.h"
 
 #include <QColor>
@@ -43,6 +44,8 @@ public:
     State GetState() const { return m_eState; }
     QString Ip() const { return m_strIp; }
     QString Sn() const { return m_strSn; }
+    // The connected machine as one value; empty until the connection is established.
+    MachineEndpoint Endpoint() const { return m_endpoint; }
     int CheckFailCount() const { return m_nCheckFailCount; }
     bool IsCheckTimerActive() const;
     int RealTimeInterval() const { return m_nRealTimeInterval; }
@@ -77,6 +80,8 @@ Q_SIGNALS:
     void SignalFtpTestFinished(bool ok);
     // Fully established: the serial number is known and the host was told.
     void SignalConnected(const QString& ip, const QString& sn);
+    // The connected machine's endpoint changed (established, switched link, or ended: empty).
+    void SignalEndpointChanged(const MachineEndpoint& endpoint);
     // Every end of a connection or an attempt, including a failed connect.
     void SignalOffline();
     // The eighth failed check in a row ended the connection.
@@ -99,6 +104,8 @@ private:
     void OnMachineInfo(bool ok, const StructMachineSystemInfo& systemInfo, const StructMachineNetInfo& netInfo);
     void OnRealTimeData(bool ok, const StructRealTimeData& data);
     void StartRealTimePolling();
+    // After a recovery every client is live again: what dropped with the machine reconnects.
+    void ReviveClients();
     void PollRealTime();
     // Stops everything of the current attempt and forgets the machine.
     void TearDown();
@@ -110,6 +117,7 @@ private:
     quint64 m_nGeneration = 0;
     QString m_strIp;
     QString m_strSn;
+    MachineEndpoint m_endpoint;
     int m_nCheckFailCount = 0;
     int m_nCheckIntervalMs = 1000;
     int m_nSnTimeoutMs = 5000;

@@ -1,11 +1,11 @@
 #include "FolderSyncComparer.h"
 
-#include "DownloadToLocal.h"
+#include "MachineFileService.h"
+#include "MachineJob.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFutureWatcher>
-#include <QUrl>
 
 namespace {
 bool SameContent(const QString& first, const QString& second)
@@ -22,21 +22,29 @@ bool SameContent(const QString& first, const QString& second)
 }
 } // namespace
 
-FolderSyncComparer::FolderSyncComparer(QObject* parent) : QObject(parent) {}
+FolderSyncComparer::FolderSyncComparer(MachineFileService* files, QObject* parent)
+    : QObject(parent), m_pFiles(files)
+{
+}
 
 FolderSyncComparer::~FolderSyncComparer() = default;
 
 void FolderSyncComparer::Cancel()
 {
     ++m_nGeneration;
+    const QList<QPointer<MachineJob>> fetches = std::exchange(m_listFetches, {});
+    for (const QPointer<MachineJob>& job : fetches) {
+        if (job)
+            job->Cancel();
+    }
     m_tasks.RequestStopAll();
 }
 
-void FolderSyncComparer::Start(const QString& ip, const QString& localFolder, const QString& machineFolder,
-                               const QList<SyncConflict>& pairs)
+void FolderSyncComparer::Start(const MachineEndpoint& endpoint, const QString& localFolder,
+                               const QString& machineFolder, const QList<SyncConflict>& pairs)
 {
     Cancel();
-    m_strIp = ip;
+    m_endpoint = endpoint;
     m_strLocalFolder = localFolder;
     m_strMachineFolder = machineFolder;
     m_listPairs = pairs;
@@ -53,19 +61,14 @@ void FolderSyncComparer::StartNext()
         const int index = m_iNext++;
         const QString path =
             QDir::cleanPath(m_strMachineFolder + QLatin1Char('/') + m_listPairs.at(index).machine.strRelPath);
-        QUrl url;
-        url.setScheme(QStringLiteral("ftp"));
-        url.setHost(m_strIp);
-        url.setPort(21);
-        url.setPath(path);
-        auto* task =
-            new DownloadToLocal(QStringLiteral("ftp://%1:21%2").arg(m_strIp, path), url.toString(QUrl::FullyEncoded),
-                                m_pTempDir->filePath(QString::number(index)), nullptr);
+        MachineJob* job = m_pFiles->Fetch(m_endpoint, path, m_pTempDir->filePath(QString::number(index)));
         const quint64 generation = m_nGeneration;
-        connect(task, &FtpTaskThread::SignalTaskFinished, this,
-                [this, generation, index](bool ok, const QString&) { OnFetched(generation, index, ok); });
+        connect(job, &MachineJob::SignalResult, this, [this, generation, index](MachineJob* ended) {
+            OnFetched(generation, index, ended->GetResult() == MachineJob::Result::Succeeded);
+        });
+        m_listFetches.removeAll(nullptr);
+        m_listFetches.append(job);
         ++m_iRunning;
-        m_tasks.Start(task);
     }
     if (m_iRunning == 0) {
         m_pTempDir.reset();

@@ -4,11 +4,12 @@
 #include "CamBaseRegisterHelper.h"
 #include "CamBaseTextHelper.h"
 #include "CamBaseToolBitHelper.h"
-#include "CheckConnect.h"
 #include "FileTransferClient.h"
 #include "FtpConnection.h"
 #include "KorvBaseGlobals.h"
 #include "LogColors.h"
+#include "MachineTask.h"
+#include "MachineTaskFactory.h"
 #include "MachinePortMap.h"
 #include "SerialNumberReader.h"
 #include "WorkbenchLog.h"
@@ -16,10 +17,8 @@
 #include <QFutureWatcher>
 #include <QSettings>
 #include <QTimer>
-#include <QUrl>
 
 namespace {
-constexpr quint16 FtpPort = 21;
 constexpr quint16 InfoPort = 30001;
 constexpr quint16 SnPort = 5002;
 const QString MinSystemVersion = QStringLiteral("1.4.7");
@@ -108,7 +107,7 @@ quint64 MachineConnection::BeginAttempt(const QString& ip, const QString& sn)
 void MachineConnection::Connect(const QString& ip, const QString& sn, bool silent)
 {
     BeginAttempt(ip, sn);
-    qCDebug(lcWorkbench) << QStringLiteral("ftp://%1:%2%3").arg(ip, QString::number(FtpPort), QStringLiteral("/"));
+    qCDebug(lcWorkbench) << "connect to" << ip;
     Q_EMIT SignalAppendLog(tr("正在连接机床，请稍候..."), LogColors::Success);
     RunFtpTest(silent);
 }
@@ -177,6 +176,8 @@ void MachineConnection::Fail(const QString& text, bool showBox)
 
 void MachineConnection::Establish()
 {
+    m_endpoint = MachineEndpoint::For(m_strIp, m_strSn);
+    Q_EMIT SignalEndpointChanged(m_endpoint);
     SetState(State::Connected);
     CamBaseRegisterHelper::instance()->SetCurrentMachineConnectStatus(true, m_strIp, m_strSn);
     CamBaseTextHelper::instance()->SetLocalSettingCache(
@@ -230,15 +231,9 @@ void MachineConnection::CheckNow()
 {
     if (g_bTranslating || m_strIp.isEmpty())
         return;
-    QUrl url;
-    url.setScheme(QStringLiteral("ftp"));
-    url.setHost(m_strIp);
-    url.setPath(QStringLiteral("/"));
-    url.setPort(FtpPort);
-    auto* task = new CheckConnect(url.toString(), nullptr);
+    MachineTask* task = MachineTaskFactory::Default()->Check(MachineEndpoint::For(m_strIp, m_strSn));
     const quint64 generation = m_nGeneration;
-    connect(task, &FtpTaskThread::SignalTaskFinished, this,
-            [this, generation](bool ok, const QString&) { OnCheckResult(generation, ok); });
+    connect(task, &MachineTask::SignalFinished, this, [this, generation](bool ok) { OnCheckResult(generation, ok); });
     m_tasks.Start(task);
 }
 
@@ -253,6 +248,7 @@ void MachineConnection::OnCheckResult(quint64 generation, bool ok)
         }
         m_nCheckFailCount = 0;
         SetState(State::Connected);
+        ReviveClients();
         return;
     }
     if (m_nCheckFailCount >= MaxCheckFailures) {
@@ -304,12 +300,20 @@ void MachineConnection::TearDown()
     m_nCheckFailCount = 0;
     m_strIp.clear();
     m_strSn.clear();
+    if (m_endpoint.IsValid()) {
+        m_endpoint = MachineEndpoint();
+        Q_EMIT SignalEndpointChanged(m_endpoint);
+    }
     SetState(State::Disconnected);
 }
 
 void MachineConnection::SwitchIp(const QString& ip)
 {
     m_strIp = ip;
+    if (m_endpoint.IsValid()) {
+        m_endpoint = MachineEndpoint::For(m_strIp, m_strSn);
+        Q_EMIT SignalEndpointChanged(m_endpoint);
+    }
     Q_EMIT SignalAppendLog(tr("机床切换为Type-C连接，IP: %1, SN: %2").arg(m_strIp, m_strSn), LogColors::Success);
 }
 
@@ -333,6 +337,20 @@ void MachineConnection::StartRealTimePolling()
         m_pRealTimeTimer->start(m_nRealTimeInterval);
     else
         m_pRealTimeClient->connectToMachine(m_strIp, InfoPort);
+}
+
+void MachineConnection::ReviveClients()
+{
+    if (m_eState != State::Connected)
+        return;
+    if (m_pRealTimeClient->isConnected()) {
+        if (!m_pRealTimeTimer->isActive())
+            m_pRealTimeTimer->start(m_nRealTimeInterval);
+    } else if (!m_pRealTimeClient->isConnecting()) {
+        m_pRealTimeClient->connectToMachine(m_strIp, InfoPort);
+    }
+    if (!m_pInfoClient->isConnected() && !m_pInfoClient->isConnecting())
+        m_pInfoClient->connectToMachine(m_strIp, InfoPort);
 }
 
 void MachineConnection::PollRealTime()

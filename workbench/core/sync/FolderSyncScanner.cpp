@@ -1,10 +1,10 @@
 #include "FolderSyncScanner.h"
 
-#include "ListFtpDirectory.h"
+#include "MachineTask.h"
+#include "MachineTaskFactory.h"
 
 #include <QDirIterator>
 #include <QFutureWatcher>
-#include <QUrl>
 
 namespace {
 QList<SyncEntry> WalkLocal(const QString& folder, bool bRecursive, const TaskOwner::StopCheck& stop)
@@ -41,12 +41,12 @@ void FolderSyncScanner::Cancel()
     m_tasks.RequestStopAll();
 }
 
-void FolderSyncScanner::Start(const QString& ip, const QString& localFolder, const QString& machineFolder,
-                              bool bRecursive)
+void FolderSyncScanner::Start(const MachineEndpoint& endpoint, const QString& localFolder,
+                              const QString& machineFolder, bool bRecursive)
 {
     Cancel();
     const quint64 generation = m_nGeneration;
-    m_strIp = ip;
+    m_endpoint = endpoint;
     m_strMachineFolder = machineFolder;
     m_bRecursive = bRecursive;
     m_bLocalDone = m_bMachineDone = m_bFailed = false;
@@ -81,21 +81,11 @@ void FolderSyncScanner::ListNextMachineFolder()
     }
     const QString rel = m_listPendingFolders.takeFirst();
     const QString path = JoinMachinePath(m_strMachineFolder, rel);
-    QUrl url;
-    url.setScheme(QStringLiteral("ftp"));
-    url.setHost(m_strIp);
-    url.setPort(21);
-    url.setPath(path);
-    auto* task = new ListFtpDirectory(QStringLiteral("ftp://%1:21%2").arg(m_strIp, path),
-                                      url.toString(QUrl::FullyEncoded), path, nullptr);
+    MachineTask* task = MachineTaskFactory::Default()->List(m_endpoint, path);
     const quint64 generation = m_nGeneration;
-    auto entries = std::make_shared<QList<FtpFileInfo>>();
-    connect(task, &ListFtpDirectory::SignalListFileFinished, this,
-            [entries](bool, const QList<FtpFileInfo>& listed) { *entries = listed; });
-    connect(task, &FtpTaskThread::SignalTaskFinished, this,
-            [this, generation, rel, entries](bool ok, const QString& error) {
-                OnMachineListed(generation, rel, ok, *entries, error);
-            });
+    connect(task, &MachineTask::SignalFinished, this, [this, generation, rel, task](bool ok, const QString& error) {
+        OnMachineListed(generation, rel, ok, task->Entries(), error);
+    });
     m_tasks.Start(task);
 }
 

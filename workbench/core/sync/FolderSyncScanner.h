@@ -1,6 +1,7 @@
 #pragma once
 
 #include "FolderSyncPlan.h"
+#include "MachineEndpoint.h"
 #include "MachineRecords.h"
 #include "TaskOwner.h"
 
@@ -19,7 +20,8 @@ public:
     explicit FolderSyncScanner(QObject* parent = nullptr);
     ~FolderSyncScanner() override;
 
-    void Start(const QString& ip, const QString& localFolder, const QString& machineFolder, bool bRecursive);
+    void Start(const MachineEndpoint& endpoint, const QString& localFolder, const QString& machineFolder,
+               bool bRecursive);
     void Cancel();
 
 Q_SIGNALS:
@@ -32,7 +34,7 @@ private:
     void FinishIfDone();
 
     quint64 m_nGeneration = 0;
-    QString m_strIp;
+    MachineEndpoint m_endpoint;
     QString m_strMachineFolder;
     bool m_bRecursive = false;
     bool m_bLocalDone = false;

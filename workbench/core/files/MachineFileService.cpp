@@ -1,0 +1,622 @@
+#include "MachineFileService.h"
+
+#include "CDebugLog.h"
+#include "CamBaseTextHelper.h"
+#include "CompositeJob.h"
+#include "LogColors.h"
+#include "MachineTask.h"
+#include "MachineTaskFactory.h"
+#include "TaskJob.h"
+
+#include <QDateTime>
+#include <QDebug>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSet>
+#include <QStandardPaths>
+
+namespace {
+const QString UploadSuffix = QStringLiteral("*Upload");
+const QString DownloadSuffix = QStringLiteral("*Download");
+const QString AutoCamMachineFolder = QStringLiteral("/FromLunarcHub/");
+
+QString LastPart(const QString& path)
+{
+    return path.mid(path.lastIndexOf(QLatin1Char('/')) + 1);
+}
+
+QString FolderOf(const QString& machinePath)
+{
+    const int cut = machinePath.lastIndexOf(QLatin1Char('/'));
+    return cut <= 0 ? QStringLiteral("/") : machinePath.left(cut);
+}
+
+bool IsAllowedType(const QString& path)
+{
+    return MachineFileSuffixList.contains(QFileInfo(path).suffix().toLower());
+}
+
+int ConfiguredMaxTransfers()
+{
+    return CamBaseTextHelper::instance()
+        ->GetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal, QString::fromLatin1(g_strSettingFtpMaxTransfers),
+                               MachineFileService::DefaultMaxTransfers)
+        .toInt();
+}
+} // namespace
+
+struct MachineFileService::Transfer
+{
+    MachineEndpoint endpoint;
+    TransferItem item;
+    QString strUrl;
+    QString strKey;
+    bool bSilent = false; // a private fetch: no row, no log line
+    QPointer<TaskJob> job;
+    TransferActivity::Hold hold;
+
+    QString DisplayName() const
+    {
+        return LastPart(QDir::fromNativeSeparators(item.bUpload ? item.strLocalPath : item.strMachinePath));
+    }
+};
+
+MachineFileService::MachineFileService(QObject* parent)
+    : QObject(parent), m_pFactory(MachineTaskFactory::Default()), m_pActivity(new TransferActivity(this)),
+      m_tasks(3000)
+{
+    RegisterWorkbenchMetaTypes();
+    RegisterTanslateInfoMetaType();
+    SetMaxTransfers(ConfiguredMaxTransfers());
+    m_strAutoCamFolder =
+        QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation) + QStringLiteral("/AutoCamFiles");
+}
+
+MachineFileService::~MachineFileService()
+{
+    m_tasks.StopAll();
+}
+
+void MachineFileService::SetEndpoint(const MachineEndpoint& endpoint)
+{
+    m_endpoint = endpoint;
+    m_pActivity->SetConnectedIp(endpoint.strIp);
+}
+
+MachineJob* MachineFileService::Refuse(const QString& reason, bool bNotice)
+{
+    CDebugLog::AddLog(reason);
+    Q_EMIT SignalAppendLog(reason, LogColors::Warning);
+    if (bNotice)
+        Q_EMIT SignalNotice(reason);
+    return MachineJob::MakeRefused(reason, this);
+}
+
+QString MachineFileService::CheckConnected(const MachineEndpoint& endpoint) const
+{
+    return endpoint.IsValid() ? QString() : tr("当前未与机床进行连接！");
+}
+
+bool MachineFileService::HitsRunningProgram(const QString& machinePath, bool bFolder) const
+{
+    if (m_strRunningProgram.isEmpty())
+        return false;
+    if (m_strRunningProgram.contains(QLatin1Char('/'))) {
+        const QString program = QDir::cleanPath(QLatin1Char('/') + m_strRunningProgram);
+        const QString path = QDir::cleanPath(machinePath);
+        return bFolder ? (path == QStringLiteral("/") || program.startsWith(path + QLatin1Char('/'))) : program == path;
+    }
+    // The machine names the program without its folder: any file of that name is held back.
+    return !bFolder && LastPart(machinePath) == m_strRunningProgram;
+}
+
+bool MachineFileService::IsPathBusy(const MachineEndpoint& endpoint, const QString& path, bool bFolder) const
+{
+    const QString url = MachineTaskFactory::Url(endpoint, path);
+    for (const QList<std::shared_ptr<Transfer>>* list : {&m_listRunning, &m_listWaiting}) {
+        for (const std::shared_ptr<Transfer>& transfer : *list) {
+            if (transfer->strUrl == url || (bFolder && transfer->strUrl.startsWith(url + QLatin1Char('/'))))
+                return true;
+        }
+    }
+    return false;
+}
+
+QString MachineFileService::CheckTransfer(const MachineEndpoint& endpoint, const TransferItem& item) const
+{
+    const QString name = LastPart(QDir::fromNativeSeparators(item.bUpload ? item.strLocalPath : item.strMachinePath));
+    if (item.bUpload) {
+        const QString rule = endpoint.nameRules.Violation(name);
+        if (!rule.isEmpty())
+            return rule;
+    }
+    if (!IsAllowedType(name))
+        return tr("文件类型不符合要求：%1").arg(name);
+    if (name.startsWith(QLatin1Char('.')))
+        return tr("当前选择上传的文件名称以\".\"开头，请更改名称后重试！");
+    // A name from the machine becomes a local path: it must not climb out of the folder.
+    if (!item.bUpload && (name == QLatin1String("..") || name.contains(QLatin1Char('\\'))))
+        return tr("机床文件名称不能用作本地文件名：%1").arg(name);
+    if (IsPathBusy(endpoint, item.strMachinePath, false))
+        return tr("当前文件正在被操作：%1").arg(item.strMachinePath);
+    if (item.bUpload && HitsRunningProgram(item.strMachinePath, false))
+        return tr("机床正在运行程序%1，不能覆盖、删除或重命名：%2").arg(m_strRunningProgram, item.strMachinePath);
+    return QString();
+}
+
+QString MachineFileService::CheckChange(const QString& path, bool bFolder, RequestOrigin origin) const
+{
+    // The status page's file list stays away from the machine's files while anything moves.
+    if (origin == RequestOrigin::StatusPage && IsBusy())
+        return tr("当前FTP正在进行文件传输，请稍后再试");
+    if (IsPathBusy(m_endpoint, path, bFolder))
+        return bFolder ? tr("当前文件夹正在被操作：%1").arg(path) : tr("当前文件正在被操作：%1").arg(path);
+    if (HitsRunningProgram(path, bFolder))
+        return tr("机床正在运行程序%1，不能覆盖、删除或重命名：%2").arg(m_strRunningProgram, path);
+    return QString();
+}
+
+MachineJob* MachineFileService::Upload(const MachineEndpoint& endpoint, const QString& localPath,
+                                       const QString& machinePath, OperationType operation, RequestOrigin origin)
+{
+    return Transfer(endpoint, {TransferItem{true, localPath, machinePath, operation}}, origin);
+}
+
+MachineJob* MachineFileService::Download(const MachineEndpoint& endpoint, const QString& localPath,
+                                         const QString& machinePath, RequestOrigin origin)
+{
+    return Transfer(endpoint, {TransferItem{false, localPath, machinePath, OperationCopy}}, origin);
+}
+
+MachineJob* MachineFileService::Transfer(const MachineEndpoint& endpoint, const QList<TransferItem>& items,
+                                         RequestOrigin origin, bool bOverwriteDecided)
+{
+    const QString unconnected = CheckConnected(endpoint);
+    if (!unconnected.isEmpty())
+        return Refuse(unconnected, true);
+    QList<TransferItem> accepted;
+    QString firstReason;
+    for (const TransferItem& item : items) {
+        const QString reason = CheckTransfer(endpoint, item);
+        if (reason.isEmpty()) {
+            accepted.append(item);
+            continue;
+        }
+        CDebugLog::AddLog(reason);
+        Q_EMIT SignalAppendLog(reason, LogColors::Warning);
+        if (firstReason.isEmpty())
+            firstReason = reason;
+    }
+    if (accepted.isEmpty()) {
+        // Every file of the batch was refused: the user hears why once.
+        if (origin != RequestOrigin::Sync)
+            Q_EMIT SignalNotice(firstReason);
+        return MachineJob::MakeRefused(firstReason, this);
+    }
+    auto* batch = new CompositeJob(this);
+    if (bOverwriteDecided || origin == RequestOrigin::Retry || !m_fnAskOverwrite)
+        Enqueue(endpoint, accepted, batch);
+    else
+        AskOverwrite(endpoint, accepted, batch);
+    return batch;
+}
+
+void MachineFileService::AskOverwrite(const MachineEndpoint& endpoint, const QList<TransferItem>& items,
+                                      CompositeJob* batch)
+{
+    QList<OverwriteEntry> existing;
+    for (const TransferItem& item : items) {
+        const QFileInfo local(item.strLocalPath);
+        if (!item.bUpload && local.exists())
+            existing.append({false, item.strLocalPath, -1, {}, local.size(), local.lastModified()});
+    }
+    const QPointer<CompositeJob> guard(batch);
+    CollectMachineTargets(endpoint, items, batch, [=](bool ok, QList<OverwriteEntry> targets) mutable {
+        if (!guard || guard->IsFinished())
+            return;
+        if (!ok) {
+            const QString reason = tr("无法读取机床文件夹，未传输任何文件");
+            CDebugLog::AddLog(reason);
+            Q_EMIT SignalAppendLog(reason, LogColors::Failure);
+            guard->Cancel();
+            return;
+        }
+        existing += targets;
+        if (existing.isEmpty()) {
+            Enqueue(endpoint, items, guard);
+            return;
+        }
+        m_fnAskOverwrite(existing, [this, guard, endpoint, items](bool bReplace) {
+            if (!guard || guard->IsFinished())
+                return;
+            if (bReplace) {
+                Enqueue(endpoint, items, guard);
+                return;
+            }
+            CDebugLog::AddLog(QStringLiteral("用户取消覆盖，未传输任何文件"));
+            guard->Cancel();
+        });
+    });
+}
+
+void MachineFileService::CollectMachineTargets(const MachineEndpoint& endpoint, const QList<TransferItem>& items,
+                                               CompositeJob* batch,
+                                               std::function<void(bool, QList<OverwriteEntry>)> done)
+{
+    // One listing per target folder tells which uploads would replace a machine file.
+    QHash<QString, QList<TransferItem>> byFolder;
+    for (const TransferItem& item : items) {
+        if (item.bUpload)
+            byFolder[FolderOf(item.strMachinePath)].append(item);
+    }
+    if (byFolder.isEmpty()) {
+        done(true, {});
+        return;
+    }
+    struct Pending
+    {
+        int iLeft = 0;
+        bool bOk = true;
+        QList<OverwriteEntry> entries;
+        std::function<void(bool, QList<OverwriteEntry>)> done;
+    };
+    auto pending = std::make_shared<Pending>();
+    pending->iLeft = int(byFolder.size());
+    pending->done = std::move(done);
+    const bool bCaseInsensitive = endpoint.nameRules.bCaseInsensitive;
+    for (auto it = byFolder.cbegin(); it != byFolder.cend(); ++it) {
+        const QString folder = it.key();
+        const QList<TransferItem> folderItems = it.value();
+        auto* listing = new TaskJob(
+            &m_tasks, [this, endpoint, folder]() { return m_pFactory->List(endpoint, folder); }, batch);
+        connect(listing, &TaskJob::SignalTaskEnded, this, [pending, listing, folderItems, bCaseInsensitive](bool ok) {
+            pending->bOk = pending->bOk && ok;
+            const Qt::CaseSensitivity sensitivity = bCaseInsensitive ? Qt::CaseInsensitive : Qt::CaseSensitive;
+            for (const TransferItem& item : folderItems) {
+                const QString name = LastPart(item.strMachinePath);
+                for (const FtpFileInfo& entry : listing->Entries()) {
+                    if (entry.isDir() || entry.name.compare(name, sensitivity) != 0)
+                        continue;
+                    const QFileInfo local(item.strLocalPath);
+                    pending->entries.append({true, item.strMachinePath, local.size(), local.lastModified(),
+                                             entry.size, entry.time});
+                }
+            }
+            if (--pending->iLeft == 0)
+                pending->done(pending->bOk, pending->entries);
+        });
+        listing->Start();
+    }
+}
+
+void MachineFileService::Enqueue(const MachineEndpoint& endpoint, const QList<TransferItem>& items,
+                                 CompositeJob* batch, bool bSilent)
+{
+    for (const TransferItem& item : items) {
+        // The question may have taken a while: another request can have taken the path meanwhile.
+        if (IsPathBusy(endpoint, item.strMachinePath, false)) {
+            Q_EMIT SignalAppendLog(tr("当前文件正在被操作：%1").arg(item.strMachinePath), LogColors::Warning);
+            continue;
+        }
+        auto transfer = std::make_shared<Transfer>();
+        transfer->endpoint = endpoint;
+        transfer->item = item;
+        transfer->strUrl = MachineTaskFactory::Url(endpoint, item.strMachinePath);
+        transfer->strKey = transfer->strUrl + (item.bUpload ? UploadSuffix : DownloadSuffix);
+        transfer->bSilent = bSilent;
+        transfer->hold = m_pActivity->Begin(endpoint.strIp);
+        const std::weak_ptr<Transfer> weak = transfer;
+        transfer->job = new TaskJob(
+            &m_tasks,
+            [this, weak]() -> MachineTask* {
+                const std::shared_ptr<Transfer> t = weak.lock();
+                return t->item.bUpload
+                           ? m_pFactory->Upload(t->endpoint, t->item.strLocalPath, t->item.strMachinePath)
+                           : m_pFactory->Download(t->endpoint, t->item.strMachinePath, t->item.strLocalPath);
+            },
+            batch);
+        connect(transfer->job, &MachineJob::SignalProgress, this, [this, weak](qint64 done, qint64 total) {
+            if (const std::shared_ptr<Transfer> t = weak.lock(); t && !t->bSilent)
+                Report(*t, TanslateInfo::StateRunning, done, total);
+        });
+        connect(transfer->job, &TaskJob::SignalTaskEnded, this, [this, transfer](bool ok, const QString& message) {
+            OnTransferEnded(transfer, ok, message);
+        });
+        connect(transfer->job, &TaskJob::SignalCancelledWaiting, this, [this, transfer]() {
+            m_listWaiting.removeAll(transfer);
+            if (!transfer->bSilent)
+                Report(*transfer, TanslateInfo::StateFailed, 0, 0);
+            transfer->hold.reset();
+            if (!IsBusy())
+                AfterLastTransfer();
+        });
+        batch->AddSubjob(transfer->job);
+        m_listWaiting.append(transfer);
+        if (!bSilent && m_listRunning.size() >= m_iMaxTransfers)
+            Report(*transfer, TanslateInfo::StateWaiting, 0, 0);
+    }
+    batch->Seal();
+    StartWaiting();
+}
+
+void MachineFileService::StartWaiting()
+{
+    while (!m_listWaiting.isEmpty() && m_listRunning.size() < m_iMaxTransfers)
+        StartTransfer(m_listWaiting.takeFirst());
+}
+
+void MachineFileService::StartTransfer(const std::shared_ptr<Transfer>& transfer)
+{
+    m_listRunning.append(transfer);
+    const bool bUpload = transfer->item.bUpload;
+    if (!transfer->bSilent) {
+        qDebug() << (bUpload ? "upload file:" : "下载文件到:") << transfer->strUrl << transfer->item.strLocalPath;
+        Q_EMIT SignalAppendLog((bUpload ? tr("开始上传文件：%1") : tr("开始下载文件：%1")).arg(transfer->DisplayName()),
+                               LogColors::Plain);
+        Report(*transfer, TanslateInfo::StateRunning, 0, bUpload ? QFileInfo(transfer->item.strLocalPath).size() : 0);
+    }
+    transfer->job->Start();
+}
+
+void MachineFileService::OnTransferEnded(const std::shared_ptr<Transfer>& transfer, bool ok, const QString& message)
+{
+    m_listRunning.removeAll(transfer);
+    const TransferItem& item = transfer->item;
+    const bool bUpload = item.bUpload;
+    ApplyLearnedLoginLimit();
+    if (transfer->bSilent) {
+        transfer->hold.reset();
+        StartWaiting();
+        if (!IsBusy())
+            AfterLastTransfer();
+        return;
+    }
+    CDebugLog::AddLog(bUpload ? QStringLiteral("UploadToFtp result:%1, operation:%2, url:%3")
+                                    .arg(ok)
+                                    .arg(item.operation)
+                                    .arg(transfer->strUrl)
+                              : QStringLiteral("DownloadToLocal result:%1, url:%2").arg(ok).arg(transfer->strUrl));
+    if (ok && bUpload && !m_bNavigationWaiting)
+        Q_EMIT SignalUploaded(item.strMachinePath);
+    const qint64 size = QFileInfo(item.strLocalPath).size();
+    Report(*transfer, ok ? TanslateInfo::StateSucceeded : TanslateInfo::StateFailed, ok ? size : 0, size);
+    const QString name = transfer->DisplayName();
+    if (bUpload) {
+        Q_EMIT SignalAppendLog((ok ? tr("上传文件完成：%1") : tr("上传文件失败：%1")).arg(name),
+                               ok ? LogColors::Plain : LogColors::Failure);
+        CDebugLog::AddLog(QStringLiteral("FTP上传文件result：%1，operation %2").arg(ok).arg(item.operation));
+        if (item.operation == OperationCut)
+            FinishCut(*transfer, ok);
+    } else {
+        Q_EMIT SignalAppendLog((ok ? tr("下载文件完成：%1") : tr("下载文件失败：%1")).arg(name),
+                               ok ? LogColors::Plain : LogColors::Failure);
+        if (ok)
+            Q_EMIT SignalDownloaded(item.strLocalPath);
+    }
+    // The reason, so that the operator can tell a full disk from a lost machine.
+    if (!ok && !message.isEmpty()) {
+        CDebugLog::AddLog(message);
+        Q_EMIT SignalAppendLog(message, LogColors::Failure);
+    }
+    if (ok)
+        m_hashFailed.remove(transfer->strKey);
+    else
+        m_hashFailed.insert(transfer->strKey, item);
+    transfer->hold.reset();
+    StartWaiting();
+    if (!IsBusy())
+        AfterLastTransfer();
+}
+
+void MachineFileService::ApplyLearnedLoginLimit()
+{
+    // A machine that turned logins away takes fewer at once: the rest wait here, not in task threads.
+    const int accepted = m_endpoint.LoginLimit();
+    if (accepted <= 0 || accepted >= m_iMaxTransfers)
+        return;
+    SetMaxTransfers(accepted);
+    const QString text = tr("机床最多同时接受%1个FTP连接，其余传输将排队进行").arg(accepted);
+    CDebugLog::AddLog(text);
+    Q_EMIT SignalAppendLog(text, LogColors::Warning);
+}
+
+void MachineFileService::FinishCut(const Transfer& transfer, bool ok)
+{
+    if (ok) {
+        qDebug() << "剪切操作成功，删除本地源文件:" << transfer.item.strLocalPath;
+        QFile::remove(transfer.item.strLocalPath);
+        Q_EMIT SignalCutSucceeded(transfer.item.strLocalPath);
+        qDebug() << "已清除剪贴板数据";
+    } else {
+        qDebug() << "剪切操作失败，恢复本地剪切板数据";
+    }
+}
+
+void MachineFileService::AfterLastTransfer()
+{
+    CDebugLog::AddLog(QStringLiteral("当前FTP无文件传输，允许访问机器文件！"));
+    if (m_bNavigationWaiting) {
+        m_bNavigationWaiting = false;
+        Q_EMIT SignalMachineNavigation(m_strNavigationFolder, m_strNavigationEntry);
+        m_strNavigationFolder.clear();
+        m_strNavigationEntry.clear();
+    }
+}
+
+void MachineFileService::Report(const Transfer& transfer, int state, qint64 done, qint64 total)
+{
+    TanslateInfo info;
+    info.totalSize = double(total);
+    info.doneSize = double(done);
+    info.fileName = transfer.DisplayName();
+    info.direction = !transfer.item.bUpload;
+    info.state = state;
+    info.machinePath = transfer.item.strMachinePath;
+    Q_EMIT SignalTransferUpdated(info, transfer.strKey);
+}
+
+void MachineFileService::NavigateMachinePanel(const QString& folder, const QString& entry)
+{
+    if (!IsBusy()) {
+        Q_EMIT SignalMachineNavigation(folder, entry);
+        return;
+    }
+    m_bNavigationWaiting = true;
+    m_strNavigationFolder = folder;
+    m_strNavigationEntry = entry;
+}
+
+MachineJob* MachineFileService::Retry(const QString& strKey)
+{
+    const auto it = m_hashFailed.constFind(strKey);
+    if (it == m_hashFailed.cend())
+        return MachineJob::MakeRefused(tr("没有可重试的传输"), this);
+    const TransferItem item = *it;
+    m_hashFailed.erase(it);
+    return Transfer(m_endpoint, {item}, RequestOrigin::Retry);
+}
+
+MachineJob* MachineFileService::Fetch(const MachineEndpoint& endpoint, const QString& machinePath,
+                                      const QString& localPath)
+{
+    const QString unconnected = CheckConnected(endpoint);
+    if (!unconnected.isEmpty())
+        return MachineJob::MakeRefused(unconnected, this);
+    auto* batch = new CompositeJob(this);
+    Enqueue(endpoint, {TransferItem{false, localPath, machinePath, OperationCopy}}, batch, true);
+    return batch;
+}
+
+void MachineFileService::StopAll()
+{
+    const QList<std::shared_ptr<Transfer>> waiting = m_listWaiting;
+    for (const std::shared_ptr<Transfer>& transfer : waiting)
+        transfer->job->Cancel();
+    const QList<std::shared_ptr<Transfer>> running = m_listRunning;
+    for (const std::shared_ptr<Transfer>& transfer : running)
+        transfer->job->Cancel();
+}
+
+MachineJob* MachineFileService::StartChange(const MachineEndpoint& endpoint, std::function<MachineTask*()> maker,
+                                            const QString& hostLogFormat, const QString& progressTitle,
+                                            const QString& progressText, bool bAnnounce)
+{
+    if (!progressTitle.isEmpty())
+        Q_EMIT SignalProgressStarted(progressTitle, progressText);
+    auto* job = new TaskJob(&m_tasks, std::move(maker), this);
+    const QString url = MachineTaskFactory::Url(endpoint, QStringLiteral("/"));
+    connect(job, &TaskJob::SignalTaskEnded, this,
+            [this, hostLogFormat, url, bAnnounce, bProgress = !progressTitle.isEmpty()](bool ok,
+                                                                                        const QString& message) {
+                CDebugLog::AddLog(hostLogFormat.arg(ok).arg(url));
+                if (!ok && !message.isEmpty()) {
+                    CDebugLog::AddLog(message);
+                    Q_EMIT SignalAppendLog(message, LogColors::Failure);
+                }
+                if (bProgress)
+                    Q_EMIT SignalProgressFinished();
+                if (bAnnounce)
+                    Q_EMIT SignalMachineChanged();
+            });
+    job->Start();
+    return job;
+}
+
+MachineJob* MachineFileService::Delete(const MachineEndpoint& endpoint, const QStringList& files,
+                                       const QStringList& folders, RequestOrigin origin)
+{
+    const QString unconnected = CheckConnected(endpoint);
+    if (!unconnected.isEmpty())
+        return Refuse(unconnected, true);
+    for (const bool bFolder : {false, true}) {
+        for (const QString& path : bFolder ? folders : files) {
+            const QString reason = CheckChange(path, bFolder, origin);
+            if (!reason.isEmpty())
+                return Refuse(reason, true);
+        }
+    }
+    CDebugLog::AddLog(QStringLiteral("SlotDeleteItemsTriggered fileCount:%1, folderCount:%2")
+                          .arg(files.size())
+                          .arg(folders.size()));
+    if (files.size() + folders.size() == 1) {
+        const bool bFolder = files.isEmpty();
+        const QString path = bFolder ? folders.first() : files.first();
+        qDebug() << (bFolder ? "删除文件夹:" : "删除文件:") << path;
+        return StartChange(
+            endpoint,
+            [this, endpoint, path, bFolder]() {
+                return bFolder ? m_pFactory->DeleteFolder(endpoint, path) : m_pFactory->DeleteFile(endpoint, path);
+            },
+            bFolder ? QStringLiteral("DeleteFTPForder result:%1, url:%2")
+                    : QStringLiteral("DeleteFTPFile result:%1, url:%2"),
+            bFolder ? tr("删除文件夹") : tr("删除文件"), bFolder ? tr("正在删除文件夹，请稍候") : tr("正在删除文件，请稍候"),
+            true);
+    }
+    return StartChange(
+        endpoint, [this, endpoint, files, folders]() { return m_pFactory->DeleteItems(endpoint, files, folders); },
+        QStringLiteral("DeleteFtpItems result:%1, url:%2"), tr("删除"), tr("正在删除，请稍候"), true);
+}
+
+MachineJob* MachineFileService::Rename(const MachineEndpoint& endpoint, const QString& oldPath,
+                                       const QString& newPath, RequestOrigin origin)
+{
+    const QString unconnected = CheckConnected(endpoint);
+    if (!unconnected.isEmpty())
+        return Refuse(unconnected, true);
+    qDebug() << "重命名:" << oldPath << " path " << newPath;
+    QString reason = CheckChange(oldPath, !IsAllowedType(oldPath), origin);
+    if (reason.isEmpty())
+        reason = CheckChange(newPath, false, origin);
+    if (reason.isEmpty())
+        reason = endpoint.nameRules.Violation(LastPart(newPath));
+    if (!reason.isEmpty())
+        return Refuse(reason, true);
+    return StartChange(
+        endpoint, [this, endpoint, oldPath, newPath]() { return m_pFactory->Rename(endpoint, oldPath, newPath); },
+        QStringLiteral("RenameFtpFile result:%1, url:%2"), QString(), QString(), true);
+}
+
+MachineJob* MachineFileService::MakeDir(const MachineEndpoint& endpoint, const QString& path, RequestOrigin origin)
+{
+    QString reason = CheckConnected(endpoint);
+    if (reason.isEmpty())
+        reason = endpoint.nameRules.Violation(LastPart(path));
+    if (!reason.isEmpty())
+        return Refuse(reason, true);
+    qDebug() << "create new forder:"
+             << " path " << path;
+    return StartChange(
+        endpoint, [this, endpoint, path]() { return m_pFactory->MakeDir(endpoint, path); },
+        QStringLiteral("MakeFtpDirection result:%1, url:%2"), QString(), QString(),
+        // A synchronisation lists its folders itself once it ended.
+        origin != RequestOrigin::Sync);
+}
+
+MachineJob* MachineFileService::UploadAutoCamFiles(const QVariant& fileData, const QString& filePath,
+                                                   const QString& modelName)
+{
+    const QFileInfo source(filePath);
+    const QString base = modelName.isEmpty() ? source.completeBaseName() : modelName;
+    const QString suffix = source.suffix().isEmpty() ? QStringLiteral("nc") : source.suffix();
+    const QString name =
+        QStringLiteral("%1_%2").arg(base, QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMddHHmmss"))) +
+        QLatin1Char('.') + suffix;
+    const QString localPath = QDir(m_strAutoCamFolder).filePath(name);
+    if (QFileInfo::exists(localPath))
+        qDebug() << "文件已存在:" << localPath;
+    if (!QDir().mkpath(m_strAutoCamFolder)) {
+        qDebug() << "创建目录失败:" << m_strAutoCamFolder;
+        return Refuse(tr("无法创建文件夹：%1").arg(m_strAutoCamFolder), false);
+    }
+    QFile file(localPath);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
+        qDebug() << "文件创建失败:" << localPath;
+        qDebug() << "错误信息:" << file.errorString();
+        return Refuse(tr("无法写入文件：%1").arg(localPath), false);
+    }
+    file.write(fileData.toStringList().join(QLatin1Char('\n')).toUtf8());
+    file.close();
+    qDebug() << "文件创建成功:" << localPath;
+    return Upload(m_endpoint, localPath, AutoCamMachineFolder + name, OperationCopy, RequestOrigin::AutoCam);
+}

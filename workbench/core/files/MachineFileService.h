@@ -1,0 +1,144 @@
+#pragma once
+
+#include "FileRequest.h"
+#include "MachineEndpoint.h"
+#include "TanslateInfo.h"
+#include "TaskOwner.h"
+#include "TransferActivity.h"
+
+#include <QColor>
+#include <QHash>
+#include <QList>
+#include <QObject>
+#include <QPointer>
+#include <QVariant>
+#include <memory>
+
+class CompositeJob;
+class MachineJob;
+class MachineTaskFactory;
+class TaskJob;
+
+// The one way a machine file request is made, whatever view or act it comes from. Every request
+// names the machine's endpoint and goes through the checks of its kind, in one order:
+//   upload:          connected, name rules, file type, busy path, running program, overwrite question
+//   download:        connected, file type and a safe local name, busy path, overwrite question
+//   delete, rename:  connected, busy path, running program (the status page: no transfer running)
+//   new folder:      connected, name rules
+// then the machine's queue (a few transfers at once, the rest wait in order). Each request
+// returns a job that reports progress and one result and can be cancelled; a refused request's
+// job ends at once with the reason, which is also logged. Rows of the transfer list and log lines
+// of transfers are written here; the running transfers are counted by one TransferActivity.
+class MachineFileService final : public QObject
+{
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(MachineFileService)
+
+public:
+    static constexpr int DefaultMaxTransfers = 5;
+
+    explicit MachineFileService(QObject* parent = nullptr);
+    ~MachineFileService() override;
+
+    void SetTaskFactory(std::shared_ptr<MachineTaskFactory> factory) { m_pFactory = std::move(factory); }
+    // The connected machine; an empty endpoint when none is.
+    void SetEndpoint(const MachineEndpoint& endpoint);
+    const MachineEndpoint& Endpoint() const { return m_endpoint; }
+    void SetMaxTransfers(int count) { m_iMaxTransfers = qMax(1, count); }
+    int MaxTransfers() const { return m_iMaxTransfers; }
+    // The program the machine runs now (a name or a machine path), empty when it runs none.
+    void SetRunningProgram(const QString& program) { m_strRunningProgram = program; }
+    QString RunningProgram() const { return m_strRunningProgram; }
+    void SetOverwriteAsker(OverwriteAsker asker) { m_fnAskOverwrite = std::move(asker); }
+    // Where uploads from the CAM side are written before they are sent.
+    void SetAutoCamFolder(const QString& folder) { m_strAutoCamFolder = folder; }
+
+    TransferActivity* Activity() const { return m_pActivity; }
+    // A transfer of the connected machine runs or waits.
+    bool IsBusy() const { return m_pActivity->IsBusy(); }
+    int RunningCount() const { return int(m_listRunning.size()); }
+    int WaitingCount() const { return int(m_listWaiting.size()); }
+    // Whether a change to this machine path would touch the program the machine runs.
+    bool HitsRunningProgram(const QString& machinePath, bool bFolder) const;
+
+    // Uploads and downloads as one batch with one overwrite question. bOverwriteDecided: the
+    // caller has asked the user already (a synchronisation's conflict question).
+    MachineJob* Transfer(const MachineEndpoint& endpoint, const QList<TransferItem>& items, RequestOrigin origin,
+                         bool bOverwriteDecided = false);
+    MachineJob* Upload(const MachineEndpoint& endpoint, const QString& localPath, const QString& machinePath,
+                       OperationType operation, RequestOrigin origin);
+    MachineJob* Download(const MachineEndpoint& endpoint, const QString& localPath, const QString& machinePath,
+                         RequestOrigin origin);
+    // A private copy of a machine file (content comparison): no row and no log line, but it
+    // waits for a free transfer slot and counts as a running transfer like any other.
+    MachineJob* Fetch(const MachineEndpoint& endpoint, const QString& machinePath, const QString& localPath);
+    MachineJob* Delete(const MachineEndpoint& endpoint, const QStringList& files, const QStringList& folders,
+                       RequestOrigin origin);
+    MachineJob* Rename(const MachineEndpoint& endpoint, const QString& oldPath, const QString& newPath,
+                       RequestOrigin origin);
+    MachineJob* MakeDir(const MachineEndpoint& endpoint, const QString& path, RequestOrigin origin);
+    // Writes a program sent by the CAM side to a file and uploads it.
+    MachineJob* UploadAutoCamFiles(const QVariant& fileData, const QString& filePath, const QString& modelName);
+    // Runs the failed transfer of a row again, through the checks of a new request.
+    MachineJob* Retry(const QString& strKey);
+    // The machine went away: every transfer stops and its row ends failed, ready for a retry.
+    void StopAll();
+    // A machine-panel navigation: now when idle, else once the last transfer ended.
+    void NavigateMachinePanel(const QString& folder, const QString& entry);
+
+Q_SIGNALS:
+    void SignalAppendLog(QString text, QColor color);
+    void SignalTransferUpdated(const TanslateInfo& info, const QString& strKey);
+    // A refusal the user must read (title "提示").
+    void SignalNotice(QString text);
+    void SignalUploaded(QString machinePath);
+    void SignalDownloaded(QString localPath);
+    void SignalMachineNavigation(QString folder, QString entry);
+    // The machine's files changed (delete, rename, new folder): every view lists them again.
+    void SignalMachineChanged();
+    void SignalProgressStarted(QString title, QString text);
+    void SignalProgressFinished();
+    // A cut's upload succeeded and its local source is gone; after a failure the source and
+    // the clipboard are left as they were, so that the user can paste again.
+    void SignalCutSucceeded(QString localPath);
+
+private:
+    struct Transfer;
+
+    MachineJob* Refuse(const QString& reason, bool bNotice);
+    QString CheckConnected(const MachineEndpoint& endpoint) const;
+    QString CheckTransfer(const MachineEndpoint& endpoint, const TransferItem& item) const;
+    QString CheckChange(const QString& path, bool bFolder, RequestOrigin origin) const;
+    bool IsPathBusy(const MachineEndpoint& endpoint, const QString& path, bool bFolder) const;
+    void AskOverwrite(const MachineEndpoint& endpoint, const QList<TransferItem>& items, CompositeJob* batch);
+    void CollectMachineTargets(const MachineEndpoint& endpoint, const QList<TransferItem>& items,
+                               CompositeJob* batch, std::function<void(bool, QList<OverwriteEntry>)> done);
+    void Enqueue(const MachineEndpoint& endpoint, const QList<TransferItem>& items, CompositeJob* batch,
+                 bool bSilent = false);
+    void StartWaiting();
+    void StartTransfer(const std::shared_ptr<Transfer>& transfer);
+    void OnTransferEnded(const std::shared_ptr<Transfer>& transfer, bool ok, const QString& message);
+    void FinishCut(const Transfer& transfer, bool ok);
+    void AfterLastTransfer();
+    void Report(const Transfer& transfer, int state, qint64 done, qint64 total);
+    void ApplyLearnedLoginLimit();
+    MachineJob* StartChange(const MachineEndpoint& endpoint, std::function<MachineTask*()> maker,
+                            const QString& hostLogFormat, const QString& progressTitle, const QString& progressText,
+                            bool bAnnounce);
+
+    std::shared_ptr<MachineTaskFactory> m_pFactory;
+    MachineEndpoint m_endpoint;
+    TransferActivity* m_pActivity;
+    int m_iMaxTransfers = DefaultMaxTransfers;
+    QString m_strRunningProgram;
+    QString m_strAutoCamFolder;
+    OverwriteAsker m_fnAskOverwrite;
+    QList<std::shared_ptr<Transfer>> m_listWaiting;
+    QList<std::shared_ptr<Transfer>> m_listRunning;
+    // Every failed transfer by row key, so that the row can be retried.
+    QHash<QString, TransferItem> m_hashFailed;
+    bool m_bNavigationWaiting = false;
+    QString m_strNavigationFolder;
+    QString m_strNavigationEntry;
+    TaskOwner m_tasks;
+};
