@@ -9,6 +9,7 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QPushButton>
+#include <QCoreApplication>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -231,6 +232,42 @@ int CVarnokMessageBox::ShowWindowAutoClose(QWidget* parent, int buttons, EnumMsg
     StructMsgBoxRequest request = MakeRequest(buttons, icon, title, text);
     request.bAutoClose = true;
     return Run(parent, request).iButton;
+}
+
+void CVarnokMessageBox::Open(QWidget* parent, const StructMsgBoxRequest& request,
+                             std::function<void(const StructMsgBoxAnswer&)> onAnswer)
+{
+    if (responder()) {
+        QObject* context = parent ? static_cast<QObject*>(parent) : QCoreApplication::instance();
+        QTimer::singleShot(0, context, [request, onAnswer = std::move(onAnswer)]() {
+            const StructMsgBoxAnswer answer = responder() ? responder()(request) : StructMsgBoxAnswer();
+            if (onAnswer)
+                onAnswer(answer);
+        });
+        return;
+    }
+    auto* box = new CVarnokMessageBox(parent, request);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    connect(box, &QDialog::finished, box, [box, onAnswer = std::move(onAnswer)]() {
+        StructMsgBoxAnswer answer;
+        answer.iButton = box->m_iResult;
+        answer.bChecked = box->m_pCheckBox && box->m_pCheckBox->isChecked();
+        if (onAnswer)
+            onAnswer(answer);
+    });
+    box->open();
+}
+
+void CVarnokMessageBox::Open(QWidget* parent, int buttons, EnumMsgIcon icon, const QString& title,
+                             const QString& text, const QMap<EnumMsgButtonFunction, QString>& buttonTexts,
+                             std::function<void(int)> onAnswer)
+{
+    StructMsgBoxRequest request = MakeRequest(buttons, icon, title, text);
+    request.mapButtonTexts = buttonTexts;
+    Open(parent, request, [onAnswer = std::move(onAnswer)](const StructMsgBoxAnswer& answer) {
+        if (onAnswer)
+            onAnswer(answer.iButton);
+    });
 }
 
 void CVarnokMessageBox::SetAutoCloseInterval(int milliseconds)

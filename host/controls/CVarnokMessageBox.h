@@ -76,6 +76,15 @@ public:
     static int ShowWindowAutoClose(QWidget* parent, int buttons, EnumMsgIcon icon, const QString& title,
                                    const QString& text);
 
+    // Shows the box without waiting (open(), no nested event loop) and hands the answer to
+    // onAnswer once the user chose; with a test responder the answer comes on the next turn of
+    // the event loop. The one way to ask from a socket, timer or job slot.
+    static void Open(QWidget* parent, const StructMsgBoxRequest& request,
+                     std::function<void(const StructMsgBoxAnswer&)> onAnswer);
+    static void Open(QWidget* parent, int buttons, EnumMsgIcon icon, const QString& title, const QString& text,
+                     const QMap<EnumMsgButtonFunction, QString>& buttonTexts = {},
+                     std::function<void(int)> onAnswer = {});
+
     static void SetAutoCloseInterval(int milliseconds);
     static int AutoCloseInterval();
 

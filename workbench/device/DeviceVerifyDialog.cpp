@@ -5,6 +5,7 @@
 #include "LogColors.h"
 #include "PhoneNumberMask.h"
 #include "VerificationImageWindow.h"
+#include "WorkPool.h"
 
 #include <QComboBox>
 #include <QFormLayout>
@@ -113,8 +114,9 @@ DeviceVerifyDialog::DeviceVerifyDialog(const StructDeviceDialogTexts& texts, con
 
 DeviceVerifyDialog::~DeviceVerifyDialog()
 {
+    // The request holds no pointer to us and ends on the workbench's pool within its own
+    // time-out; the window does not wait for it.
     m_watcher.disconnect(this);
-    m_watcher.waitForFinished();
 }
 
 QString DeviceVerifyDialog::StatusText() const
@@ -195,7 +197,7 @@ void DeviceVerifyDialog::StartRequest(int kind, const QJsonObject& parameters)
 {
     m_iPendingKind = kind;
     SetStatus(tr("正在请求，请稍候..."), LogColors::Plain);
-    m_watcher.setFuture(QtConcurrent::run(&AccountRequest::Run, kind, parameters));
+    m_watcher.setFuture(QtConcurrent::run(WorkPool::Instance(), &AccountRequest::Run, kind, parameters));
     UpdateButtons();
 }
 

@@ -3,6 +3,7 @@
 #include "AccountRequest.h"
 #include "CNetLoginTask.h"
 #include "ui_VerificationImageWindow.h"
+#include "WorkPool.h"
 
 #include <QCloseEvent>
 #include <QJsonObject>
@@ -32,7 +33,6 @@ VerificationImageWindow::~VerificationImageWindow()
 {
     // The fetch holds no pointer to us, but its result must not arrive after we are gone.
     m_watcher.disconnect(this);
-    m_watcher.waitForFinished();
     delete ui;
 }
 
@@ -98,7 +98,7 @@ void VerificationImageWindow::on_changeBtn_clicked()
     ui->hintLabel->hide();
     ui->verificationImageLabel->clear();
     ui->verificationImageLabel->setText(tr("正在获取验证码图片..."));
-    m_watcher.setFuture(QtConcurrent::run(&VerificationImageWindow::Fetch, m_strNationCode, m_strMobile));
+    m_watcher.setFuture(QtConcurrent::run(WorkPool::Instance(), &VerificationImageWindow::Fetch, m_strNationCode, m_strMobile));
 }
 
 void VerificationImageWindow::closeEvent(QCloseEvent* event)

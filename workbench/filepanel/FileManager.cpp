@@ -1,10 +1,10 @@
 #include "FileManager.h"
 
 #include "CDebugLog.h"
-#include "CVarnokMessageBox.h"
 #include "FileItemRoles.h"
 #include "FileSelectPanel.h"
 #include "FileTreeView.h"
+#include "MachineFileRequests.h"
 
 #include <QAbstractProxyModel>
 #include <QDebug>
@@ -40,17 +40,13 @@ QString JoinMachinePath(const QString& folder, const QString& name)
 {
     return folder.endsWith(QLatin1Char('/')) ? folder + name : folder + QLatin1Char('/') + name;
 }
-
-bool IsMachineFileType(const QString& path)
-{
-    return MachineFileSuffixList.contains(QFileInfo(path).suffix().toLower());
-}
 } // namespace
 
 FileManager::FileManager(QWidget* parent) : QWidget(parent)
 {
     setObjectName(QStringLiteral("FileManager"));
     RegisterWorkbenchMetaTypes();
+    m_pRequests = new MachineFileRequests(this);
     m_pLocalPanel = new FileSelectPanel(true);
     m_pMachinePanel = new FileSelectPanel(false);
     m_pLocalPanel->setObjectName(QStringLiteral("m_widgetLocalPanel"));
@@ -115,17 +111,8 @@ QWidget* FileManager::BuildArrowColumn()
 
 void FileManager::ConnectPanels()
 {
-    FileSelectPanel* machine = m_pMachinePanel;
-    connect(machine, &FileSelectPanel::SignalDeleteTriggered, this, &FileManager::SignalDeleteTriggered);
-    connect(machine, &FileSelectPanel::SignalDeleteItemsTriggered, this, &FileManager::SignalDeleteItemsTriggered);
-    connect(machine, &FileSelectPanel::SignalRenameTriggered, this, &FileManager::SignalRenameTriggered);
-    connect(machine, &FileSelectPanel::SignalMakeDirTriggered, this, &FileManager::SignalMakeDirTriggered);
     for (FileSelectPanel* panel : {m_pLocalPanel, m_pMachinePanel}) {
-        connect(panel, &FileSelectPanel::SignalSendFileToUpload, this, &FileManager::SlotUploadFileToMachine);
-        connect(panel, &FileSelectPanel::SignalDownloadFileFromMachine, this,
-                [this](const QString& machinePath, const QString& localPath) {
-                    SlotDownloadFileFromMachine(localPath, machinePath);
-                });
+        panel->SetRequests(m_pRequests);
         connect(panel, &FileSelectPanel::SignalAppendLog, this, &FileManager::SignalAppendLog);
     }
 }
@@ -172,100 +159,42 @@ QStringList FileManager::SelectedFiles(const FileSelectPanel* panel) const
     return files;
 }
 
-bool FileManager::Ask(const QString& text)
-{
-    return CVarnokMessageBox::ShowWindow(this, MsgButtonYes | MsgButtonNo, MsgIconWarning, tr("提示"), text) ==
-           MsgButtonYes;
-}
-
-bool FileManager::ConfirmTransfer(const QStringList& files, const FileSelectPanel* target)
-{
-    QStringList refused;
-    QStringList existing;
-    const QStringList targetNames = target->IsLocal() ? target->FileNames() : [target] {
-        QStringList names;
-        const QAbstractItemModel* model = target->ItemModel();
-        for (int row = 0; row < model->rowCount(); ++row) {
-            const QModelIndex index = model->index(row, 0);
-            if (index.data(FileItemRole::Kind).toInt() == FileItemKind::File)
-                names.append(index.data(FileItemRole::Name).toString());
-        }
-        return names;
-    }();
-    for (const QString& file : files) {
-        if (!IsMachineFileType(file))
-            refused.append(FileName(file));
-        else if (targetNames.contains(FileName(file)))
-            existing.append(FileName(file));
-    }
-    if (!refused.isEmpty()) {
-        const QString text = tr("文件类型不符合要求：%1").arg(refused.join(QStringLiteral("、")));
-        CDebugLog::AddLog(text);
-        CVarnokMessageBox::ShowWindow(this, MsgButtonConfirm, MsgIconFailure, tr("提示"), text);
-        return false;
-    }
-    return existing.isEmpty() ||
-           Ask(tr("目标路径已包含同名文件：%1，是否覆盖？").arg(existing.join(QStringLiteral("、"))));
-}
-
 void FileManager::SlotLeftBtnClicked()
 {
     qDebug() << "leftBtn clicked";
-    const QStringList files = SelectedFiles(m_pLocalPanel);
-    if (files.isEmpty() || !ConfirmTransfer(files, m_pMachinePanel))
+    // The computer view lists drives, not files that could be sent.
+    if (m_pLocalPanel->IsComputerView())
         return;
-    for (const QString& localPath : files) {
-        if (m_pLocalPanel->IsComputerView()) {
-            qDebug() << " local path root , not trans";
-            continue;
-        }
-        qDebug() << " up file localPath " << localPath << " up file machinePath " << m_pMachinePanel->CurrentPath();
-        SlotUploadFileToMachine(localPath, m_pMachinePanel->CurrentPath(), OperationCopy);
-    }
+    QList<TransferItem> items;
+    for (const QString& localPath : SelectedFiles(m_pLocalPanel))
+        items.append({true, localPath, JoinMachinePath(m_pMachinePanel->CurrentPath(), FileName(localPath)),
+                      OperationCopy});
+    if (!items.isEmpty())
+        Q_EMIT m_pRequests->SignalTransfer(items);
 }
 
 void FileManager::SlotRightBtnClicked()
 {
     qDebug() << "RightBtn clicked";
-    const QStringList files = SelectedFiles(m_pMachinePanel);
-    if (files.isEmpty())
-        return;
     // The computer view lists drives, not a folder that could receive a file.
-    if (m_pLocalPanel->IsComputerView()) {
-        qDebug() << " local path root , not trans";
+    if (m_pLocalPanel->IsComputerView())
         return;
-    }
-    if (!ConfirmTransfer(files, m_pLocalPanel))
-        return;
-    for (const QString& machinePath : files) {
-        qDebug() << " up file machinePath " << machinePath << " up file localPath " << m_pLocalPanel->CurrentPath();
-        SlotDownloadFileFromMachine(m_pLocalPanel->CurrentPath(), machinePath);
-    }
+    QList<TransferItem> items;
+    for (const QString& machinePath : SelectedFiles(m_pMachinePanel))
+        items.append({false, QDir(m_pLocalPanel->CurrentPath()).filePath(FileName(machinePath)), machinePath,
+                      OperationCopy});
+    if (!items.isEmpty())
+        Q_EMIT m_pRequests->SignalTransfer(items);
 }
 
 void FileManager::SlotUploadFileToMachine(QString filePath, QString machinePath, OperationType operation)
 {
-    if (!m_bConnected) {
-        CDebugLog::AddLog(QStringLiteral("Machine not connected, cannot upload files"));
-        return;
-    }
-    if (machinePath.isEmpty() || m_strMachineBasePath.isEmpty()) {
-        CDebugLog::AddLog(QStringLiteral("machineBasePath is empty, cannot upload files"));
-        return;
-    }
-    Q_EMIT SignalUpLoadFile(filePath, JoinMachinePath(machinePath, QFileInfo(filePath).fileName()), operation);
+    Q_EMIT m_pRequests->SignalTransfer(
+        {TransferItem{true, filePath, JoinMachinePath(machinePath, QFileInfo(filePath).fileName()), operation}});
 }
 
 void FileManager::SlotDownloadFileFromMachine(QString localPath, QString machinePath)
 {
-    if (!m_bConnected) {
-        CDebugLog::AddLog(QStringLiteral("Machine not connected, cannot download files"));
-        return;
-    }
-    if (machinePath.isEmpty()) {
-        CDebugLog::AddLog(QStringLiteral("机器路径列表为空"));
-        return;
-    }
-    qDebug() << "SlotDownloadFilesFromMachine: machineFilePath=" << machinePath << ", localBasePath=" << localPath;
-    Q_EMIT SignalDownLoadFile(QDir(localPath).filePath(FileName(machinePath)), machinePath);
+    Q_EMIT m_pRequests->SignalTransfer(
+        {TransferItem{false, QDir(localPath).filePath(FileName(machinePath)), machinePath, OperationCopy}});
 }

@@ -6,6 +6,7 @@
 #include <QWidget>
 
 class FileSelectPanel;
+class MachineFileRequests;
 class QPushButton;
 class QSplitter;
 class QVBoxLayout;
@@ -26,6 +27,8 @@ public:
     QPushButton* UploadButton() const { return m_pUploadButton; }
     QPushButton* DownloadButton() const { return m_pDownloadButton; }
     QSplitter* Splitter() const { return m_pSplitter; }
+    // Every request of this page that touches the machine, arrows and both panels alike.
+    MachineFileRequests* Requests() const { return m_pRequests; }
 
     // Connect: the machine panel lists the machine's root. Disconnect: it empties.
     void SetMachineConnected(const QString& ip, const QString& sn);
@@ -38,12 +41,6 @@ public:
     void SetPanelLocked(bool locked);
 
 Q_SIGNALS:
-    void SignalUpLoadFile(QString strLocalPath, QString strMachinePath, OperationType operation);
-    void SignalDownLoadFile(QString strLocalPath, QString strMachinePath);
-    void SignalDeleteTriggered(QString path, int type);
-    void SignalDeleteItemsTriggered(QStringList filePathList, QStringList foderPathList);
-    void SignalRenameTriggered(QString strOldPath, QString strNewPath);
-    void SignalMakeDirTriggered(QString path);
     void SignalAppendLog(QString text, QColor color);
 
 public Q_SLOTS:
@@ -59,10 +56,8 @@ private:
     void ConnectPanels();
     // The selected files of a panel (folders and quick-access rows are not transferred).
     QStringList SelectedFiles(const FileSelectPanel* panel) const;
-    // The type check and the overwrite question; false when nothing may be sent.
-    bool ConfirmTransfer(const QStringList& files, const FileSelectPanel* target);
-    bool Ask(const QString& text);
 
+    MachineFileRequests* m_pRequests = nullptr;
     FileSelectPanel* m_pLocalPanel = nullptr;
     FileSelectPanel* m_pMachinePanel = nullptr;
     QPushButton* m_pUploadButton = nullptr;

@@ -11,6 +11,7 @@
 #include "LocalPasteJob.h"
 #include "LocalTrash.h"
 #include "LogColors.h"
+#include "MachineFileRequests.h"
 
 #include <QClipboard>
 #include <QDir>
@@ -141,28 +142,20 @@ void FilePanelOperations::Route(const FileClipboardPayload& payload)
         return;
     }
     const QString folder = m_pPanel->CurrentPath();
-    if (!m_pPanel->IsLocal()) {
-        QStringList refused;
-        for (const FileClipboardPayload::Entry& entry : payload.listFiles) {
-            if (!IsMachineFileName(entry.strFilePath))
-                refused.append(QFileInfo(entry.strFilePath).fileName());
-        }
-        if (!refused.isEmpty()) {
-            Log(tr("上传文件类型不符合要求: %1").arg(refused.join(QStringLiteral(", "))), LogColors::Warning);
-            Notice(tr("以下文件类型不支持上传：\n%1").arg(refused.join(QLatin1Char('\n'))));
-            return;
-        }
-        CDebugLog::AddLog(
-            QStringLiteral("本地%1上传 %2 个文件").arg(payload.strOperation).arg(payload.listFiles.size()));
+    if (!m_pPanel->IsLocal() || payload.iSourceType == FileClipboardPayload::SourceMachine) {
+        // To or from the machine: one batch through the funnel, which checks and asks.
+        const bool bUpload = !m_pPanel->IsLocal();
         const OperationType operation = payload.IsCut() ? OperationCut : OperationCopy;
-        for (const FileClipboardPayload::Entry& entry : payload.listFiles)
-            Q_EMIT SignalSendFileToUpload(entry.strFilePath, folder, operation);
-        return;
-    }
-    if (payload.iSourceType == FileClipboardPayload::SourceMachine) {
-        CDebugLog::AddLog(QStringLiteral("本地复制下载 %1 个文件").arg(payload.listFiles.size()));
-        for (const FileClipboardPayload::Entry& entry : payload.listFiles)
-            Q_EMIT SignalDownloadFileFromMachine(entry.strFilePath, folder);
+        QList<TransferItem> items;
+        for (const FileClipboardPayload::Entry& entry : payload.listFiles) {
+            const QString name = QFileInfo(entry.strFilePath).fileName();
+            items.append(bUpload ? TransferItem{true, entry.strFilePath, FileListingSource::JoinPath(folder, name),
+                                                operation}
+                                 : TransferItem{false, QDir(folder).filePath(name), entry.strFilePath, OperationCopy});
+        }
+        CDebugLog::AddLog(QStringLiteral("%1 %2 个文件").arg(bUpload ? QStringLiteral("本地上传") : QStringLiteral("本地复制下载")).arg(items.size()));
+        if (m_pRequests)
+            Q_EMIT m_pRequests->SignalTransfer(items);
         return;
     }
     PasteLocally(payload);
@@ -219,15 +212,12 @@ void FilePanelOperations::DeleteSelected()
     if (answer != MsgButtonYes)
         return;
     if (!m_pPanel->IsLocal()) {
-        if (entries.size() == 1) {
-            Q_EMIT SignalDeleteTriggered(entries.first().strPath, entries.first().iKind);
-            return;
-        }
         QStringList files;
         QStringList folders;
         for (const FileSelectPanel::Entry& entry : entries)
             (entry.iKind == FileItemKind::File ? files : folders).append(entry.strPath);
-        Q_EMIT SignalDeleteItemsTriggered(files, folders);
+        if (m_pRequests)
+            Q_EMIT m_pRequests->SignalDelete(files, folders);
         return;
     }
     bool bFailed = false;
@@ -262,7 +252,8 @@ void FilePanelOperations::NewFolder()
     const QString path = FileListingSource::JoinPath(m_pPanel->CurrentPath(), name);
     m_pPanel->SelectAfterListing(name);
     if (!m_pPanel->IsLocal()) {
-        Q_EMIT SignalMakeDirTriggered(path);
+        if (m_pRequests)
+            Q_EMIT m_pRequests->SignalMakeDir(path);
         return;
     }
     if (QDir().mkdir(path))
@@ -320,7 +311,8 @@ bool FilePanelOperations::Rename(const QString& oldPath, const QString& newName,
         }
         if (m_pPanel->Source()->RefuseBrowsing())
             return false;
-        Q_EMIT SignalRenameTriggered(oldPath, newPath);
+        if (m_pRequests)
+            Q_EMIT m_pRequests->SignalRename(oldPath, newPath);
         return true;
     }
     if (bFolder) {

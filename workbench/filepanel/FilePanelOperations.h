@@ -11,11 +11,12 @@
 class CProgressWidget;
 class FileSelectPanel;
 class LocalPasteJob;
+class MachineFileRequests;
 class QMimeData;
 
 // What a file panel does to its entries: copy, cut and paste through the clipboard, drops,
 // deletion, new folders and files, renames. The local side is done here (to the trash, on
-// the thread pool); what touches the machine becomes a request signal for the workspace.
+// the workbench's pool); what touches the machine becomes a request to the funnel.
 class FilePanelOperations final : public QObject
 {
     Q_OBJECT
@@ -24,6 +25,9 @@ class FilePanelOperations final : public QObject
 public:
     explicit FilePanelOperations(FileSelectPanel* panel);
     ~FilePanelOperations() override;
+
+    // Where requests that touch the machine go; none are made without it.
+    void SetRequests(MachineFileRequests* requests) { m_pRequests = requests; }
 
     void Copy() { PutOnClipboard(QStringLiteral("copy")); }
     void Cut() { PutOnClipboard(QStringLiteral("cut")); }
@@ -43,12 +47,6 @@ public:
     void ClearClipboardRecord();
 
 Q_SIGNALS:
-    void SignalDeleteTriggered(QString path, int type);
-    void SignalDeleteItemsTriggered(QStringList filePathList, QStringList foderPathList);
-    void SignalRenameTriggered(QString strOldPath, QString strNewPath);
-    void SignalMakeDirTriggered(QString path);
-    void SignalSendFileToUpload(QString filePath, QString machinePath, OperationType operation);
-    void SignalDownloadFileFromMachine(QString machinePath, QString localPath);
     void SignalClearLocalClipboardPath();
     void SignalAppendLog(QString text, QColor color);
 
@@ -66,6 +64,7 @@ private:
     void Notice(const QString& text, bool bSuccess = false);
 
     FileSelectPanel* m_pPanel = nullptr;
+    MachineFileRequests* m_pRequests = nullptr;
     LocalPasteJob* m_pPasteJob = nullptr;
     QPointer<CProgressWidget> m_pProgressWidget;
     bool m_bPasteCut = false; // the running local paste moves its files

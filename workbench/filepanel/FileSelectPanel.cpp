@@ -62,16 +62,6 @@ FileSelectPanel::FileSelectPanel(bool bLocal, QWidget* parent)
     connect(m_pSource, &FileListingSource::SignalListed, this, &FileSelectPanel::ApplyListing);
     connect(m_pSource, &FileListingSource::SignalAppendLog, this, &FileSelectPanel::SignalAppendLog);
     m_pOperations = new FilePanelOperations(this);
-    connect(m_pOperations, &FilePanelOperations::SignalDeleteTriggered, this, &FileSelectPanel::SignalDeleteTriggered);
-    connect(m_pOperations, &FilePanelOperations::SignalDeleteItemsTriggered, this,
-            &FileSelectPanel::SignalDeleteItemsTriggered);
-    connect(m_pOperations, &FilePanelOperations::SignalRenameTriggered, this, &FileSelectPanel::SignalRenameTriggered);
-    connect(m_pOperations, &FilePanelOperations::SignalMakeDirTriggered, this,
-            &FileSelectPanel::SignalMakeDirTriggered);
-    connect(m_pOperations, &FilePanelOperations::SignalSendFileToUpload, this,
-            &FileSelectPanel::SignalSendFileToUpload);
-    connect(m_pOperations, &FilePanelOperations::SignalDownloadFileFromMachine, this,
-            &FileSelectPanel::SignalDownloadFileFromMachine);
     connect(m_pOperations, &FilePanelOperations::SignalClearLocalClipboardPath, this,
             &FileSelectPanel::SignalClearLocalClipboardPath);
     connect(m_pOperations, &FilePanelOperations::SignalAppendLog, this, &FileSelectPanel::SignalAppendLog);
@@ -927,6 +917,11 @@ void FileSelectPanel::SlotFileNameChanged(QString newName)
             m_pModel->setData(index, oldName, FileItemRole::Name);
         }
     });
+}
+
+void FileSelectPanel::SetRequests(MachineFileRequests* requests)
+{
+    m_pOperations->SetRequests(requests);
 }
 
 void FileSelectPanel::SlotClearLocalClipboardData()

@@ -11,6 +11,7 @@
 
 class FileListingSource;
 class FilePanelOperations;
+class MachineFileRequests;
 class FileSortProxyModel;
 class FileTreeView;
 class LocalListingSource;
@@ -51,6 +52,9 @@ public:
 
     explicit FileSelectPanel(bool bLocal, QWidget* parent = nullptr);
     ~FileSelectPanel() override;
+
+    // Where this panel's acts on the machine's files become requests.
+    void SetRequests(MachineFileRequests* requests);
 
     bool IsLocal() const { return m_bLocal; }
 
@@ -99,12 +103,6 @@ public:
 
 Q_SIGNALS:
     void SignalItemSelected(StructItemInfo itemInfo);
-    void SignalDeleteTriggered(QString path, int type);
-    void SignalDeleteItemsTriggered(QStringList filePathList, QStringList foderPathList);
-    void SignalRenameTriggered(QString strOldPath, QString strNewPath);
-    void SignalMakeDirTriggered(QString path);
-    void SignalSendFileToUpload(QString filePath, QString machinePath, OperationType operation);
-    void SignalDownloadFileFromMachine(QString machinePath, QString localPath);
     void SignalClearLocalClipboardPath();
     void SignalAppendLog(QString text, QColor color);
     // A listing ended: its rows are in place (ok) or the previous ones are back (failed).

@@ -2,12 +2,12 @@
 
 #include "CDebugLog.h"
 #include "KorvBaseGlobals.h"
-#include "ListFtpDirectory.h"
+#include "MachineTask.h"
+#include "MachineTaskFactory.h"
 #include "LogColors.h"
 #include "WorkbenchLog.h"
 
 #include <QDir>
-#include <QUrl>
 
 QString MachineListingSource::NormalizedPath(const QString& path)
 {
@@ -28,39 +28,30 @@ bool MachineListingSource::RefuseBrowsing()
 void MachineListingSource::List(const QString& path)
 {
     CDebugLog::AddLog(QStringLiteral("startListFtp Start"));
-    const QString url = QStringLiteral("ftp://%1:%2%3").arg(m_strMachineIp, QStringLiteral("21"), path);
-    QUrl encoded;
-    encoded.setScheme(QStringLiteral("ftp"));
-    encoded.setHost(m_strMachineIp);
-    encoded.setPort(21);
-    encoded.setPath(path);
     const QString folder = NormalizedPath(path);
-    auto* task = new ListFtpDirectory(url, encoded.toString(QUrl::FullyEncoded), path, nullptr);
-    connect(task, &ListFtpDirectory::SignalListFileFinished, this,
-            [this, task, folder](bool ok, const QList<FtpFileInfo>& entries) {
-                if (task != m_pListTask)
-                    return; // superseded by a newer listing or cancelled
-                m_pListTask = nullptr;
-                FileListing listing;
-                listing.strPath = folder;
-                listing.bOk = ok;
-                for (const bool bFolders : {true, false}) {
-                    for (const FtpFileInfo& entry : entries) {
-                        if (entry.isDir() != bFolders || (!bFolders && entry.type != QLatin1String("file")))
-                            continue;
-                        listing.listRows.append(FileRowData::FromFtp(entry, folder));
-                        (bFolders ? listing.listFolderNames : listing.listFileNames).append(entry.name);
-                        qCDebug(lcWorkbench) << "varnok fullPath" << listing.listRows.last().strFullPath;
-                    }
-                }
-                Q_EMIT SignalListed(listing);
-            });
-    // The reason of a failed listing (a wrong name encoding is told apart from a lost machine).
-    connect(task, &FtpTaskThread::SignalTaskFinished, this, [this](bool ok, const QString& message) {
+    MachineTask* task = MachineTaskFactory::Default()->List(MachineEndpoint::For(m_strMachineIp, QString()), path);
+    connect(task, &MachineTask::SignalFinished, this, [this, task, folder](bool ok, const QString& message) {
+        if (task != m_pListTask)
+            return; // superseded by a newer listing or cancelled
+        m_pListTask = nullptr;
+        // The reason of a failed listing (a wrong name encoding is told apart from a lost machine).
         if (!ok && !message.isEmpty()) {
             CDebugLog::AddLog(message);
             Q_EMIT SignalAppendLog(message, LogColors::Failure);
         }
+        FileListing listing;
+        listing.strPath = folder;
+        listing.bOk = ok;
+        const QList<FtpFileInfo> entries = task->Entries();
+        for (const bool bFolders : {true, false}) {
+            for (const FtpFileInfo& entry : entries) {
+                if (entry.isDir() != bFolders || (!bFolders && entry.type != QLatin1String("file")))
+                    continue;
+                listing.listRows.append(FileRowData::FromFtp(entry, folder));
+                (bFolders ? listing.listFolderNames : listing.listFileNames).append(entry.name);
+            }
+        }
+        Q_EMIT SignalListed(listing);
     });
     m_pListTask = task;
     m_tasks.Start(task);

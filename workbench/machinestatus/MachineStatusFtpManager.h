@@ -1,19 +1,20 @@
 #pragma once
 
 #include "CommonDefine.h"
+#include "MachineEndpoint.h"
+#include "TaskOwner.h"
 
 #include <QMap>
 #include <QObject>
 #include <QPointer>
-#include <QSet>
-#include <QStringList>
 
-class FtpTaskThread;
-class ListFtpDirectory;
+class MachineFileService;
+class MachineTask;
 
-// Lists, renames and deletes machine files for the program panel, one host FTP task
-// per request. Refuses what would collide with a running transfer or with another
-// operation on the same path, and answers rename and delete always exactly once.
+// The program panel's machine file requests. Listings are its own; renames and deletes go
+// through the workbench's funnel like those of the file page, so the same checks hold (the
+// running program, a path in use, no change while a transfer runs). Rename and delete are
+// answered always exactly once.
 class MachineStatusFtpManager : public QObject
 {
     Q_OBJECT
@@ -22,9 +23,11 @@ public:
     explicit MachineStatusFtpManager(QObject* parent = nullptr);
     ~MachineStatusFtpManager() override;
 
+    // The funnel its changes go through; without it every change is refused.
+    void SetFileService(MachineFileService* files) { m_pFiles = files; }
     // An empty IP means no machine: every request is refused.
-    void SetIp(const QString& ip) { m_strIp = ip; }
-    QString Ip() const { return m_strIp; }
+    void SetIp(const QString& ip) { m_endpoint = MachineEndpoint::For(ip, QString()); }
+    QString Ip() const { return m_endpoint.strIp; }
 
     void RequestList(const QString& dirPath);
     void RequestRename(const QString& oldPath, const QString& newPath);
@@ -38,13 +41,9 @@ Q_SIGNALS:
     void SignalDeleteResult(bool success);
 
 private:
-    QString Url(const QString& path) const;
-    QString EncodedUrl(const QString& path) const;
-    void Start(FtpTaskThread* task);
-
-    QString m_strIp;
-    QMap<QString, QPointer<ListFtpDirectory>> m_mapListings;
-    QSet<QString> m_setBusyPaths;
+    MachineFileService* m_pFiles = nullptr;
+    MachineEndpoint m_endpoint;
+    QMap<QString, QPointer<MachineTask>> m_mapListings;
     bool m_bDeleting = false;
-    QList<QPointer<FtpTaskThread>> m_listTasks;
+    TaskOwner m_tasks;
 };

@@ -170,8 +170,15 @@ void MachineStatusProgramPanel::SetMachineIp(const QString& ip)
 {
     m_pFtpManager->SetIp(ip);
     ResetFileTree();
-    if (!ip.isEmpty())
-        m_pFtpManager->RequestList(QStringLiteral("/"));
+    RefreshFiles();
+}
+
+void MachineStatusProgramPanel::RefreshFiles()
+{
+    if (m_pFtpManager->Ip().isEmpty())
+        return;
+    ResetFileTree();
+    m_pFtpManager->RequestList(QStringLiteral("/"));
 }
 
 void MachineStatusProgramPanel::ResetFileTree()

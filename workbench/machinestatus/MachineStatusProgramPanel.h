@@ -42,6 +42,8 @@ public:
     void SetCurrentLines(const StructCurrentLines& currentLines, int curLine);
     // Gives the broker the machine and lists its root; an empty IP is the disconnected look.
     void SetMachineIp(const QString& ip);
+    // Lists the machine's files again (they changed through another view).
+    void RefreshFiles();
 
     MachineStatusFtpManager* FtpManager() const { return m_pFtpManager; }
     QStandardItemModel* FileModel() const { return m_pFileModel; }

@@ -3,6 +3,7 @@
 #include "CDebugLog.h"
 #include "CommonDefine.h"
 #include "WorkbenchLog.h"
+#include "WorkPool.h"
 #include "workspace/Workspace.h"
 
 #include <QBuffer>
@@ -17,6 +18,8 @@ Base::Type CamPluginFile::classTypeId;
 namespace {
 // The host looks the class up by name as soon as the library is loaded.
 [[maybe_unused]] const Base::Type g_registeredType = CamPluginFile::getClassTypeId();
+// How long cleanup() waits for the workbench's background work before the host unloads it.
+constexpr int CleanupDrainMs = 5000;
 
 QString tr(const char* text)
 {
@@ -107,6 +110,9 @@ void CamPluginFile::cleanup()
     try {
         qCDebug(lcWorkbench) << "[CamPluginFile] Cleaning up...";
         initialized = active = false;
+        // The host unloads the library next: none of its code may still run on a worker.
+        if (!WorkPool::Drain(CleanupDrainMs))
+            qCWarning(lcWorkbench) << "[CamPluginFile] background work still running after" << CleanupDrainMs << "ms";
         qCDebug(lcWorkbench) << "[CamPluginFile] Cleanup completed successfully";
     } catch (const std::exception& e) {
         qCWarning(lcWorkbench) << "[CamPluginFile] Cleanup error: " << e.what();

@@ -2,38 +2,31 @@
 
 #include "BroadCastSender.h"
 #include "CDebugLog.h"
-#include "CProgressWidget.h"
 #include "CSelectMachineBox.h"
 #include "CVarnokMessageBox.h"
 #include "CamBaseRegisterHelper.h"
 #include "CamBaseSignalHelper.h"
 #include "CamBaseTextHelper.h"
 #include "CompareTwoVersion.h"
+#include "FilePageController.h"
 #include "FolderSync.h"
-#include "FolderSyncPreviewDialog.h"
+#include "MachineFileService.h"
 #include "LogColors.h"
 #include "MachineCommandSender.h"
 #include "MachineConnection.h"
-#include "SyncButtonLook.h"
-#include "TransferOrchestrator.h"
 #include "WorkbenchLog.h"
 #include "device/DeviceBindDialog.h"
 #include "device/DeviceUnbindDialog.h"
 #include "filepanel/FileManager.h"
 #include "filepanel/FileSelectPanel.h"
+#include "machinestatus/MachineStatusFtpManager.h"
 #include "machinestatus/MachineStatusProgramPanel.h"
 #include "machinestatus/MachineStatusWidget.h"
 #include "toolpage/ToolPage.h"
-#include "transfer/TransList.h"
 #include "transfer/TransManager.h"
 
-#include <QAbstractButton>
-#include <QAction>
-#include <QClipboard>
 #include <QDebug>
 #include <QFileInfo>
-#include <QGuiApplication>
-#include <QMimeData>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QTabBar>
@@ -49,10 +42,6 @@ QString NoticeTitle()
 // Where the file page keeps its splitter sizes and the local panel's folder.
 constexpr char FilePageSizesKey[] = "FilePage/SplitterSizes";
 constexpr char LocalFolderKey[] = "FilePage/LocalFolder";
-constexpr int RealTimeStatusRunning = 1;
-constexpr char SyncSubfoldersKey[] = "FolderSync/IncludeSubfolders";
-constexpr char SyncPreviewKey[] = "FolderSync/Preview";
-constexpr char SyncCompareKey[] = "FolderSync/CompareContent";
 
 QVariant Setting(const char* key, const QVariant& defaultValue)
 {
@@ -241,6 +230,10 @@ void Workspace::ConnectStatusPage()
                 page->StartStaleWatch(sn, 2 * m_pConnection->RealTimeInterval());
         });
     });
+    // The program list's renames and deletes go through the same funnel as the file page's, and
+    // every change to the machine's files shows in both.
+    panel->FtpManager()->SetFileService(m_pFiles);
+    connect(m_pFiles, &MachineFileService::SignalMachineChanged, panel, &MachineStatusProgramPanel::RefreshFiles);
     connect(page, &MachineStatusWidget::signalStartRequested, m_pCommandSender,
             &MachineCommandSender::SlotStartRequested);
     connect(page, &MachineStatusWidget::signalStopRequested, m_pCommandSender,
@@ -301,12 +294,6 @@ void Workspace::SetSerialNumberTimeout(int milliseconds)
     m_pConnection->SetSerialNumberTimeout(milliseconds);
 }
 
-void Workspace::SetPendingRequest(const QString& first, const QString& second, int third,
-                                  std::function<void(const QString&, const QString&, int)> replay)
-{
-    m_pendingRequest = PendingRequest{first, second, third, std::move(replay)};
-}
-
 void Workspace::OpenSelectMachineBox()
 {
     if (!m_pSelectBox) {
@@ -341,12 +328,6 @@ void Workspace::OnConnected()
 {
     m_pPageBar->setTabEnabled(PageMachineStatus, true);
     Q_EMIT SignalMachineConnected(m_pConnection->Ip(), m_pConnection->Sn());
-    if (m_pendingRequest.replay) {
-        PendingRequest pending = std::move(m_pendingRequest);
-        m_pendingRequest = PendingRequest();
-        QTimer::singleShot(100, this,
-                           [pending]() { pending.replay(pending.strFirst, pending.strSecond, pending.iThird); });
-    }
 }
 
 void Workspace::OnOffline()
@@ -382,14 +363,17 @@ void Workspace::SlotGetMachineInfoFinished(bool bSuccess, StructMachineSystemInf
         return;
     const QString text = tr("当前机床系统版本为 %1，低于最低要求版本 %2，部分功能可能会受到影响，请升级机床系统版本！")
                              .arg(systemInfo.SysVer, MinSystemVersion);
-    QTimer::singleShot(0, this, [this, text]() {
-        const auto answer = CVarnokMessageBox::ShowWindowWithCheckBox(this, 1, MsgIconWarning, NoticeTitle(), text,
-                                                                      tr("不再提醒"), false, {});
-        if (answer.second) {
+    StructMsgBoxRequest request;
+    request.strTitle = NoticeTitle();
+    request.strText = text;
+    request.eIcon = MsgIconWarning;
+    request.bHasCheckBox = true;
+    request.strCheckText = tr("不再提醒");
+    CVarnokMessageBox::Open(this, request, [](const StructMsgBoxAnswer& answer) {
+        if (answer.bChecked)
             CamBaseTextHelper::instance()->SetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal,
                                                                 QString::fromLatin1(g_strSettingNoRemindMachineVersion),
                                                                 true, false);
-        }
     });
 }
 
@@ -490,16 +474,13 @@ void Workspace::SlotAppendLog(QString text, QColor color)
 
 void Workspace::ShowNotice(int icon, const QString& text)
 {
-    QTimer::singleShot(0, this, [this, icon, text]() {
-        CVarnokMessageBox::ShowWindow(this, 1, static_cast<EnumMsgIcon>(icon), NoticeTitle(), text, {});
-    });
+    CVarnokMessageBox::Open(this, MsgButtonConfirm, static_cast<EnumMsgIcon>(icon), NoticeTitle(), text);
 }
 
 QWidget* Workspace::BuildFilePage()
 {
     m_pFileManager = new FileManager;
-    m_pTransfers = new TransferOrchestrator(this);
-    m_pFolderSync = new FolderSync(m_pTransfers, this);
+    m_pFiles = new MachineFileService(this);
     m_pFileSplitter = new QSplitter(Qt::Vertical);
     m_pFileSplitter->setObjectName(QStringLiteral("m_splitterFilePage"));
     m_pFileSplitter->setChildrenCollapsible(false);
@@ -512,6 +493,16 @@ QWidget* Workspace::BuildFilePage()
         CamBaseTextHelper::instance()->SetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal,
                                                             QString::fromLatin1(FilePageSizesKey),
                                                             sizes.join(QLatin1Char(',')), false);
+    });
+    // The local panel opens where the user left it.
+    FileSelectPanel* local = m_pFileManager->LocalPanel();
+    const QString lastFolder = Setting(LocalFolderKey, QString()).toString();
+    if (!lastFolder.isEmpty() && QFileInfo(lastFolder).isDir())
+        local->OpenFolder(lastFolder);
+    connect(local, &FileSelectPanel::SignalListingFinished, this, [](const QString& path, bool ok) {
+        if (ok && !path.isEmpty()) // empty: the computer view
+            CamBaseTextHelper::instance()->SetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal,
+                                                                QString::fromLatin1(LocalFolderKey), path, false);
     });
     auto* page = new QWidget;
     page->setObjectName(QStringLiteral("m_widgetFileTransferPage"));
@@ -540,213 +531,80 @@ void Workspace::PlaceTransManager(bool bFullPage)
     m_pFileSplitter->setSizes(sizes);
 }
 
-void Workspace::SetMachineActionsOnline(bool online)
-{
-    m_pToolPage->SetEnabled(ToolPage::ActionMachineStatus, online);
-}
-
 void Workspace::ConnectFilePage()
 {
-    SetMachineActionsOnline(false);
+    m_pToolPage->SetEnabled(ToolPage::ActionMachineStatus, false);
     // A connect still under way can be cancelled; without one there is nothing to disconnect.
     m_pToolPage->SetEnabled(ToolPage::ActionDisconnect, false);
     connect(m_pConnection, &MachineConnection::SignalStateChanged, this, [this](MachineConnection::State state) {
         m_pToolPage->SetEnabled(ToolPage::ActionDisconnect, state != MachineConnection::State::Disconnected);
     });
-    FileManager* manager = m_pFileManager;
-    connect(manager, &FileManager::SignalUpLoadFile, this, &Workspace::SlotUpLoadFile);
-    connect(manager, &FileManager::SignalDownLoadFile, this, &Workspace::SlotDownLoadFile);
-    connect(manager, &FileManager::SignalDeleteTriggered, this, &Workspace::SlotDeleteTriggered);
-    connect(manager, &FileManager::SignalDeleteItemsTriggered, this, &Workspace::SlotDeleteItemsTriggered);
-    connect(manager, &FileManager::SignalRenameTriggered, this, &Workspace::SlotRenameTriggered);
-    connect(manager, &FileManager::SignalMakeDirTriggered, this, &Workspace::SlotMakeDirTriggered);
-    connect(manager, &FileManager::SignalAppendLog, this, &Workspace::SlotAppendLog);
+    connect(this, &Workspace::SignalMachineConnected, this,
+            [this]() { m_pToolPage->SetEnabled(ToolPage::ActionMachineStatus, true); });
+    connect(this, &Workspace::SignalMachineOffline, this,
+            [this]() { m_pToolPage->SetEnabled(ToolPage::ActionMachineStatus, false); });
+    m_pFilePage = new FilePageController(
+        {this, m_pConnection, m_pFiles, m_pFileManager, m_pTransManager, m_pToolPage}, this);
+    connect(m_pFilePage, &FilePageController::SignalAppendLog, this, &Workspace::SlotAppendLog);
+    connect(m_pFilePage, &FilePageController::SignalNotice, this, &Workspace::ShowNotice);
+    connect(m_pFileManager, &FileManager::SignalAppendLog, this, &Workspace::SlotAppendLog);
     connect(CamBaseSignalHelper::instance(), &CamBaseSignalHelper::signalJumpFileToUploadGCode, this,
             &Workspace::SlotUploadAutoCamFiles);
-
-    connect(this, &Workspace::SignalMachineConnected, this, [this](const QString& ip, const QString& sn) {
-        m_pTransfers->SetMachineIp(ip);
-        m_pFileManager->SetMachineConnected(ip, sn);
-        SetMachineActionsOnline(true);
-    });
-    connect(this, &Workspace::SignalMachineOffline, this, [this]() {
-        m_pTransfers->StopAll();
-        m_pTransfers->SetMachineIp(QString());
-        m_pTransfers->SetRunningProgram(QString());
-        if (m_pFileManager->IsConnected())
-            m_pFileManager->SetMachineDisconnected();
-        SetMachineActionsOnline(false);
-    });
-    connect(this, &Workspace::SignalRealTimeData, this, [this](const StructRealTimeData& record) {
-        m_pTransfers->SetRunningProgram(record.status == RealTimeStatusRunning ? record.program.name : QString());
-    });
-    ConnectOrchestratorToPanels();
-    ConnectFolderSync();
-
-    // The local panel opens where the user left it.
-    FileSelectPanel* local = manager->LocalPanel();
-    const QString lastFolder = Setting(LocalFolderKey, QString()).toString();
-    if (!lastFolder.isEmpty() && QFileInfo(lastFolder).isDir())
-        local->OpenFolder(lastFolder);
-    connect(local, &FileSelectPanel::SignalListingFinished, this, [](const QString& path, bool ok) {
-        if (ok && !path.isEmpty()) // empty: the computer view
-            CamBaseTextHelper::instance()->SetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal,
-                                                                QString::fromLatin1(LocalFolderKey), path, false);
-    });
 }
 
-void Workspace::ConnectOrchestratorToPanels()
+FolderSync* Workspace::GetFolderSync() const
 {
-    TransferOrchestrator* transfers = m_pTransfers;
-    FileSelectPanel* machine = m_pFileManager->MachinePanel();
-    FileSelectPanel* local = m_pFileManager->LocalPanel();
-    connect(transfers, &TransferOrchestrator::SignalAppendLog, this, &Workspace::SlotAppendLog);
-    connect(transfers, &TransferOrchestrator::SignalTransferUpdated, m_pTransManager->TransferList(),
-            &TransList::SlotUpdateTransfer);
-    connect(m_pTransManager, &TransManager::SignalRestartTransfer, transfers, &TransferOrchestrator::Retry);
-    connect(transfers, &TransferOrchestrator::SignalNotice, this,
-            [this](const QString& text) { ShowNotice(MsgIconWarning, text); });
-    connect(transfers, &TransferOrchestrator::SignalBusyChanged, this, [this, machine](bool busy) {
-        // A synchronisation keeps the panels until its own end, also between two of its transfers.
-        if (m_pFolderSync->IsSyncing())
-            return;
-        m_pFileManager->SetPanelLocked(busy);
-        if (!busy && m_pFileManager->IsConnected())
-            machine->RefreshPanel();
-    });
-    connect(transfers, &TransferOrchestrator::SignalUploaded, machine, [machine](const QString& machinePath) {
-        machine->LocateAndHighlightFile(machinePath.mid(machinePath.lastIndexOf(QLatin1Char('/')) + 1));
-    });
-    connect(transfers, &TransferOrchestrator::SignalMachineNavigation, machine,
-            &FileSelectPanel::NavigateAndHighlightFolder);
-    connect(transfers, &TransferOrchestrator::SignalMachineChanged, machine, &FileSelectPanel::RefreshPanel);
-    const auto refreshLocal = [local](const QString& localPath) {
-        if (QFileInfo(localPath).absolutePath() == QFileInfo(local->CurrentPath()).absoluteFilePath())
-            local->RefreshPanel();
-    };
-    connect(transfers, &TransferOrchestrator::SignalDownloaded, local, refreshLocal);
-    connect(transfers, &TransferOrchestrator::SignalCutSucceeded, local, [local, refreshLocal](const QString& path) {
-        const QMimeData* mime = QGuiApplication::clipboard()->mimeData();
-        if (mime && mime->hasFormat(QStringLiteral("MimeDataCopy")))
-            QGuiApplication::clipboard()->clear();
-        local->SlotClearLocalClipboardData();
-        refreshLocal(path);
-    });
-    connect(transfers, &TransferOrchestrator::SignalProgressStarted, this,
-            [this](const QString& title, const QString& text) {
-                CProgressWidget::FreeAutoWidget(m_pProgressWidget, true);
-                m_pProgressWidget = CProgressWidget::CreateAutoWidget(title, text);
-            });
-    connect(transfers, &TransferOrchestrator::SignalProgressFinished, this,
-            [this]() { CProgressWidget::FreeAutoWidget(m_pProgressWidget); });
+    return m_pFilePage->GetFolderSync();
+}
+
+SyncButtonLook* Workspace::GetSyncButtonLook() const
+{
+    return m_pFilePage->GetSyncButtonLook();
 }
 
 void Workspace::SlotUpLoadFile(QString strLocalPath, QString strMachinePath, OperationType operation)
 {
-    m_pTransfers->Upload(strLocalPath, strMachinePath, operation);
+    m_pFiles->Upload(m_pConnection->Endpoint(), strLocalPath, strMachinePath, operation, RequestOrigin::FilePage);
 }
 
 void Workspace::SlotDownLoadFile(QString strLocalPath, QString strMachinePath)
 {
-    m_pTransfers->Download(strLocalPath, strMachinePath);
+    m_pFiles->Download(m_pConnection->Endpoint(), strLocalPath, strMachinePath, RequestOrigin::FilePage);
 }
 
 void Workspace::SlotDeleteTriggered(QString path, int type)
 {
-    m_pTransfers->DeletePath(path, type);
+    const bool bFolder = type == 0;
+    m_pFiles->Delete(m_pConnection->Endpoint(), bFolder ? QStringList() : QStringList{path},
+                     bFolder ? QStringList{path} : QStringList(), RequestOrigin::FilePage);
 }
 
 void Workspace::SlotDeleteItemsTriggered(QStringList filePathList, QStringList foderPathList)
 {
-    m_pTransfers->DeleteItems(filePathList, foderPathList);
+    m_pFiles->Delete(m_pConnection->Endpoint(), filePathList, foderPathList, RequestOrigin::FilePage);
 }
 
 void Workspace::SlotRenameTriggered(QString strOldPath, QString strNewPath)
 {
-    m_pTransfers->Rename(strOldPath, strNewPath);
+    m_pFiles->Rename(m_pConnection->Endpoint(), strOldPath, strNewPath, RequestOrigin::FilePage);
 }
 
 void Workspace::SlotMakeDirTriggered(QString path)
 {
-    m_pTransfers->MakeDir(path);
+    m_pFiles->MakeDir(m_pConnection->Endpoint(), path, RequestOrigin::FilePage);
 }
 
 void Workspace::SlotUploadAutoCamFiles(QVariant fileData, QString filePath, QString modelName)
 {
-    m_pTransfers->UploadAutoCamFiles(fileData, filePath, modelName);
-}
-
-void Workspace::ConnectFolderSync()
-{
-    m_pSyncLook = new SyncButtonLook(m_pToolPage->Button(ToolPage::ActionFolderSync), this);
-    m_pToolPage->SetEnabled(ToolPage::ActionFolderSync, false);
-    connect(m_pFolderSync, &FolderSync::SignalAppendLog, this, &Workspace::SlotAppendLog);
-    connect(m_pFolderSync, &FolderSync::SignalNotice, this, &Workspace::ShowNotice);
-    connect(m_pFolderSync, &FolderSync::SignalButtonStateChanged, m_pSyncLook, &SyncButtonLook::SetState);
-    connect(m_pFolderSync, &FolderSync::SignalPanelsBusy, this, [this](bool busy) {
-        m_pFileManager->SetPanelLocked(busy || m_pTransfers->IsBusy());
-        if (busy || !m_pFileManager->IsConnected())
-            return;
-        m_pFileManager->MachinePanel()->RefreshPanel();
-        m_pFileManager->LocalPanel()->RefreshPanel();
-    });
-    m_pFolderSync->SetConflictAsker([this](const SyncConflict& conflict) {
-        return CVarnokMessageBox::ShowWindow(
-            this, MsgButtonYes | MsgButtonNo | MsgButtonIgnore, MsgIconWarning, tr("文件冲突确认"),
-            tr("文件 \"%1\" 在本地和机床中均存在，内容不一致。\n\n请选择要保留的版本：").arg(conflict.local.strRelPath),
-            {{MsgButtonYes, tr("保存本地版本")}, {MsgButtonNo, tr("保存机床版本")}, {MsgButtonIgnore, tr("跳过")}});
-    });
-    m_pFolderSync->SetPlanReviewer([this](FolderSyncPlan* plan) {
-        FolderSyncPreviewDialog dialog(*plan, this);
-        if (dialog.exec() != QDialog::Accepted)
-            return false;
-        *plan = dialog.Result();
-        return true;
-    });
-    connect(this, &Workspace::SignalMachineConnected, this, [this]() {
-        StopSyncAndRestoreState();
-        m_pToolPage->SetEnabled(ToolPage::ActionFolderSync, true);
-    });
-    connect(this, &Workspace::SignalMachineOffline, this, [this]() {
-        StopSyncAndRestoreState();
-        m_pToolPage->SetEnabled(ToolPage::ActionFolderSync, false);
-    });
-
-    // The synchronisation's settings sit on the button's context menu.
-    QAbstractButton* button = m_pToolPage->Button(ToolPage::ActionFolderSync);
-    button->setContextMenuPolicy(Qt::ActionsContextMenu);
-    for (const auto& [key, text] :
-         {std::pair{SyncSubfoldersKey, tr("包含子文件夹")}, std::pair{SyncPreviewKey, tr("同步前预览")},
-          std::pair{SyncCompareKey, tr("比较文件内容")}}) {
-        auto* action = new QAction(text, button);
-        action->setCheckable(true);
-        action->setChecked(Setting(key, false).toBool());
-        connect(action, &QAction::toggled, this, [key = key](bool checked) {
-            CamBaseTextHelper::instance()->SetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal,
-                                                                QString::fromLatin1(key), checked, false);
-        });
-        button->addAction(action);
-    }
+    m_pFiles->UploadAutoCamFiles(fileData, filePath, modelName);
 }
 
 void Workspace::SlotFileSyncBtnClicked()
 {
-    qDebug() << "sync cnc is connected?";
-    if (!CamBaseRegisterHelper::instance()->GetCurrentMachineConnectStatus()) {
-        ShowNotice(MsgIconFailure, tr("机床未连接"));
-        return;
-    }
-    if (!m_pFileManager) {
-        ShowNotice(MsgIconFailure, tr("文件管理器未初始化"));
-        return;
-    }
-    m_pFolderSync->SetIncludeSubfolders(Setting(SyncSubfoldersKey, false).toBool());
-    m_pFolderSync->SetPreview(Setting(SyncPreviewKey, false).toBool());
-    m_pFolderSync->SetCompareContent(Setting(SyncCompareKey, false).toBool());
-    m_pFolderSync->Start(m_pFileManager->LocalPanel()->CurrentPath(), m_pFileManager->MachinePanel()->CurrentPath());
+    m_pFilePage->StartFolderSync();
 }
 
 void Workspace::StopSyncAndRestoreState()
 {
-    m_pFolderSync->StopSyncAndRestoreState();
+    m_pFilePage->GetFolderSync()->StopSyncAndRestoreState();
 }

@@ -5,20 +5,19 @@
 #include <QColor>
 #include <QPointer>
 #include <QWidget>
-#include <functional>
 
 class BroadCastSender;
-class CProgressWidget;
 class CSelectMachineBox;
 class FileManager;
+class FilePageController;
 class FolderSync;
+class MachineFileService;
 class SyncButtonLook;
 class MachineCommandSender;
 class DeviceVerifyDialog;
 class MachineConnection;
 class MachineStatusWidget;
 class QSplitter;
-class TransferOrchestrator;
 class QStackedWidget;
 class QTabBar;
 class QTimer;
@@ -35,7 +34,7 @@ class CamPluginFile;
 //
 // Other parts of the workbench follow the connection only through SignalMachineConnected,
 // SignalMachineOffline and SignalRealTimeData, and reach the Workspace through MachineIp(),
-// MachineSn(), GetTransManager(), GetToolPage(), SetPendingRequest() and ShowPage(): keep
+// MachineSn(), GetTransManager(), GetToolPage() and ShowPage(): keep
 // these names and their meaning.
 class Workspace : public QWidget
 {
@@ -62,10 +61,6 @@ public:
     void ConnectToMachine(const QString& ip, const QString& sn);
     // Ends the connection; `netNotice` says the network was lost rather than the user leaving.
     void DisconnectMachine(bool netNotice);
-    // A file operation that needs the machine and arrived while none was connected:
-    // it runs once the next connection is made.
-    void SetPendingRequest(const QString& first, const QString& second, int third,
-                           std::function<void(const QString&, const QString&, int)> replay);
     void ShowPage(Page page);
     // Shorter waits for tests; the defaults are the machine's real timings.
     void SetCheckInterval(int milliseconds);
@@ -83,9 +78,10 @@ public:
     QTabBar* PageBar() const { return m_pPageBar; }
     CSelectMachineBox* SelectMachineBox() const { return m_pSelectBox; }
     FileManager* GetFileManager() const { return m_pFileManager; }
-    TransferOrchestrator* GetTransferOrchestrator() const { return m_pTransfers; }
-    FolderSync* GetFolderSync() const { return m_pFolderSync; }
-    SyncButtonLook* GetSyncButtonLook() const { return m_pSyncLook; }
+    // The funnel every machine file request of the workbench goes through.
+    MachineFileService* FileService() const { return m_pFiles; }
+    FolderSync* GetFolderSync() const;
+    SyncButtonLook* GetSyncButtonLook() const;
     QSplitter* FilePageSplitter() const { return m_pFileSplitter; }
     MachineStatusWidget* StatusWidget() const { return m_pStatusWidget; }
 
@@ -110,7 +106,7 @@ public Q_SLOTS:
     void SlotAppendLog(QString text, QColor color);
     void SlotReConnectByTypeC(QString ip);
 
-    // File requests of the file page, carried out by the transfer orchestrator.
+    // File requests, carried out by the funnel for the connected machine.
     void SlotUpLoadFile(QString strLocalPath, QString strMachinePath, OperationType operation = OperationCopy);
     void SlotDownLoadFile(QString strLocalPath, QString strMachinePath);
     void SlotDeleteTriggered(QString path, int type);
@@ -140,13 +136,10 @@ private:
     // Boxes open from their own zero-delay timer, never inside a socket's or timer's slot.
     void ShowNotice(int icon, const QString& text);
 
-    // The file page: the file manager above the transfer strip, and the orchestrator behind them.
+    // The file page: the file manager above the transfer strip, and the funnel behind them.
     QWidget* BuildFilePage();
     void ConnectFilePage();
-    void ConnectOrchestratorToPanels();
     void PlaceTransManager(bool bFullPage);
-    void SetMachineActionsOnline(bool online);
-    void ConnectFolderSync();
 
     CamPlugin::CamPluginFile* m_pPluginObject = nullptr;
 
@@ -157,26 +150,15 @@ private:
     int m_nSilentSearchMs = 15000;
     bool m_bNetNotice = false;
 
-    struct PendingRequest
-    {
-        QString strFirst;
-        QString strSecond;
-        int iThird = 0;
-        std::function<void(const QString&, const QString&, int)> replay;
-    };
-    PendingRequest m_pendingRequest;
-
     ToolPage* m_pToolPage = nullptr;
     QTabBar* m_pPageBar = nullptr;
     QStackedWidget* m_pPages = nullptr;
     TransManager* m_pTransManager = nullptr;
     CSelectMachineBox* m_pSelectBox = nullptr;
     FileManager* m_pFileManager = nullptr;
-    TransferOrchestrator* m_pTransfers = nullptr;
-    FolderSync* m_pFolderSync = nullptr;
-    SyncButtonLook* m_pSyncLook = nullptr;
+    MachineFileService* m_pFiles = nullptr;
+    FilePageController* m_pFilePage = nullptr;
     QSplitter* m_pFileSplitter = nullptr;
-    QPointer<CProgressWidget> m_pProgressWidget;
     MachineStatusWidget* m_pStatusWidget = nullptr;
     MachineCommandSender* m_pCommandSender = nullptr;
     QPointer<DeviceVerifyDialog> m_pDeviceDialog;

@@ -46,7 +46,7 @@ int ConfiguredMaxTransfers()
 }
 } // namespace
 
-struct MachineFileService::Transfer
+struct MachineFileService::QueuedTransfer
 {
     MachineEndpoint endpoint;
     TransferItem item;
@@ -114,8 +114,8 @@ bool MachineFileService::HitsRunningProgram(const QString& machinePath, bool bFo
 bool MachineFileService::IsPathBusy(const MachineEndpoint& endpoint, const QString& path, bool bFolder) const
 {
     const QString url = MachineTaskFactory::Url(endpoint, path);
-    for (const QList<std::shared_ptr<Transfer>>* list : {&m_listRunning, &m_listWaiting}) {
-        for (const std::shared_ptr<Transfer>& transfer : *list) {
+    for (const QList<std::shared_ptr<QueuedTransfer>>* list : {&m_listRunning, &m_listWaiting}) {
+        for (const std::shared_ptr<QueuedTransfer>& transfer : *list) {
             if (transfer->strUrl == url || (bFolder && transfer->strUrl.startsWith(url + QLatin1Char('/'))))
                 return true;
         }
@@ -299,25 +299,25 @@ void MachineFileService::Enqueue(const MachineEndpoint& endpoint, const QList<Tr
             Q_EMIT SignalAppendLog(tr("当前文件正在被操作：%1").arg(item.strMachinePath), LogColors::Warning);
             continue;
         }
-        auto transfer = std::make_shared<Transfer>();
+        auto transfer = std::make_shared<QueuedTransfer>();
         transfer->endpoint = endpoint;
         transfer->item = item;
         transfer->strUrl = MachineTaskFactory::Url(endpoint, item.strMachinePath);
         transfer->strKey = transfer->strUrl + (item.bUpload ? UploadSuffix : DownloadSuffix);
         transfer->bSilent = bSilent;
         transfer->hold = m_pActivity->Begin(endpoint.strIp);
-        const std::weak_ptr<Transfer> weak = transfer;
+        const std::weak_ptr<QueuedTransfer> weak = transfer;
         transfer->job = new TaskJob(
             &m_tasks,
             [this, weak]() -> MachineTask* {
-                const std::shared_ptr<Transfer> t = weak.lock();
+                const std::shared_ptr<QueuedTransfer> t = weak.lock();
                 return t->item.bUpload
                            ? m_pFactory->Upload(t->endpoint, t->item.strLocalPath, t->item.strMachinePath)
                            : m_pFactory->Download(t->endpoint, t->item.strMachinePath, t->item.strLocalPath);
             },
             batch);
         connect(transfer->job, &MachineJob::SignalProgress, this, [this, weak](qint64 done, qint64 total) {
-            if (const std::shared_ptr<Transfer> t = weak.lock(); t && !t->bSilent)
+            if (const std::shared_ptr<QueuedTransfer> t = weak.lock(); t && !t->bSilent)
                 Report(*t, TanslateInfo::StateRunning, done, total);
         });
         connect(transfer->job, &TaskJob::SignalTaskEnded, this, [this, transfer](bool ok, const QString& message) {
@@ -346,7 +346,7 @@ void MachineFileService::StartWaiting()
         StartTransfer(m_listWaiting.takeFirst());
 }
 
-void MachineFileService::StartTransfer(const std::shared_ptr<Transfer>& transfer)
+void MachineFileService::StartTransfer(const std::shared_ptr<QueuedTransfer>& transfer)
 {
     m_listRunning.append(transfer);
     const bool bUpload = transfer->item.bUpload;
@@ -359,7 +359,7 @@ void MachineFileService::StartTransfer(const std::shared_ptr<Transfer>& transfer
     transfer->job->Start();
 }
 
-void MachineFileService::OnTransferEnded(const std::shared_ptr<Transfer>& transfer, bool ok, const QString& message)
+void MachineFileService::OnTransferEnded(const std::shared_ptr<QueuedTransfer>& transfer, bool ok, const QString& message)
 {
     m_listRunning.removeAll(transfer);
     const TransferItem& item = transfer->item;
@@ -421,7 +421,7 @@ void MachineFileService::ApplyLearnedLoginLimit()
     Q_EMIT SignalAppendLog(text, LogColors::Warning);
 }
 
-void MachineFileService::FinishCut(const Transfer& transfer, bool ok)
+void MachineFileService::FinishCut(const QueuedTransfer& transfer, bool ok)
 {
     if (ok) {
         qDebug() << "剪切操作成功，删除本地源文件:" << transfer.item.strLocalPath;
@@ -444,7 +444,7 @@ void MachineFileService::AfterLastTransfer()
     }
 }
 
-void MachineFileService::Report(const Transfer& transfer, int state, qint64 done, qint64 total)
+void MachineFileService::Report(const QueuedTransfer& transfer, int state, qint64 done, qint64 total)
 {
     TanslateInfo info;
     info.totalSize = double(total);
@@ -490,11 +490,11 @@ MachineJob* MachineFileService::Fetch(const MachineEndpoint& endpoint, const QSt
 
 void MachineFileService::StopAll()
 {
-    const QList<std::shared_ptr<Transfer>> waiting = m_listWaiting;
-    for (const std::shared_ptr<Transfer>& transfer : waiting)
+    const QList<std::shared_ptr<QueuedTransfer>> waiting = m_listWaiting;
+    for (const std::shared_ptr<QueuedTransfer>& transfer : waiting)
         transfer->job->Cancel();
-    const QList<std::shared_ptr<Transfer>> running = m_listRunning;
-    for (const std::shared_ptr<Transfer>& transfer : running)
+    const QList<std::shared_ptr<QueuedTransfer>> running = m_listRunning;
+    for (const std::shared_ptr<QueuedTransfer>& transfer : running)
         transfer->job->Cancel();
 }
 

@@ -103,7 +103,7 @@ Q_SIGNALS:
     void SignalCutSucceeded(QString localPath);
 
 private:
-    struct Transfer;
+    struct QueuedTransfer;
 
     MachineJob* Refuse(const QString& reason, bool bNotice);
     QString CheckConnected(const MachineEndpoint& endpoint) const;
@@ -116,11 +116,11 @@ private:
     void Enqueue(const MachineEndpoint& endpoint, const QList<TransferItem>& items, CompositeJob* batch,
                  bool bSilent = false);
     void StartWaiting();
-    void StartTransfer(const std::shared_ptr<Transfer>& transfer);
-    void OnTransferEnded(const std::shared_ptr<Transfer>& transfer, bool ok, const QString& message);
-    void FinishCut(const Transfer& transfer, bool ok);
+    void StartTransfer(const std::shared_ptr<QueuedTransfer>& transfer);
+    void OnTransferEnded(const std::shared_ptr<QueuedTransfer>& transfer, bool ok, const QString& message);
+    void FinishCut(const QueuedTransfer& transfer, bool ok);
     void AfterLastTransfer();
-    void Report(const Transfer& transfer, int state, qint64 done, qint64 total);
+    void Report(const QueuedTransfer& transfer, int state, qint64 done, qint64 total);
     void ApplyLearnedLoginLimit();
     MachineJob* StartChange(const MachineEndpoint& endpoint, std::function<MachineTask*()> maker,
                             const QString& hostLogFormat, const QString& progressTitle, const QString& progressText,
@@ -133,8 +133,8 @@ private:
     QString m_strRunningProgram;
     QString m_strAutoCamFolder;
     OverwriteAsker m_fnAskOverwrite;
-    QList<std::shared_ptr<Transfer>> m_listWaiting;
-    QList<std::shared_ptr<Transfer>> m_listRunning;
+    QList<std::shared_ptr<QueuedTransfer>> m_listWaiting;
+    QList<std::shared_ptr<QueuedTransfer>> m_listRunning;
     // Every failed transfer by row key, so that the row can be retried.
     QHash<QString, TransferItem> m_hashFailed;
     bool m_bNavigationWaiting = false;

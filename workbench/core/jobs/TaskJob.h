@@ -1,6 +1,7 @@
 #pragma once
 
 #include "MachineJob.h"
+#include "MachineRecords.h"
 
 #include <QPointer>
 #include <functional>
