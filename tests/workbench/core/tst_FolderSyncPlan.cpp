@@ -1,4 +1,4 @@
-#include "workspace/FolderSyncPlan.h"
+#include "FolderSyncPlan.h"
 
 #include <QTest>
 
