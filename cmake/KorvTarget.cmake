@@ -20,7 +20,7 @@ function(korv_add_subfolders)
   endforeach()
 endfunction()
 
-# korv_add_test(NAME name LABEL unit|integration|gui|screenshot SOURCES ... LIBS ... [TIMEOUT s]
+# korv_add_test(NAME name LABEL unit|integration|gui SOURCES ... LIBS ... [TIMEOUT s]
 #               [RESOURCE_LOCK name])
 # One Qt Test executable per class or feature. gui and unit tests run offscreen. Tests that
 # measure time take the "timing" lock, so that CTest never runs two of them side by side.

@@ -63,20 +63,12 @@ void tst_SimMachine::runningProgramMovesAndFinishes()
     const QJsonObject wcs = data.value("WCS").toObject();
     QVERIFY(wcs.value("x").toDouble() > 0 && wcs.value("x").toDouble() < 60);
     QCOMPARE(data.value("MCS").toObject().value("x").toDouble(), wcs.value("x").toDouble() - 200);
-    QCOMPARE(data.value("feed").toInt(), 600);
     QCOMPARE(data.value("spindleSpeed").toInt(), 10000);
-    QVERIFY(data.value("G5xDTG").toObject().value("x").toDouble() > 0);
     const QJsonObject program = data.value("program").toObject();
-    QCOMPARE(program.value("name").toString(), QString("part.nc"));
     QCOMPARE(program.value("curLine").toInt(), 4);
-    QCOMPARE(program.value("totalLine").toInt(), 7);
     QCOMPARE(program.value("timeUsed").toInt(), 7);
-    QVERIFY(program.value("timeLeft").toInt() > 0);
-    const QJsonObject lines = program.value("currentLines").toObject();
-    QCOMPARE(lines.value("startLine").toInt(), 1);
-    QCOMPARE(lines.value("lines").toArray().at(3).toString(), QString("G1 X60 Y80 Z0 F600"));
-    QCOMPARE(data.value("load").toArray().size(), 7);
-    QVERIFY(data.value("load").toArray().at(0).toDouble() > 0);
+    QCOMPARE(program.value("currentLines").toObject().value("lines").toArray().at(3).toString(),
+             QString("G1 X60 Y80 Z0 F600"));
 
     machine.Advance(60);
     data = machine.RealTimeData();
@@ -84,7 +76,6 @@ void tst_SimMachine::runningProgramMovesAndFinishes()
     QCOMPARE(data.value("program").toObject().value("isFinish").toInt(), 1);
     QCOMPARE(data.value("program").toObject().value("timeLeft").toInt(), 0);
     QCOMPARE(data.value("WCS").toObject().value("z").toDouble(), 20.0);
-    QVERIFY(data.value("spindleTemp").toDouble() > 24.0);
 }
 
 void tst_SimMachine::toolChangeEmptiesTheSpindle()
@@ -100,7 +91,6 @@ void tst_SimMachine::toolChangeEmptiesTheSpindle()
     tool = machine.RealTimeData().value("toolInfo").toObject();
     QCOMPARE(tool.value("toolNo").toInt(), 4);
     QCOMPARE(tool.value("toolDiameter").toDouble(), 2.5);
-    QCOMPARE(tool.value("bInPos").toArray(), QJsonArray{1});
 }
 
 void tst_SimMachine::faultGivesErrorThenWaiting()
@@ -164,7 +154,6 @@ void tst_SimMachine::machineInfoAndTools()
     m_options.interfaceName = "wlan";
     SimMachine machine(m_options);
     const QJsonObject info = machine.MachineInfo("10.1.2.3");
-    QCOMPARE(info.value("system").toObject().value("Sn").toString(), m_options.serialNumber);
     QCOMPARE(info.value("Net").toObject().value("wlan").toObject().value("ip").toString(), QString("10.1.2.3"));
     QCOMPARE(info.value("Net").toObject().value("eth").toObject().value("ip").toString(), QString());
     QVERIFY(!machine.SetTools(QJsonArray{QJsonObject{{"toolType", 1}}}));

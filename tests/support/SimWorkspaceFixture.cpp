@@ -11,6 +11,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QRandomGenerator>
+#include <QSignalSpy>
 #include <QTest>
 
 QByteArray SimWorkspaceFixture::RandomBytes(int size)
@@ -35,12 +36,40 @@ QByteArray SimWorkspaceFixture::Read(const QString& path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
+bool SimWorkspaceFixture::WaitForListing(FileSelectPanel& panel, const std::function<void()>& action, bool* ok)
+{
+    QSignalSpy spy(&panel, &FileSelectPanel::SignalListingFinished);
+    action();
+    // The simulator serves on this thread, so the wait must keep the event loop turning.
+    if (spy.isEmpty() && !spy.wait(20000))
+        return false;
+    if (ok)
+        *ok = spy.last().at(1).toBool();
+    return true;
+}
+
+QStringList SimWorkspaceFixture::PanelNames(const FileSelectPanel& panel)
+{
+    QStringList names;
+    const QAbstractItemModel* model = panel.TreeView()->model();
+    for (int row = 0; row < model->rowCount(); ++row)
+        names.append(model->index(row, 0).data(FileItemRole::Name).toString());
+    return names;
+}
+
+QModelIndex SimWorkspaceFixture::PanelRow(const FileSelectPanel& panel, const QString& name)
+{
+    const int row = PanelNames(panel).indexOf(name);
+    return row < 0 ? QModelIndex() : panel.TreeView()->model()->index(row, 0);
+}
+
 void SimWorkspaceFixture::SetUpFixture()
 {
     qputenv("KORV_CONFIG_DIR", m_configDir.path().toUtf8());
     CVarnokMessageBox::SetTestResponder([this](const StructMsgBoxRequest& request) {
         m_listBoxes.append(request);
-        return StructMsgBoxAnswer{request.iButtons & MsgButtonYes ? m_iAnswer : MsgButtonConfirm, false};
+        const bool answerable = request.iButtons & (MsgButtonYes | m_iAnswer);
+        return StructMsgBoxAnswer{answerable ? m_iAnswer : MsgButtonConfirm, false};
     });
     CamBaseTextHelper::instance()->SetLocalSettingCache(
         CamBaseTextHelper::SettingTypeLocal, QString::fromLatin1(g_strSettingFtpConnectTimeoutMs), 2000, true);
@@ -83,9 +112,18 @@ void SimWorkspaceFixture::StartSimulator(const SimOptions& options)
     MachinePortMap::Set(5002, m_sim->SnPort());
 }
 
+void SimWorkspaceFixture::CopyDemoPrograms()
+{
+    const QDir demo(qEnvironmentVariable("KORV_SOURCE_DIR") + QStringLiteral("/simulator/demo"));
+    for (const QString& name : demo.entryList(QDir::Files))
+        QVERIFY(QFile::copy(demo.filePath(name), MachineFile(name)));
+}
+
 void SimWorkspaceFixture::ShowWorkspace()
 {
     m_workspace = std::make_unique<Workspace>();
+    if (m_iCheckIntervalMs > 0)
+        m_workspace->SetCheckInterval(m_iCheckIntervalMs);
     m_workspace->resize(1400, 900);
     m_workspace->show();
     QVERIFY(QTest::qWaitForWindowExposed(m_workspace.get()));
@@ -106,9 +144,5 @@ void SimWorkspaceFixture::ConnectWorkspace()
 
 QStringList SimWorkspaceFixture::MachineNames() const
 {
-    QStringList names;
-    const QAbstractItemModel* model = m_workspace->GetFileManager()->MachinePanel()->TreeView()->model();
-    for (int row = 0; row < model->rowCount(); ++row)
-        names.append(model->index(row, 0).data(FileItemRole::Name).toString());
-    return names;
+    return PanelNames(*m_workspace->GetFileManager()->MachinePanel());
 }

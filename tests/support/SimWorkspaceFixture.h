@@ -9,11 +9,15 @@
 #include <QList>
 #include <QStringList>
 #include <QTemporaryDir>
+#include <functional>
 #include <memory>
+
+class FileSelectPanel;
 
 // A shown Workspace against the simulator on loopback, with its own config folder, a machine
 // root and a local folder. Message boxes are recorded and answered with m_iAnswer where they
-// offer "yes", confirmed otherwise. Test classes derive from it beside QObject.
+// offer "yes" or m_iAnswer itself, confirmed otherwise. Test classes derive from it beside QObject;
+// the simulator alone, without a workspace, serves panels built by the test.
 class SimWorkspaceFixture
 {
 public:
@@ -24,6 +28,11 @@ public:
     // Writes `bytes` to `path`, creating the folders above it.
     static void Write(const QString& path, const QByteArray& bytes);
     static QByteArray Read(const QString& path);
+
+    // Runs `action` and waits for the panel's listing to end; *ok tells whether it succeeded.
+    static bool WaitForListing(FileSelectPanel& panel, const std::function<void()>& action, bool* ok = nullptr);
+    static QStringList PanelNames(const FileSelectPanel& panel);
+    static QModelIndex PanelRow(const FileSelectPanel& panel, const QString& name);
 
 protected:
     // Config folder, message box responder and a short connect timeout; call from initTestCase().
@@ -37,6 +46,8 @@ protected:
     SimOptions DefaultSimOptions() const;
     // Starts the simulator and points the FTP, info and serial number ports at it.
     void StartSimulator(const SimOptions& options);
+    // Copies the simulator's demo programs onto the machine root.
+    void CopyDemoPrograms();
     // Creates and shows the workspace with the local folder open.
     void ShowWorkspace();
     // Shows the workspace, connects and waits until the machine root is listed.
@@ -52,4 +63,6 @@ protected:
     std::unique_ptr<Workspace> m_workspace;
     QList<StructMsgBoxRequest> m_listBoxes;
     int m_iAnswer = MsgButtonYes;
+    // When set before ShowWorkspace(), how often the workspace checks the connection.
+    int m_iCheckIntervalMs = 0;
 };

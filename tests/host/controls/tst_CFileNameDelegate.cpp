@@ -3,7 +3,6 @@
 #include <QLineEdit>
 #include <QStandardItemModel>
 #include <QTest>
-#include <QTreeView>
 
 class tst_CFileNameDelegate : public QObject
 {
@@ -12,7 +11,6 @@ class tst_CFileNameDelegate : public QObject
 private slots:
     void editorSelectsNameBeforeSuffix_data();
     void editorSelectsNameBeforeSuffix();
-    void elideModeReachesThePainting();
 };
 
 void tst_CFileNameDelegate::editorSelectsNameBeforeSuffix_data()
@@ -43,31 +41,6 @@ void tst_CFileNameDelegate::editorSelectsNameBeforeSuffix()
     QVERIFY(edit);
     QCOMPARE(edit->text(), name);
     QCOMPARE(edit->selectedText(), selected);
-}
-
-void tst_CFileNameDelegate::elideModeReachesThePainting()
-{
-    QStandardItemModel model(1, 1);
-    model.setItem(0, 0, new QStandardItem(QStringLiteral("abcdefghijklmnopqrstuvwxyz_0123456789_END.nc")));
-    QTreeView view;
-    view.setHeaderHidden(true);
-    CFileNameDelegate delegate;
-    view.setItemDelegate(&delegate);
-    view.setModel(&model);
-    view.resize(140, 60);
-    view.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&view));
-
-    // Rendered text differs with the place of the ellipsis; compare left and right halves.
-    auto render = [&](Qt::TextElideMode mode) {
-        delegate.SetElideMode(mode);
-        view.viewport()->update();
-        return view.viewport()->grab().toImage();
-    };
-    const QImage right = render(Qt::ElideRight);
-    const QImage left = render(Qt::ElideLeft);
-    QCOMPARE(delegate.ElideMode(), Qt::ElideLeft);
-    QVERIFY(right != left);
 }
 
 QTEST_MAIN(tst_CFileNameDelegate)

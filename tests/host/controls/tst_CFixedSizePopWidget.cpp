@@ -9,29 +9,10 @@ class tst_CFixedSizePopWidget : public QObject
     Q_OBJECT
 
 private slots:
-    void fixedSizeAndCentred();
     void draggedByItsTitle();
     void escapeAndCloseMarkReject_data();
     void escapeAndCloseMarkReject();
-    void confirmAccepts();
 };
-
-void tst_CFixedSizePopWidget::fixedSizeAndCentred()
-{
-    QWidget window;
-    window.setGeometry(100, 100, 800, 600);
-    window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
-    CFixedSizePopWidget pop(&window);
-    pop.SetTitle(QStringLiteral("绑定设备"));
-    pop.SetPopSize(QSize(360, 240));
-    pop.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&pop));
-    QCOMPARE(pop.size(), QSize(360, 240));
-    QCOMPARE(pop.minimumSize(), pop.maximumSize());
-    QVERIFY(qAbs(pop.frameGeometry().center().x() - window.frameGeometry().center().x()) <= 1);
-    QCOMPARE(pop.windowTitle(), QStringLiteral("绑定设备"));
-}
 
 void tst_CFixedSizePopWidget::draggedByItsTitle()
 {
@@ -73,15 +54,6 @@ void tst_CFixedSizePopWidget::escapeAndCloseMarkReject()
     QCOMPARE(finished.count(), 1);
     QCOMPARE(finished.at(0).at(0).toInt(), int(QDialog::Rejected));
     QVERIFY(!pop.isVisible());
-}
-
-void tst_CFixedSizePopWidget::confirmAccepts()
-{
-    CFixedSizePopWidget pop;
-    pop.show();
-    QSignalSpy accepted(&pop, &QDialog::accepted);
-    pop.SlotConfirm();
-    QCOMPARE(accepted.count(), 1);
 }
 
 QTEST_MAIN(tst_CFixedSizePopWidget)

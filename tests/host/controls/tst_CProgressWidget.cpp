@@ -10,36 +10,13 @@ class tst_CProgressWidget : public QObject
 
 private slots:
     void cleanup();
-    void responderRecordsCreateAndFree();
     void freeingTwiceOrAfterDestructionIsSafe();
-    void shownOverActiveWindowWithoutBlocking();
     void quickJobKeepsIndicatorBriefly();
 };
 
 void tst_CProgressWidget::cleanup()
 {
     CProgressWidget::SetTestResponder({});
-}
-
-void tst_CProgressWidget::responderRecordsCreateAndFree()
-{
-    QList<StructProgressRequest> requests;
-    CProgressWidget::SetTestResponder([&](const StructProgressRequest& request) { requests.append(request); });
-    QPointer<CProgressWidget> widget =
-        CProgressWidget::CreateAutoWidget(QStringLiteral("删除"), QStringLiteral("正在删除，请稍候"));
-    QVERIFY(widget);
-    QVERIFY(!widget->isVisible());
-    CProgressWidget::FreeAutoWidget(widget, false);
-
-    QCOMPARE(requests.size(), 2);
-    QCOMPARE(requests.at(0).eAction, StructProgressRequest::Create);
-    QCOMPARE(requests.at(0).strTitle, QStringLiteral("删除"));
-    QCOMPARE(requests.at(0).strText, QStringLiteral("正在删除，请稍候"));
-    QCOMPARE(requests.at(1).eAction, StructProgressRequest::Free);
-    QCOMPARE(requests.at(1).strTitle, QStringLiteral("删除"));
-    QCOMPARE(requests.at(1).bImmediately, false);
-    // A hidden indicator has nothing to flash, so it goes at once.
-    QTRY_VERIFY(widget.isNull());
 }
 
 void tst_CProgressWidget::freeingTwiceOrAfterDestructionIsSafe()
@@ -66,28 +43,6 @@ void tst_CProgressWidget::freeingTwiceOrAfterDestructionIsSafe()
     delete window;
     QVERIFY(widget.isNull());
     CProgressWidget::FreeAutoWidget(widget, false);
-}
-
-void tst_CProgressWidget::shownOverActiveWindowWithoutBlocking()
-{
-    QWidget window;
-    window.resize(600, 400);
-    window.show();
-    window.activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&window));
-    QPointer<CProgressWidget> widget =
-        CProgressWidget::CreateAutoWidget(QStringLiteral("删除文件夹"), QStringLiteral("正在删除文件夹，请稍候"));
-    QVERIFY(widget);
-    QVERIFY(widget->isVisible());
-    QCOMPARE(widget->Title(), QStringLiteral("删除文件夹"));
-    QVERIFY(window.frameGeometry().contains(widget->frameGeometry().center()));
-    // The event loop keeps running while the indicator is up.
-    bool bTicked = false;
-    QTimer::singleShot(1, this, [&] { bTicked = true; });
-    QTRY_VERIFY(bTicked);
-    CProgressWidget::FreeAutoWidget(widget, true);
-    QVERIFY(!widget->isVisible());
-    QTRY_VERIFY(widget.isNull());
 }
 
 void tst_CProgressWidget::quickJobKeepsIndicatorBriefly()

@@ -22,12 +22,7 @@ private slots:
     void discoveryRepliesFillTheList_data();
     void discoveryRepliesFillTheList();
     void sameMachineIsUpdatedInPlace();
-    void badTypedIpIsRefused();
-    void typedIpIsEmitted();
-    void selectedMachineIsEmitted();
-    void offlineMachineCannotBeChosen();
-    void connectResultStates();
-    void refreshAndClear();
+    void confirmPicksTypedOrListedMachine();
     void nameEncodingIsKeptPerMachine();
 
 private:
@@ -63,17 +58,10 @@ void tst_CSelectMachineBox::ipv4Validation_data()
     QTest::addColumn<QString>("text");
     QTest::addColumn<bool>("valid");
     QTest::newRow("plain") << "192.168.1.100" << true;
-    QTest::newRow("zeros") << "0.0.0.0" << true;
-    QTest::newRow("max") << "255.255.255.255" << true;
     QTest::newRow("octet-over-255") << "192.168.1.256" << false;
     QTest::newRow("three-octets") << "192.168.1" << false;
-    QTest::newRow("five-octets") << "1.2.3.4.5" << false;
     QTest::newRow("leading-zero") << "192.168.01.1" << false;
-    QTest::newRow("short-form") << "10.1" << false;
-    QTest::newRow("letters") << "a.b.c.d" << false;
     QTest::newRow("trailing-dot") << "1.2.3.4." << false;
-    QTest::newRow("spaces") << "1.2. 3.4" << false;
-    QTest::newRow("empty") << "" << false;
     QTest::newRow("ipv6") << "::1" << false;
 }
 
@@ -116,8 +104,6 @@ void tst_CSelectMachineBox::discoveryRepliesFillTheList()
         QListWidgetItem* item = List()->item(0);
         QCOMPARE(item->data(CSelectMachineBox::RoleSn).toString(), sn);
         QCOMPARE(item->data(CSelectMachineBox::RoleIp).toString(), ip);
-        QVERIFY(item->text().contains(ip));
-        QVERIFY(item->text().contains(QStringLiteral("在线")));
     }
 }
 
@@ -131,106 +117,46 @@ void tst_CSelectMachineBox::sameMachineIsUpdatedInPlace()
     QListWidgetItem* item = List()->item(0);
     QCOMPARE(item->data(CSelectMachineBox::RoleIp).toString(), QStringLiteral("192.168.5.9"));
     QCOMPARE(item->data(CSelectMachineBox::RoleOnline).toBool(), false);
-    QVERIFY(item->text().contains(QStringLiteral("离线")));
 }
 
-void tst_CSelectMachineBox::badTypedIpIsRefused()
-{
-    QSignalSpy selected(m_pBox, &CSelectMachineBox::SignalMachineSelected);
-    m_pBox->SetMachineInfo(QStringLiteral("KV*SN001*0*192.168.1.23"), true);
-    List()->setCurrentRow(0);
-    QTest::keyClicks(IpEdit(), QStringLiteral("192.168.1.300"));
-    QVERIFY(List()->selectedItems().isEmpty()); // typing overrides the list
-    QTest::mouseClick(ConnectButton(), Qt::LeftButton);
-    QCOMPARE(selected.count(), 0);
-    QCOMPARE(m_pBox->StatusText(), QStringLiteral("IP地址格式不正确，请重新输入"));
-    QCOMPARE(IpEdit()->property("invalid").toBool(), true);
-    QVERIFY(!m_pBox->IsConnecting());
-    QVERIFY(m_pBox->isVisible());
-
-    // Nothing typed and nothing chosen is refused too.
-    IpEdit()->clear();
-    QTest::mouseClick(ConnectButton(), Qt::LeftButton);
-    QCOMPARE(selected.count(), 0);
-    QCOMPARE(m_pBox->StatusText(), QStringLiteral("请选择机床或输入机床IP地址"));
-}
-
-void tst_CSelectMachineBox::typedIpIsEmitted()
-{
-    QSignalSpy selected(m_pBox, &CSelectMachineBox::SignalMachineSelected);
-    QTest::keyClicks(IpEdit(), QStringLiteral("127.0.0.1"));
-    QTest::keyClick(IpEdit(), Qt::Key_Return);
-    QCOMPARE(selected.count(), 1);
-    QCOMPARE(selected.at(0).at(0).toString(), QStringLiteral("127.0.0.1"));
-    QCOMPARE(selected.at(0).at(1).toString(), QString());
-    QVERIFY(m_pBox->IsConnecting());
-    QVERIFY(!ConnectButton()->isEnabled());
-    QCOMPARE(m_pBox->StatusText(), QStringLiteral("正在连接机床，请稍候..."));
-    // A second confirm while connecting does not start a second attempt.
-    m_pBox->SlotConfirm();
-    QCOMPARE(selected.count(), 1);
-}
-
-void tst_CSelectMachineBox::selectedMachineIsEmitted()
-{
-    QSignalSpy selected(m_pBox, &CSelectMachineBox::SignalMachineSelected);
-    m_pBox->SetMachineInfo(QStringLiteral("KV*SN001*0*192.168.1.23"), true);
-    m_pBox->SetMachineInfo(QStringLiteral("KV*PB01X*0*192.168.1.57"), true);
-    QTest::keyClicks(IpEdit(), QStringLiteral("10.0.0.1"));
-    List()->setCurrentRow(1);
-    QCOMPARE(IpEdit()->text(), QString()); // choosing from the list clears the typed address
-    QTest::mouseClick(ConnectButton(), Qt::LeftButton);
-    QCOMPARE(selected.count(), 1);
-    QCOMPARE(selected.at(0).at(0).toString(), QStringLiteral("192.168.1.57"));
-    QCOMPARE(selected.at(0).at(1).toString(), QStringLiteral("PB01X"));
-}
-
-void tst_CSelectMachineBox::offlineMachineCannotBeChosen()
+void tst_CSelectMachineBox::confirmPicksTypedOrListedMachine()
 {
     QSignalSpy selected(m_pBox, &CSelectMachineBox::SignalMachineSelected);
     m_pBox->SetMachineInfo(QStringLiteral("KV*SN001*0*192.168.1.23"), false);
+    m_pBox->SetMachineInfo(QStringLiteral("KV*PB01X*0*192.168.1.57"), true);
+    // Offline, nothing chosen, or a bad address: nothing is tried.
     List()->setCurrentRow(0);
     m_pBox->SlotConfirm();
+    List()->clearSelection();
+    m_pBox->SlotConfirm();
+    QTest::keyClicks(IpEdit(), QStringLiteral("192.168.1.300"));
+    m_pBox->SlotConfirm();
     QCOMPARE(selected.count(), 0);
-}
-
-void tst_CSelectMachineBox::connectResultStates()
-{
-    QSignalSpy finished(m_pBox, &QDialog::finished);
-    QTest::keyClicks(IpEdit(), QStringLiteral("127.0.0.1"));
-    m_pBox->SlotConfirm();
-    m_pBox->OnConnectResult(false);
-    QVERIFY(m_pBox->isVisible());
     QVERIFY(!m_pBox->IsConnecting());
-    QVERIFY(ConnectButton()->isEnabled());
-    QCOMPARE(m_pBox->StatusText(), QStringLiteral("连接失败，请检查网络连接和机床IP地址"));
-    QCOMPARE(finished.count(), 0);
 
+    // Choosing from the list clears the typed address.
+    List()->setCurrentRow(1);
+    QCOMPARE(IpEdit()->text(), QString());
+    QTest::mouseClick(ConnectButton(), Qt::LeftButton);
+    QCOMPARE(selected.count(), 1);
+    QCOMPARE(selected.at(0), (QVariantList{QStringLiteral("192.168.1.57"), QStringLiteral("PB01X")}));
+    // A second confirm while connecting does not start a second attempt.
     m_pBox->SlotConfirm();
+    QCOMPARE(selected.count(), 1);
+
+    // A failed attempt lets the user try again, here with a typed address; success closes the box.
+    QSignalSpy finished(m_pBox, &QDialog::finished);
+    m_pBox->OnConnectResult(false);
+    QVERIFY(ConnectButton()->isEnabled());
+    QTest::keyClicks(IpEdit(), QStringLiteral("127.0.0.1"));
+    QVERIFY(List()->selectedItems().isEmpty());
+    QTest::keyClick(IpEdit(), Qt::Key_Return);
+    QCOMPARE(selected.count(), 2);
+    QCOMPARE(selected.at(1), (QVariantList{QStringLiteral("127.0.0.1"), QString()}));
+    QCOMPARE(finished.count(), 0);
     m_pBox->OnConnectResult(true);
-    QVERIFY(!m_pBox->isVisible());
     QCOMPARE(finished.count(), 1);
     QCOMPARE(finished.at(0).at(0).toInt(), int(QDialog::Accepted));
-}
-
-void tst_CSelectMachineBox::refreshAndClear()
-{
-    QSignalSpy refresh(m_pBox, &CSelectMachineBox::SignalSelectRefresh);
-    m_pBox->SetMachineInfo(QStringLiteral("KV*SN001*0*192.168.1.23"), true);
-    QTest::mouseClick(m_pBox->findChild<QPushButton*>(QStringLiteral("m_btnRefresh")), Qt::LeftButton);
-    QCOMPARE(refresh.count(), 1);
-    QCOMPARE(m_pBox->MachineCount(), 0);
-    QCOMPARE(m_pBox->StatusText(), QStringLiteral("正在搜索机床..."));
-    m_pBox->SetMachineInfo(QStringLiteral("KV*SN001*0*192.168.1.23"), true);
-    QCOMPARE(m_pBox->StatusText(), QString());
-
-    QTest::keyClicks(IpEdit(), QStringLiteral("10.0.0.1"));
-    m_pBox->SlotConfirm();
-    m_pBox->ClearBoxInfo();
-    QCOMPARE(m_pBox->MachineCount(), 0);
-    QCOMPARE(IpEdit()->text(), QString());
-    QVERIFY(!m_pBox->IsConnecting());
-    QVERIFY(ConnectButton()->isEnabled());
 }
 
 void tst_CSelectMachineBox::nameEncodingIsKeptPerMachine()

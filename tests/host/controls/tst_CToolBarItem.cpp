@@ -11,7 +11,6 @@ class tst_CToolBarItem : public QObject
 
 private slots:
     void initTestCase();
-    void buttonsComeInItemOrder();
     void alternateIconWhileCheckedOrPressed();
 
 private:
@@ -35,24 +34,6 @@ QColor tst_CToolBarItem::IconCentreColour(CToolButton* button)
     const QImage image = button->icon().pixmap(QSize(64, 64)).toImage();
     // Left of the bar drawn across the middle: inside the outline, where the filled icon is blue.
     return image.pixelColor(16, 20);
-}
-
-void tst_CToolBarItem::buttonsComeInItemOrder()
-{
-    CToolBarItem block(QStringLiteral("连接"));
-    block.AddItem(m_strGrey, QStringLiteral("新建连接"), 0, m_strBlue);
-    block.AddItem(m_strGrey, QStringLiteral("断开连接"), 0, m_strBlue);
-    const QList<CToolButton*> buttons = block.CreateToolBlock(true);
-    QCOMPARE(buttons.size(), 2);
-    QCOMPARE(buttons.at(0)->text(), QStringLiteral("新建连接"));
-    QCOMPARE(buttons.at(1)->text(), QStringLiteral("断开连接"));
-
-    // Building again returns the same buttons, plus those of items added since.
-    block.AddItem(m_strGrey, QStringLiteral("第三"), 0, QString());
-    const QList<CToolButton*> again = block.CreateToolBlock(true);
-    QCOMPARE(again.size(), 3);
-    QCOMPARE(again.mid(0, 2), buttons);
-    QCOMPARE(again.at(2)->AlternateIconPath(), m_strGrey); // no alternate: the icon itself
 }
 
 void tst_CToolBarItem::alternateIconWhileCheckedOrPressed()

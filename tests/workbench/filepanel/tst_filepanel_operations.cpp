@@ -1,5 +1,5 @@
 #include "CVarnokMessageBox.h"
-#include "MachinePanelFixture.h"
+#include "SimWorkspaceFixture.h"
 #include "filepanel/FileItemRoles.h"
 #include "filepanel/FileSelectPanel.h"
 #include "filepanel/FileTreeView.h"
@@ -20,50 +20,24 @@
 #include <QSignalSpy>
 #include <QTest>
 
-using Fixture = MachinePanelFixture;
-
-namespace {
-QByteArray Read(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void Write(const QString& path, const QByteArray& bytes)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
-}
-} // namespace
-
 // Both panels in a shown window, driven by keys and by their context menu: what lands on
 // the clipboard, on the disk, in the trash, and which requests leave for the workspace.
-class TestFilePanelOperations : public QObject
+class TestFilePanelOperations : public QObject, public SimWorkspaceFixture
 {
     Q_OBJECT
 
 private:
-    QTemporaryDir m_machineRoot;
-    QTemporaryDir m_local;
-    Fixture m_fixture;
     QWidget m_window;
     FileSelectPanel* m_pLocal = nullptr;
     FileSelectPanel* m_pMachine = nullptr;
-    QList<StructMsgBoxRequest> m_listBoxes;
 
-    QString LocalFile(const QString& name) const { return QDir(m_local.path()).filePath(name); }
-
-    bool Listed(FileSelectPanel& panel, const std::function<void()>& action)
-    {
-        return Fixture::WaitForListing(panel, action);
-    }
+    bool Listed(FileSelectPanel& panel, const std::function<void()>& action) { return WaitForListing(panel, action); }
 
     void SelectOnly(FileSelectPanel& panel, const QStringList& names)
     {
         panel.TreeView()->clearSelection();
         for (const QString& name : names) {
-            panel.TreeView()->selectionModel()->select(Fixture::RowNamed(panel, name),
+            panel.TreeView()->selectionModel()->select(PanelRow(panel, name),
                                                        QItemSelectionModel::Select | QItemSelectionModel::Rows);
         }
         panel.TreeView()->setFocus();
@@ -74,7 +48,7 @@ private:
     {
         QWidget* viewport = panel.TreeView()->viewport();
         const QPoint pos = rowName.isEmpty() ? QPoint(10, viewport->height() - 5)
-                                             : panel.TreeView()->visualRect(Fixture::RowNamed(panel, rowName)).center();
+                                             : panel.TreeView()->visualRect(PanelRow(panel, rowName)).center();
         QContextMenuEvent event(QContextMenuEvent::Mouse, pos, viewport->mapToGlobal(pos));
         QApplication::sendEvent(viewport, &event);
         QStringList texts;
@@ -98,17 +72,12 @@ private:
 private Q_SLOTS:
     void initTestCase()
     {
-        CVarnokMessageBox::SetTestResponder([this](const StructMsgBoxRequest& request) {
-            m_listBoxes.append(request);
-            return StructMsgBoxAnswer{request.iButtons & MsgButtonYes ? int(MsgButtonYes) : int(MsgButtonConfirm),
-                                      false};
-        });
-        QDir root(m_machineRoot.path());
-        Fixture::WriteFile(root.filePath(QStringLiteral("O1.nc")), 100);
-        Fixture::WriteFile(root.filePath(QStringLiteral("old.bin")), 10);
+        SetUpFixture();
+        QDir root(m_rootDir.path());
+        Write(root.filePath(QStringLiteral("O1.nc")), QByteArray(100, 'x'));
+        Write(root.filePath(QStringLiteral("old.bin")), QByteArray(10, 'x'));
         QVERIFY(root.mkpath(QStringLiteral("sub")));
-        QString error;
-        QVERIFY2(m_fixture.Start(m_machineRoot.path(), &error), qPrintable(error));
+        StartSimulator(DefaultSimOptions());
 
         auto* layout = new QHBoxLayout(&m_window);
         m_pLocal = new FileSelectPanel(true);
@@ -126,14 +95,14 @@ private Q_SLOTS:
     {
         m_listBoxes.clear();
         QApplication::clipboard()->clear();
-        QDir(m_local.path()).removeRecursively();
-        QVERIFY(QDir().mkpath(m_local.path()));
+        QDir(m_localDir.path()).removeRecursively();
+        QVERIFY(QDir().mkpath(m_localDir.path()));
         Write(LocalFile(QStringLiteral("part.nc")), "G0 X1\n");
-        QVERIFY(QDir(m_local.path()).mkpath(QStringLiteral("dir")));
-        QVERIFY(Listed(*m_pLocal, [&] { m_pLocal->OpenFolder(m_local.path()); }));
+        QVERIFY(QDir(m_localDir.path()).mkpath(QStringLiteral("dir")));
+        QVERIFY(Listed(*m_pLocal, [&] { m_pLocal->OpenFolder(m_localDir.path()); }));
     }
 
-    void cleanupTestCase() { m_fixture.Stop(); }
+    void cleanupTestCase() { TearDownFixture(); }
 
     void clipboardCarriesTheFilesAndTheirSide_data()
     {
@@ -183,7 +152,7 @@ private Q_SLOTS:
         QTest::qWait(50);
         QCOMPARE(uploads.count() + downloads.count(), 0);
         QVERIFY(m_listBoxes.isEmpty());
-        QCOMPARE(QDir(m_local.path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries),
+        QCOMPARE(QDir(m_localDir.path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries),
                  (QStringList{"dir", "part.nc"}));
     }
 
@@ -266,8 +235,8 @@ private Q_SLOTS:
         QCOMPARE(m_listBoxes.first().strText, box);
         QCOMPARE(renames.count(), 0);
         // The edit is undone: the row shows the old name.
-        QTRY_VERIFY(Fixture::RowNamed(*m_pMachine, oldName).isValid());
-        QVERIFY(!Fixture::RowNamed(*m_pMachine, newName).isValid());
+        QTRY_VERIFY(PanelRow(*m_pMachine, oldName).isValid());
+        QVERIFY(!PanelRow(*m_pMachine, newName).isValid());
     }
 
     void localDeleteGoesToTheTrash()
@@ -280,7 +249,7 @@ private Q_SLOTS:
         QCOMPARE(m_listBoxes.size(), 1);
         QCOMPARE(m_listBoxes.first().strText, QStringLiteral("del.nc\n\n确定删除以上文件？"));
         QVERIFY(!QFileInfo::exists(LocalFile(QStringLiteral("del.nc"))));
-        QVERIFY(!Fixture::RowNamed(*m_pLocal, QStringLiteral("del.nc")).isValid());
+        QVERIFY(!PanelRow(*m_pLocal, QStringLiteral("del.nc")).isValid());
 
         // Restoring is what a desktop trash does: the info file names the place, the file moves back.
         const QString trash = qEnvironmentVariable("XDG_DATA_HOME") + QStringLiteral("/Trash");
@@ -293,7 +262,7 @@ private Q_SLOTS:
 
     void newFolderGetsAFreeName()
     {
-        QVERIFY(QDir(m_local.path()).mkpath(QStringLiteral("NewForder")));
+        QVERIFY(QDir(m_localDir.path()).mkpath(QStringLiteral("NewForder")));
         QVERIFY(Listed(*m_pLocal, [&] { m_pLocal->RefreshPanel(); }));
         OpenMenu(*m_pLocal, QString());
         QVERIFY(Listed(*m_pLocal, [&] { Trigger(*m_pLocal, QStringLiteral("新建文件夹")); }));

