@@ -17,7 +17,7 @@
 #include "transfer/TransList.h"
 #include "transfer/TransLogModel.h"
 #include "transfer/TransManager.h"
-#include "workspace/TransferOrchestrator.h"
+#include "MachineFileService.h"
 #include "workspace/Workspace.h"
 
 #include <QApplication>
@@ -227,7 +227,7 @@ void TestFilePage::refusalsSendNothing()
     if (programRuns) {
         QString error;
         QVERIFY2(m_sim->Machine().StartProgram(QStringLiteral("/same.nc"), &error), qPrintable(error));
-        QTRY_COMPARE_WITH_TIMEOUT(m_workspace->GetTransferOrchestrator()->RunningProgram(), QStringLiteral("same.nc"),
+        QTRY_COMPARE_WITH_TIMEOUT(m_workspace->FileService()->RunningProgram(), QStringLiteral("same.nc"),
                                   5000);
     }
     m_iAnswer = answer;
@@ -250,7 +250,7 @@ void TestFilePage::busyPathIsDroppedAndPanelsStayLockedToTheEnd()
     Write(LocalFile(QStringLiteral("short.nc")), RandomBytes(100 * 1024));
     ConnectWorkspace();
     FileManager* manager = m_workspace->GetFileManager();
-    TransferOrchestrator* transfers = m_workspace->GetTransferOrchestrator();
+    TransferOrchestrator* transfers = m_workspace->FileService();
 
     m_workspace->SlotUpLoadFile(LocalFile(QStringLiteral("long.nc")), QStringLiteral("/long.nc"));
     m_workspace->SlotUpLoadFile(LocalFile(QStringLiteral("long.nc")), QStringLiteral("/long.nc"));
@@ -360,9 +360,9 @@ void TestFilePage::thirtyFilesNeverExceedTheLimit()
 
     Select(manager->LocalPanel(), names);
     QTest::mouseClick(manager->UploadButton(), Qt::LeftButton);
-    QCOMPARE(m_workspace->GetTransferOrchestrator()->RunningUrls().size(), TransferOrchestrator::DefaultMaxTransfers);
+    QCOMPARE(m_workspace->FileService()->RunningUrls().size(), TransferOrchestrator::DefaultMaxTransfers);
     QCOMPARE(RowSpeedText(Key(QStringLiteral("/batch_29.nc"), true)), QStringLiteral("等待中"));
-    QTRY_VERIFY_WITH_TIMEOUT(!m_workspace->GetTransferOrchestrator()->IsBusy(), 30000);
+    QTRY_VERIFY_WITH_TIMEOUT(!m_workspace->FileService()->IsBusy(), 30000);
     for (const QString& name : names)
         QCOMPARE(RowState(Key(QLatin1Char('/') + name, true)), int(TanslateInfo::StateSucceeded));
     QVERIFY2(m_sim->FtpServer().PeakSessionCount() <= TransferOrchestrator::DefaultMaxTransfers,
@@ -392,7 +392,7 @@ void TestFilePage::dropsGoThroughThePasteChecks()
     QVERIFY(DragAndDrop(manager->MachinePanel(), &desktop));
     QTRY_COMPARE_WITH_TIMEOUT(Read(MachineFile(QStringLiteral("drop2.tap"))), second, 15000);
     QTRY_COMPARE_WITH_TIMEOUT(Read(MachineFile(QStringLiteral("drop1.nc"))), first, 15000);
-    QTRY_VERIFY_WITH_TIMEOUT(!m_workspace->GetTransferOrchestrator()->IsBusy(), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(!m_workspace->FileService()->IsBusy(), 10000);
 
     // A type the machine does not run: refused with the same box as a paste, nothing sent.
     QMimeData wrongType;

@@ -17,7 +17,7 @@
 #include "transfer/TransList.h"
 #include "transfer/TransLogModel.h"
 #include "transfer/TransManager.h"
-#include "workspace/TransferOrchestrator.h"
+#include "MachineFileService.h"
 #include "workspace/Workspace.h"
 
 #include <QApplication>
@@ -144,9 +144,9 @@ void TestControllerProfiles::profileRoundTrip()
     const QByteArray second = RandomBytes(90 * 1024);
     Write(LocalFile(name), second);
     m_workspace->SlotUpLoadFile(LocalFile(name), QLatin1Char('/') + name);
-    QTRY_VERIFY_WITH_TIMEOUT(!m_workspace->GetTransferOrchestrator()->IsBusy(), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(!m_workspace->FileService()->IsBusy(), 10000);
     QCOMPARE(Read(MachineFile(name)), second);
-    QTRY_VERIFY_WITH_TIMEOUT(!m_workspace->GetTransferOrchestrator()->IsBusy(), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(!m_workspace->FileService()->IsBusy(), 10000);
     // Nothing is left under a temporary or set-aside name.
     QStringList expected{name, present};
     expected.sort();
@@ -177,13 +177,13 @@ void TestControllerProfiles::singleSessionTakesTwentyFiles()
     }
     for (int i = 0; i < 20; ++i)
         m_workspace->SlotUpLoadFile(LocalFile(QStringLiteral("件%1.nc").arg(i)), QStringLiteral("/件%1.nc").arg(i));
-    QTRY_VERIFY_WITH_TIMEOUT(!m_workspace->GetTransferOrchestrator()->IsBusy(), 60000);
+    QTRY_VERIFY_WITH_TIMEOUT(!m_workspace->FileService()->IsBusy(), 60000);
     for (int i = 0; i < 20; ++i) {
         QCOMPARE(RowState(QStringLiteral("/件%1.nc").arg(i), true), int(TanslateInfo::StateSucceeded));
         QCOMPARE(Read(MachineFile(QStringLiteral("件%1.nc").arg(i))), contents.at(i));
     }
     QCOMPARE(m_sim->FtpServer().PeakSessionCount(), 1);
-    QCOMPARE(m_workspace->GetTransferOrchestrator()->MaxTransfers(), 1);
+    QCOMPARE(m_workspace->FileService()->MaxTransfers(), 1);
 }
 
 void TestControllerProfiles::uploadFailuresKeepTheOldProgram_data()
@@ -222,7 +222,7 @@ void TestControllerProfiles::uploadFailuresKeepTheOldProgram()
         QVERIFY2(m_sim->Machine().StartProgram(QStringLiteral("/run.nc"), &error), qPrintable(error));
     ConnectWorkspace();
     // The workbench's own running-program guard is bypassed: this is about the machine's answer.
-    m_workspace->GetTransferOrchestrator()->SetRunningProgram(QString());
+    m_workspace->FileService()->SetRunningProgram(QString());
     m_workspace->SlotUpLoadFile(LocalFile(QStringLiteral("run.nc")), QStringLiteral("/run.nc"));
     QTRY_COMPARE_WITH_TIMEOUT(RowState(QStringLiteral("/run.nc"), true), int(TanslateInfo::StateFailed), 10000);
     QVERIFY2(LogContains(reason, Red), qPrintable(reason));

@@ -12,7 +12,7 @@
 #include "transfer/TransInfo.h"
 #include "transfer/TransLogModel.h"
 #include "transfer/TransManager.h"
-#include "workspace/MachineConnection.h"
+#include "MachineConnection.h"
 #include "workspace/Workspace.h"
 
 #include <QAbstractButton>
