@@ -11,7 +11,6 @@
 #include <QFileInfo>
 #include <QHeaderView>
 #include <QStandardItemModel>
-#include <QTimer>
 
 namespace {
 const QColor Green(0x17, 0xa0, 0x61);
@@ -264,10 +263,12 @@ void MachineStatusProgramPanel::SlotOnListResult(QString dirPath, bool success, 
     if (!success) {
         CDebugLog::AddLog(QStringLiteral("MachineStatusProgramPanel 目录列表请求失败: %1").arg(dirPath));
         if (m_pUi->stackedWidget->currentWidget() == m_pUi->PageFileLists && isVisible()) {
-            QTimer::singleShot(0, this, [this]() {
-                CVarnokMessageBox::ShowWindowAutoClose(this, MsgButtonConfirm, MsgIconFailure, NoticeTitle(),
-                                                       tr("获取机床文件列表失败，请检查机床连接后重试！"));
-            });
+            StructMsgBoxRequest request;
+            request.strTitle = NoticeTitle();
+            request.strText = tr("获取机床文件列表失败，请检查机床连接后重试！");
+            request.eIcon = MsgIconFailure;
+            request.bAutoClose = true;
+            CVarnokMessageBox::Open(this, request, {});
         }
         return;
     }
@@ -351,12 +352,14 @@ void MachineStatusProgramPanel::SlotActionDelete(QPersistentModelIndex index)
     const QString path = item->data(RolePath).toString();
     const QString parentPath = PathOf(item->parent());
     // The row may be gone when the box closes: everything needed is taken first.
-    const int answer =
-        CVarnokMessageBox::ShowWindow(this, MsgButtonConfirm | MsgButtonCancel, MsgIconWarning, NoticeTitle(), text);
-    if (answer != MsgButtonConfirm)
-        return;
-    m_strDeleteParent = parentPath;
-    m_pFtpManager->RequestDelete(isDir ? QStringList() : QStringList{path}, isDir ? QStringList{path} : QStringList());
+    CVarnokMessageBox::Open(this, MsgButtonConfirm | MsgButtonCancel, MsgIconWarning, NoticeTitle(), text, {},
+                            [this, isDir, path, parentPath](int answer) {
+                                if (answer != MsgButtonConfirm)
+                                    return;
+                                m_strDeleteParent = parentPath;
+                                m_pFtpManager->RequestDelete(isDir ? QStringList() : QStringList{path},
+                                                             isDir ? QStringList{path} : QStringList());
+                            });
 }
 
 void MachineStatusProgramPanel::SlotDeleteResult(bool success)
@@ -383,8 +386,6 @@ void MachineStatusProgramPanel::SlotActionLoadProgram(QPersistentModelIndex inde
 
 void MachineStatusProgramPanel::ShowNotice(const QString& text)
 {
-    // Results arrive from task threads and editor commits: the box opens after they return.
-    QTimer::singleShot(0, this, [this, text]() {
-        CVarnokMessageBox::ShowWindow(this, MsgButtonConfirm, MsgIconWarning, NoticeTitle(), text);
-    });
+    // Results arrive from task threads and editor commits: the box never runs a loop inside them.
+    CVarnokMessageBox::Open(this, MsgButtonConfirm, MsgIconWarning, NoticeTitle(), text);
 }

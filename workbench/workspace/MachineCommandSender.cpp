@@ -6,6 +6,7 @@
 #include "LogColors.h"
 #include "ProtocolVocabulary.h"
 
+#include <QPointer>
 #include <QTimer>
 #include <QWidget>
 
@@ -97,17 +98,14 @@ void MachineCommandSender::SlotLoadProgramRequested(const QString& machinePath)
 
 void MachineCommandSender::AskThenSend(Command command, const QString& question)
 {
-    // The request may come from inside an event filter or a socket slot: the box
-    // runs its own loop, so it opens after they have returned.
-    QTimer::singleShot(0, this, [this, command, question]() {
-        const int answer = CVarnokMessageBox::ShowWindow(m_pWindow, MsgButtonConfirm | MsgButtonCancel, MsgIconWarning,
-                                                         tr("提示"), question);
-        if (answer != MsgButtonConfirm)
-            return;
-        // The machine may have gone while the box was open.
-        if (!RefuseUnlessConnected(command))
-            Send(command);
-    });
+    // The request may come from inside an event filter or a socket slot: the box never runs a
+    // loop of its own, the answer comes back later.
+    CVarnokMessageBox::Open(m_pWindow, MsgButtonConfirm | MsgButtonCancel, MsgIconWarning, tr("提示"), question, {},
+                            [guard = QPointer<MachineCommandSender>(this), command](int answer) {
+                                // The machine may have gone while the box was open.
+                                if (guard && answer == MsgButtonConfirm && !guard->RefuseUnlessConnected(command))
+                                    guard->Send(command);
+                            });
 }
 
 void MachineCommandSender::Send(Command command, const QString& machinePath)

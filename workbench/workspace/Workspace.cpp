@@ -1,6 +1,8 @@
 #include "Workspace.h"
 
 #include "BroadCastSender.h"
+#include "DeviceActions.h"
+#include "StatusPageController.h"
 #include "CDebugLog.h"
 #include "CSelectMachineBox.h"
 #include "CVarnokMessageBox.h"
@@ -8,19 +10,12 @@
 #include "CamBaseSignalHelper.h"
 #include "CamBaseTextHelper.h"
 #include "CompareTwoVersion.h"
-#include "FilePageController.h"
 #include "FolderSync.h"
 #include "MachineFileService.h"
 #include "LogColors.h"
-#include "MachineCommandSender.h"
 #include "MachineConnection.h"
 #include "WorkbenchLog.h"
-#include "device/DeviceBindDialog.h"
-#include "device/DeviceUnbindDialog.h"
 #include "filepanel/FileManager.h"
-#include "filepanel/FileSelectPanel.h"
-#include "machinestatus/MachineStatusFtpManager.h"
-#include "machinestatus/MachineStatusProgramPanel.h"
 #include "machinestatus/MachineStatusWidget.h"
 #include "toolpage/ToolPage.h"
 #include "transfer/TransManager.h"
@@ -39,9 +34,6 @@ QString NoticeTitle()
 {
     return Workspace::tr("提示");
 }
-// Where the file page keeps its splitter sizes and the local panel's folder.
-constexpr char FilePageSizesKey[] = "FilePage/SplitterSizes";
-constexpr char LocalFolderKey[] = "FilePage/LocalFolder";
 
 QVariant Setting(const char* key, const QVariant& defaultValue)
 {
@@ -56,10 +48,8 @@ Workspace::Workspace(QWidget* parent) : QWidget(parent)
     RegisterWorkbenchMetaTypes();
 
     m_pConnection = new MachineConnection(this);
-    m_pDiscoverySender = new BroadCastSender(this);
+    m_pSilent = new SilentConnector(this);
     m_pSelectDiscoverySender = new BroadCastSender(this);
-    m_pSilentSearchTimer = new QTimer(this);
-    m_pSilentSearchTimer->setSingleShot(true);
 
     BuildUi();
     ConnectStatusPage();
@@ -78,8 +68,9 @@ Workspace::Workspace(QWidget* parent) : QWidget(parent)
     connect(m_pConnection, &MachineConnection::SignalMachineInfoFinished, this, &Workspace::SlotGetMachineInfoFinished);
     connect(m_pConnection, &MachineConnection::SignalRealTimeData, this,
             &Workspace::SlotGetMachineRealTimeDataFinished);
-    connect(m_pDiscoverySender, &BroadCastSender::discoveryResult, this, &Workspace::SlotSilentConnectMachine);
-    connect(m_pSilentSearchTimer, &QTimer::timeout, this, &Workspace::OnSilentSearchEnded);
+    connect(m_pSilent, &SilentConnector::SignalAppendLog, this, &Workspace::SignalAppendLog);
+    connect(m_pSilent, &SilentConnector::SignalFound, this,
+            [this](const QString& ip, const QString& sn) { m_pConnection->Connect(ip, sn, true); });
 
     CamBaseSignalHelper* signalHelper = CamBaseSignalHelper::instance();
     connect(signalHelper, &CamBaseSignalHelper::signalConnectSuccessToFile, this,
@@ -115,7 +106,9 @@ void Workspace::BuildUi()
     m_pPages = new QStackedWidget(content);
     m_pTransManager = new TransManager;
 
-    QWidget* filePage = BuildFilePage();
+    m_pFilePageWidget = new FilePageWidget;
+    m_pFileManager = m_pFilePageWidget->GetFileManager();
+    m_pFiles = new MachineFileService(this);
 
     auto* listPage = new QWidget;
     listPage->setObjectName(QStringLiteral("m_widgetTransferListPage"));
@@ -125,7 +118,7 @@ void Workspace::BuildUi()
     m_pStatusWidget = new MachineStatusWidget;
     m_pStatusWidget->setObjectName(QStringLiteral("m_widgetMachineStatusPage"));
 
-    m_pPages->addWidget(filePage);
+    m_pPages->addWidget(m_pFilePageWidget);
     m_pPages->addWidget(listPage);
     m_pPages->addWidget(m_pStatusWidget);
 
@@ -138,47 +131,17 @@ void Workspace::BuildUi()
     layout->addWidget(m_pToolPage);
 
     connect(m_pPageBar, &QTabBar::currentChanged, this, [this](int index) { ShowPage(static_cast<Page>(index)); });
+    m_pDeviceActions = new DeviceActions(this, m_pToolPage);
+    connect(m_pDeviceActions, &DeviceActions::SignalAppendLog, this, &Workspace::SlotAppendLog);
+    connect(this, &Workspace::SignalMachineConnected, m_pDeviceActions,
+            [this](const QString&, const QString& sn) { m_pDeviceActions->SetMachine(sn); });
+    connect(this, &Workspace::SignalMachineOffline, m_pDeviceActions, [this]() { m_pDeviceActions->SetMachine({}); });
     ConnectToolActions();
-    ConnectDeviceActions();
     ShowPage(PageFileTransfer);
-}
-
-void Workspace::ConnectDeviceActions()
-{
-    // Binding needs the serial number of a machine that is connected right now.
-    connect(this, &Workspace::SignalMachineConnected, this, [this]() {
-        m_pToolPage->SetEnabled(ToolPage::ActionBindDevice, true);
-        m_pToolPage->SetEnabled(ToolPage::ActionUnbindDevice, true);
-    });
-    connect(this, &Workspace::SignalMachineOffline, this, [this]() {
-        m_pToolPage->SetEnabled(ToolPage::ActionBindDevice, false);
-        m_pToolPage->SetEnabled(ToolPage::ActionUnbindDevice, false);
-        if (m_pDeviceDialog)
-            m_pDeviceDialog->reject();
-    });
-}
-
-void Workspace::OpenDeviceDialog(int action)
-{
-    const QString sn = MachineSn();
-    if (m_pDeviceDialog || sn.isEmpty())
-        return;
-    if (action == ToolPage::ActionBindDevice)
-        m_pDeviceDialog = new DeviceBindDialog(sn, this);
-    else
-        m_pDeviceDialog = new DeviceUnbindDialog(sn, this);
-    m_pDeviceDialog->setAttribute(Qt::WA_DeleteOnClose);
-    connect(m_pDeviceDialog, &DeviceVerifyDialog::SignalAppendLog, this, &Workspace::SlotAppendLog);
-    // The tool button stays pressed while its dialog is open.
-    connect(m_pDeviceDialog, &QDialog::finished, this, [this, action]() { m_pToolPage->SetChecked(action, false); });
-    m_pToolPage->SetChecked(action, true);
-    m_pDeviceDialog->open();
 }
 
 void Workspace::ConnectToolActions()
 {
-    m_pToolPage->SetEnabled(ToolPage::ActionBindDevice, false);
-    m_pToolPage->SetEnabled(ToolPage::ActionUnbindDevice, false);
     connect(m_pToolPage, &ToolPage::SignalActionTriggered, this, [this](int action) {
         switch (action) {
         case ToolPage::ActionNewConnection:
@@ -199,7 +162,7 @@ void Workspace::ConnectToolActions()
             break;
         case ToolPage::ActionBindDevice:
         case ToolPage::ActionUnbindDevice:
-            OpenDeviceDialog(action);
+            m_pDeviceActions->Open(action);
             break;
         default:
             break;
@@ -209,40 +172,11 @@ void Workspace::ConnectToolActions()
 
 void Workspace::ConnectStatusPage()
 {
-    // Commands go over the polling client: it is the connection kept open all the time.
-    m_pCommandSender = new MachineCommandSender([this]() { return m_pConnection->RealTimeClient(); }, this, this);
-    MachineStatusWidget* page = m_pStatusWidget;
-    MachineStatusProgramPanel* panel = page->ProgramPanel();
-    connect(this, &Workspace::SignalRealTimeData, page, &MachineStatusWidget::SetRealTimeData);
-    connect(this, &Workspace::SignalRealTimeData, m_pCommandSender, &MachineCommandSender::SetRealTimeData);
-    connect(this, &Workspace::SignalMachineOffline, page, &MachineStatusWidget::ShowOffline);
-    connect(this, &Workspace::SignalMachineOffline, this, [this, panel]() {
-        panel->SetMachineIp(QString());
-        m_pCommandSender->SetConnected(false);
-    });
-    connect(this, &Workspace::SignalMachineConnected, this, [this, page, panel](const QString& ip, const QString& sn) {
-        panel->SetMachineIp(ip);
-        m_pCommandSender->SetConnected(true);
-        // Polling reads its interval once the connect step is through: two of them without
-        // an answer make the shown data stale.
-        QTimer::singleShot(0, page, [this, page, sn]() {
-            if (m_pConnection->Sn() == sn)
-                page->StartStaleWatch(sn, 2 * m_pConnection->RealTimeInterval());
-        });
-    });
-    // The program list's renames and deletes go through the same funnel as the file page's, and
-    // every change to the machine's files shows in both.
-    panel->FtpManager()->SetFileService(m_pFiles);
-    connect(m_pFiles, &MachineFileService::SignalMachineChanged, panel, &MachineStatusProgramPanel::RefreshFiles);
-    connect(page, &MachineStatusWidget::signalStartRequested, m_pCommandSender,
-            &MachineCommandSender::SlotStartRequested);
-    connect(page, &MachineStatusWidget::signalStopRequested, m_pCommandSender,
-            &MachineCommandSender::SlotStopRequested);
-    connect(page, &MachineStatusWidget::signalResetRequested, m_pCommandSender,
-            &MachineCommandSender::SlotResetRequested);
-    connect(page, &MachineStatusWidget::signalLoadProgramRequested, m_pCommandSender,
-            &MachineCommandSender::SlotLoadProgramRequested);
-    connect(m_pCommandSender, &MachineCommandSender::SignalAppendLog, this, &Workspace::SignalAppendLog);
+    auto* status = new StatusPageController(this, m_pConnection, m_pFiles, m_pStatusWidget);
+    connect(status, &StatusPageController::SignalAppendLog, this, &Workspace::SignalAppendLog);
+    connect(this, &Workspace::SignalRealTimeData, status, &StatusPageController::OnRealTimeData);
+    connect(this, &Workspace::SignalMachineOffline, status, &StatusPageController::OnOffline);
+    connect(this, &Workspace::SignalMachineConnected, status, &StatusPageController::OnConnected);
 }
 
 void Workspace::ShowPage(Page page)
@@ -257,41 +191,6 @@ void Workspace::ShowPage(Page page)
     }
     m_pToolPage->SetChecked(ToolPage::ActionMachineStatus, page == PageMachineStatus);
     m_pToolPage->SetChecked(ToolPage::ActionFileTransfer, page != PageMachineStatus);
-}
-
-void Workspace::SetPluginObject(CamPlugin::CamPluginFile* plugin)
-{
-    m_pPluginObject = plugin;
-}
-
-bool Workspace::IsCheckTimerActive() const
-{
-    return m_pConnection->IsCheckTimerActive();
-}
-
-int Workspace::CheckFailCount() const
-{
-    return m_pConnection->CheckFailCount();
-}
-
-QString Workspace::MachineIp() const
-{
-    return m_pConnection->Ip();
-}
-
-QString Workspace::MachineSn() const
-{
-    return m_pConnection->Sn();
-}
-
-void Workspace::SetCheckInterval(int milliseconds)
-{
-    m_pConnection->SetCheckInterval(milliseconds);
-}
-
-void Workspace::SetSerialNumberTimeout(int milliseconds)
-{
-    m_pConnection->SetSerialNumberTimeout(milliseconds);
 }
 
 void Workspace::OpenSelectMachineBox()
@@ -314,16 +213,6 @@ void Workspace::OpenSelectMachineBox()
     m_pSelectBox->raise();
 }
 
-void Workspace::ConnectToMachine(const QString& ip, const QString& sn)
-{
-    m_pConnection->Connect(ip, sn, false);
-}
-
-void Workspace::SlotConnectSuccessFromSelectStock(QString ip, QString sn)
-{
-    m_pConnection->AcceptProvenMachine(ip, sn);
-}
-
 void Workspace::OnConnected()
 {
     m_pPageBar->setTabEnabled(PageMachineStatus, true);
@@ -336,21 +225,6 @@ void Workspace::OnOffline()
     if (m_pPages->currentIndex() == PageMachineStatus)
         ShowPage(PageFileTransfer);
     Q_EMIT SignalMachineOffline();
-}
-
-void Workspace::SlotTcpConnectStatus(bool bConnect)
-{
-    m_pConnection->OnInfoClientStatus(bConnect);
-}
-
-void Workspace::SlotRealTimeTcpConnectStatus(bool bConnect)
-{
-    m_pConnection->OnRealTimeClientStatus(bConnect);
-}
-
-void Workspace::SlotCheckConnectTimerOut()
-{
-    m_pConnection->CheckNow();
 }
 
 void Workspace::SlotGetMachineInfoFinished(bool bSuccess, StructMachineSystemInfo systemInfo,
@@ -420,51 +294,13 @@ void Workspace::showEvent(QShowEvent* event)
 
 void Workspace::StartSilentConnect()
 {
-    const bool autoConnect = Setting(g_strSettingAutoConnectLastMachine, true).toBool();
-    const QString savedSn = Setting(g_strSettingLastConnectMachineSN, QString()).toString();
-    if (!autoConnect || savedSn.isEmpty())
-        return;
-    CamBaseRegisterHelper::instance()->ClearDiscoveredMachines();
-    const QString line = tr("正在查找上次连接的机床，SN: %1").arg(savedSn);
-    CDebugLog::AddLog(line);
-    Q_EMIT SignalAppendLog(line, LogColors::Plain);
-    m_pDiscoverySender->startDiscovery(30000, 3000);
-    m_pSilentSearchTimer->start(m_nSilentSearchMs);
-    Q_EMIT SignalSilentConnectStarted();
-}
-
-void Workspace::OnSilentSearchEnded()
-{
-    m_pDiscoverySender->stopDiscovery();
-    const QString savedSn = Setting(g_strSettingLastConnectMachineSN, QString()).toString();
-    const QString line = tr("未找到上次连接的机床，SN: %1，请使用“新建连接”选择机床").arg(savedSn);
-    CDebugLog::AddLog(line);
-    Q_EMIT SignalAppendLog(line, LogColors::Warning);
+    if (m_pSilent->Start())
+        Q_EMIT SignalSilentConnectStarted();
 }
 
 void Workspace::SlotSilentConnectMachine(QString reply)
 {
-    const QStringList parts = reply.split(QLatin1Char('*'));
-    if (parts.size() < 4)
-        return;
-    const QString sn = parts.at(1);
-    const QString ip = parts.at(3);
-    const QString iface = parts.size() >= 6 ? parts.at(5) : QString::fromLatin1(g_strInterfaceWlan);
-    if (sn.isEmpty())
-        return;
-    CamBaseRegisterHelper::instance()->AddDiscoveredMachine(ip, sn);
-    CamBaseRegisterHelper::instance()->SaveMachineInterfaceAndIP(iface, ip, sn);
-    // One machine may answer on several links; the first answer ends the search.
-    if (!m_pSilentSearchTimer->isActive() || sn != Setting(g_strSettingLastConnectMachineSN, QString()).toString())
-        return;
-    m_pSilentSearchTimer->stop();
-    m_pDiscoverySender->stopDiscovery();
-    m_pConnection->Connect(ip, sn, true);
-}
-
-void Workspace::SlotReConnectByTypeC(QString ip)
-{
-    m_pConnection->SwitchIp(ip);
+    m_pSilent->OnReply(reply);
 }
 
 void Workspace::SlotAppendLog(QString text, QColor color)
@@ -477,58 +313,15 @@ void Workspace::ShowNotice(int icon, const QString& text)
     CVarnokMessageBox::Open(this, MsgButtonConfirm, static_cast<EnumMsgIcon>(icon), NoticeTitle(), text);
 }
 
-QWidget* Workspace::BuildFilePage()
-{
-    m_pFileManager = new FileManager;
-    m_pFiles = new MachineFileService(this);
-    m_pFileSplitter = new QSplitter(Qt::Vertical);
-    m_pFileSplitter->setObjectName(QStringLiteral("m_splitterFilePage"));
-    m_pFileSplitter->setChildrenCollapsible(false);
-    m_pFileSplitter->setHandleWidth(4);
-    m_pFileSplitter->addWidget(m_pFileManager);
-    connect(m_pFileSplitter, &QSplitter::splitterMoved, this, [this]() {
-        QStringList sizes;
-        for (const int size : m_pFileSplitter->sizes())
-            sizes.append(QString::number(size));
-        CamBaseTextHelper::instance()->SetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal,
-                                                            QString::fromLatin1(FilePageSizesKey),
-                                                            sizes.join(QLatin1Char(',')), false);
-    });
-    // The local panel opens where the user left it.
-    FileSelectPanel* local = m_pFileManager->LocalPanel();
-    const QString lastFolder = Setting(LocalFolderKey, QString()).toString();
-    if (!lastFolder.isEmpty() && QFileInfo(lastFolder).isDir())
-        local->OpenFolder(lastFolder);
-    connect(local, &FileSelectPanel::SignalListingFinished, this, [](const QString& path, bool ok) {
-        if (ok && !path.isEmpty()) // empty: the computer view
-            CamBaseTextHelper::instance()->SetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal,
-                                                                QString::fromLatin1(LocalFolderKey), path, false);
-    });
-    auto* page = new QWidget;
-    page->setObjectName(QStringLiteral("m_widgetFileTransferPage"));
-    auto* layout = new QVBoxLayout(page);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(m_pFileSplitter);
-    return page;
-}
-
 void Workspace::PlaceTransManager(bool bFullPage)
 {
-    // The transfer strip sits under the file manager, or fills the transfer list page alone.
-    if (bFullPage) {
-        QWidget* holder = m_pPages->widget(PageTransferList);
-        if (m_pTransManager->parentWidget() != holder)
-            holder->layout()->addWidget(m_pTransManager);
+    if (!bFullPage) {
+        m_pFilePageWidget->TakeTransferStrip(m_pTransManager);
         return;
     }
-    if (m_pTransManager->parentWidget() == m_pFileSplitter)
-        return;
-    m_pFileSplitter->addWidget(m_pTransManager);
-    const QStringList saved = Setting(FilePageSizesKey, QString()).toString().split(QLatin1Char(','));
-    QList<int> sizes = {640, 300};
-    if (saved.size() == 2 && saved.at(0).toInt() > 0 && saved.at(1).toInt() > 0)
-        sizes = {saved.at(0).toInt(), saved.at(1).toInt()};
-    m_pFileSplitter->setSizes(sizes);
+    QWidget* holder = m_pPages->widget(PageTransferList);
+    if (m_pTransManager->parentWidget() != holder)
+        holder->layout()->addWidget(m_pTransManager);
 }
 
 void Workspace::ConnectFilePage()
@@ -550,16 +343,6 @@ void Workspace::ConnectFilePage()
     connect(m_pFileManager, &FileManager::SignalAppendLog, this, &Workspace::SlotAppendLog);
     connect(CamBaseSignalHelper::instance(), &CamBaseSignalHelper::signalJumpFileToUploadGCode, this,
             &Workspace::SlotUploadAutoCamFiles);
-}
-
-FolderSync* Workspace::GetFolderSync() const
-{
-    return m_pFilePage->GetFolderSync();
-}
-
-SyncButtonLook* Workspace::GetSyncButtonLook() const
-{
-    return m_pFilePage->GetSyncButtonLook();
 }
 
 void Workspace::SlotUpLoadFile(QString strLocalPath, QString strMachinePath, OperationType operation)

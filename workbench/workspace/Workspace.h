@@ -1,6 +1,10 @@
 #pragma once
 
 #include "CommonDefine.h"
+#include "FilePageController.h"
+#include "FilePageWidget.h"
+#include "MachineConnection.h"
+#include "SilentConnector.h"
 
 #include <QColor>
 #include <QPointer>
@@ -9,12 +13,10 @@
 class BroadCastSender;
 class CSelectMachineBox;
 class FileManager;
-class FilePageController;
 class FolderSync;
 class MachineFileService;
 class SyncButtonLook;
-class MachineCommandSender;
-class DeviceVerifyDialog;
+class DeviceActions;
 class MachineConnection;
 class MachineStatusWidget;
 class QSplitter;
@@ -52,25 +54,25 @@ public:
     explicit Workspace(QWidget* parent = nullptr);
     ~Workspace() override;
 
-    void SetPluginObject(CamPlugin::CamPluginFile* plugin);
+    void SetPluginObject(CamPlugin::CamPluginFile* plugin) { m_pPluginObject = plugin; }
     CamPlugin::CamPluginFile* PluginObject() const { return m_pPluginObject; }
 
     // Connects quietly to the machine used last time, if the user allowed it.
     void StartSilentConnect();
     // Connects to a machine chosen by the user; `sn` may be empty, it is then read from the machine.
-    void ConnectToMachine(const QString& ip, const QString& sn);
+    void ConnectToMachine(const QString& ip, const QString& sn) { m_pConnection->Connect(ip, sn, false); }
     // Ends the connection; `netNotice` says the network was lost rather than the user leaving.
     void DisconnectMachine(bool netNotice);
     void ShowPage(Page page);
     // Shorter waits for tests; the defaults are the machine's real timings.
-    void SetCheckInterval(int milliseconds);
-    void SetSerialNumberTimeout(int milliseconds);
-    void SetSilentSearchDuration(int milliseconds) { m_nSilentSearchMs = milliseconds; }
+    void SetCheckInterval(int milliseconds) { m_pConnection->SetCheckInterval(milliseconds); }
+    void SetSerialNumberTimeout(int milliseconds) { m_pConnection->SetSerialNumberTimeout(milliseconds); }
+    void SetSilentSearchDuration(int milliseconds) { m_pSilent->SetSearchDuration(milliseconds); }
 
-    QString MachineIp() const;
-    QString MachineSn() const;
-    bool IsCheckTimerActive() const;
-    int CheckFailCount() const;
+    QString MachineIp() const { return m_pConnection->Ip(); }
+    QString MachineSn() const { return m_pConnection->Sn(); }
+    bool IsCheckTimerActive() const { return m_pConnection->IsCheckTimerActive(); }
+    int CheckFailCount() const { return m_pConnection->CheckFailCount(); }
     bool NetNoticePending() const { return m_bNetNotice; }
     MachineConnection* Connection() const { return m_pConnection; }
     TransManager* GetTransManager() const { return m_pTransManager; }
@@ -80,9 +82,9 @@ public:
     FileManager* GetFileManager() const { return m_pFileManager; }
     // The funnel every machine file request of the workbench goes through.
     MachineFileService* FileService() const { return m_pFiles; }
-    FolderSync* GetFolderSync() const;
-    SyncButtonLook* GetSyncButtonLook() const;
-    QSplitter* FilePageSplitter() const { return m_pFileSplitter; }
+    FolderSync* GetFolderSync() const { return m_pFilePage->GetFolderSync(); }
+    SyncButtonLook* GetSyncButtonLook() const { return m_pFilePage->GetSyncButtonLook(); }
+    QSplitter* FilePageSplitter() const { return m_pFilePageWidget->Splitter(); }
     MachineStatusWidget* StatusWidget() const { return m_pStatusWidget; }
 
 Q_SIGNALS:
@@ -96,15 +98,15 @@ Q_SIGNALS:
     void SignalMachineConnected(const QString& ip, const QString& sn);
 
 public Q_SLOTS:
-    void SlotCheckConnectTimerOut();
-    void SlotConnectSuccessFromSelectStock(QString ip, QString sn);
-    void SlotTcpConnectStatus(bool bConnect);
-    void SlotRealTimeTcpConnectStatus(bool bConnect);
+    void SlotCheckConnectTimerOut() { m_pConnection->CheckNow(); }
+    void SlotConnectSuccessFromSelectStock(QString ip, QString sn) { m_pConnection->AcceptProvenMachine(ip, sn); }
+    void SlotTcpConnectStatus(bool bConnect) { m_pConnection->OnInfoClientStatus(bConnect); }
+    void SlotRealTimeTcpConnectStatus(bool bConnect) { m_pConnection->OnRealTimeClientStatus(bConnect); }
     void SlotGetMachineInfoFinished(bool bSuccess, StructMachineSystemInfo systemInfo, StructMachineNetInfo netInfo);
     void SlotSilentConnectMachine(QString reply);
     void SlotGetMachineRealTimeDataFinished(bool success, StructRealTimeData record);
     void SlotAppendLog(QString text, QColor color);
-    void SlotReConnectByTypeC(QString ip);
+    void SlotReConnectByTypeC(QString ip) { m_pConnection->SwitchIp(ip); }
 
     // File requests, carried out by the funnel for the connected machine.
     void SlotUpLoadFile(QString strLocalPath, QString strMachinePath, OperationType operation = OperationCopy);
@@ -126,28 +128,22 @@ private:
     void BuildUi();
     void ConnectToolActions();
     void ConnectStatusPage();
-    void ConnectDeviceActions();
-    void OpenDeviceDialog(int action);
     void OpenSelectMachineBox();
     void OnConnected();
     void OnOffline();
     void OnGaveUp();
-    void OnSilentSearchEnded();
     // Boxes open from their own zero-delay timer, never inside a socket's or timer's slot.
     void ShowNotice(int icon, const QString& text);
 
     // The file page: the file manager above the transfer strip, and the funnel behind them.
-    QWidget* BuildFilePage();
     void ConnectFilePage();
     void PlaceTransManager(bool bFullPage);
 
     CamPlugin::CamPluginFile* m_pPluginObject = nullptr;
 
     MachineConnection* m_pConnection = nullptr;
-    BroadCastSender* m_pDiscoverySender = nullptr;
+    SilentConnector* m_pSilent = nullptr;
     BroadCastSender* m_pSelectDiscoverySender = nullptr;
-    QTimer* m_pSilentSearchTimer = nullptr;
-    int m_nSilentSearchMs = 15000;
     bool m_bNetNotice = false;
 
     ToolPage* m_pToolPage = nullptr;
@@ -158,8 +154,7 @@ private:
     FileManager* m_pFileManager = nullptr;
     MachineFileService* m_pFiles = nullptr;
     FilePageController* m_pFilePage = nullptr;
-    QSplitter* m_pFileSplitter = nullptr;
+    FilePageWidget* m_pFilePageWidget = nullptr;
     MachineStatusWidget* m_pStatusWidget = nullptr;
-    MachineCommandSender* m_pCommandSender = nullptr;
-    QPointer<DeviceVerifyDialog> m_pDeviceDialog;
+    DeviceActions* m_pDeviceActions = nullptr;
 };
