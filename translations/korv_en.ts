@@ -271,31 +271,56 @@
         <source>从机床下载</source>
         <translation>Download from machine</translation>
     </message>
+</context>
+<context>
+    <name>FilePageController</name>
     <message>
         <source>提示</source>
         <translation>Notice</translation>
     </message>
     <message>
-        <source>文件类型不符合要求：%1</source>
-        <translation>This file type cannot be used: %1</translation>
+        <source>文件冲突确认</source>
+        <translation>File conflict</translation>
     </message>
     <message>
-        <source>目标路径已包含同名文件：%1，是否覆盖？</source>
-        <translation>The destination already has a file named %1. Overwrite it?</translation>
+        <source>文件 &quot;%1&quot; 在本地和机床中均存在，内容不一致。
+
+请选择要保留的版本：</source>
+        <translation>&quot;%1&quot; exists on this computer and on the machine with different contents.
+
+Which version do you want to keep?</translation>
+    </message>
+    <message>
+        <source>保存本地版本</source>
+        <translation>Keep local version</translation>
+    </message>
+    <message>
+        <source>保存机床版本</source>
+        <translation>Keep machine version</translation>
+    </message>
+    <message>
+        <source>跳过</source>
+        <translation>Skip</translation>
+    </message>
+    <message>
+        <source>包含子文件夹</source>
+        <translation>Include subfolders</translation>
+    </message>
+    <message>
+        <source>同步前预览</source>
+        <translation>Synchronisation preview</translation>
+    </message>
+    <message>
+        <source>比较文件内容</source>
+        <translation>Compare file contents</translation>
+    </message>
+    <message>
+        <source>机床未连接</source>
+        <translation>No machine connected</translation>
     </message>
 </context>
 <context>
     <name>FilePanelOperations</name>
-    <message>
-        <source>上传文件类型不符合要求: %1</source>
-        <translation>This file type cannot be uploaded: %1</translation>
-    </message>
-    <message>
-        <source>以下文件类型不支持上传：
-%1</source>
-        <translation>These file types cannot be uploaded:
-%1</translation>
-    </message>
     <message>
         <source>上一次粘贴尚未完成，请稍候</source>
         <translation>The previous paste is still running, please wait</translation>
@@ -561,6 +586,9 @@
         <source>本地电脑当前处于根目录，不进行同步操作</source>
         <translation>The local side shows a drive root; it is not synchronised</translation>
     </message>
+</context>
+<context>
+    <name>FolderSyncJob</name>
     <message>
         <source>同步失败：无法读取机床文件夹 %1（%2）</source>
         <translation>Synchronisation failed: cannot read the machine folder %1 (%2)</translation>
@@ -586,10 +614,6 @@
         <translation>Synchronisation started: %1 to upload, %2 to download, %3 in all</translation>
     </message>
     <message>
-        <source>同步跳过机床正在运行的程序：%1</source>
-        <translation>Synchronisation skips the program the machine is running: %1</translation>
-    </message>
-    <message>
         <source>%1（%2）</source>
         <translation>%1 (%2)</translation>
     </message>
@@ -608,6 +632,10 @@
     <message>
         <source>同步失败：%1 个文件传输失败</source>
         <translation>Synchronisation failed: %1 files could not be transferred</translation>
+    </message>
+    <message>
+        <source>%1 个文件传输失败</source>
+        <translation>%1 files failed</translation>
     </message>
     <message>
         <source>同步已中断：与机床断开连接</source>
@@ -950,6 +978,109 @@
     </message>
 </context>
 <context>
+    <name>MachineFileService</name>
+    <message>
+        <source>当前未与机床进行连接！</source>
+        <translation>No machine is connected.</translation>
+    </message>
+    <message>
+        <source>文件类型不符合要求：%1</source>
+        <translation>This file type cannot be used: %1</translation>
+    </message>
+    <message>
+        <source>当前选择上传的文件名称以&quot;.&quot;开头，请更改名称后重试！</source>
+        <translation>The file to upload has a name starting with &quot;.&quot;. Rename it and try again.</translation>
+    </message>
+    <message>
+        <source>机床文件名称不能用作本地文件名：%1</source>
+        <translation>The machine file name cannot be used as a local file name: %1</translation>
+    </message>
+    <message>
+        <source>当前文件正在被操作：%1</source>
+        <translation>The file is in use by another transfer: %1</translation>
+    </message>
+    <message>
+        <source>机床正在运行程序%1，不能覆盖、删除或重命名：%2</source>
+        <translation>The machine is running %1; it cannot be overwritten, deleted or renamed: %2</translation>
+    </message>
+    <message>
+        <source>当前FTP正在进行文件传输，请稍后再试</source>
+        <translation>A file transfer is running. Please try again later.</translation>
+    </message>
+    <message>
+        <source>当前文件夹正在被操作：%1</source>
+        <translation>The folder is in use by another transfer: %1</translation>
+    </message>
+    <message>
+        <source>无法读取机床文件夹，未传输任何文件</source>
+        <translation>Could not read the machine folder; no file was sent</translation>
+    </message>
+    <message>
+        <source>开始上传文件：%1</source>
+        <translation>Uploading: %1</translation>
+    </message>
+    <message>
+        <source>开始下载文件：%1</source>
+        <translation>Downloading: %1</translation>
+    </message>
+    <message>
+        <source>上传文件完成：%1</source>
+        <translation>Uploaded: %1</translation>
+    </message>
+    <message>
+        <source>上传文件失败：%1</source>
+        <translation>Upload failed: %1</translation>
+    </message>
+    <message>
+        <source>下载文件完成：%1</source>
+        <translation>Downloaded: %1</translation>
+    </message>
+    <message>
+        <source>下载文件失败：%1</source>
+        <translation>Download failed: %1</translation>
+    </message>
+    <message>
+        <source>机床最多同时接受%1个FTP连接，其余传输将排队进行</source>
+        <translation>The machine accepts at most %1 FTP connections at once; the other transfers wait their turn</translation>
+    </message>
+    <message>
+        <source>没有可重试的传输</source>
+        <translation>There is no transfer to retry</translation>
+    </message>
+    <message>
+        <source>删除文件夹</source>
+        <translation>Delete folder</translation>
+    </message>
+    <message>
+        <source>删除文件</source>
+        <translation>Delete file</translation>
+    </message>
+    <message>
+        <source>正在删除文件夹，请稍候</source>
+        <translation>Deleting the folder, please wait</translation>
+    </message>
+    <message>
+        <source>正在删除文件，请稍候</source>
+        <translation>Deleting the file, please wait</translation>
+    </message>
+    <message>
+        <source>删除</source>
+        <translation>Delete</translation>
+    </message>
+    <message>
+        <source>正在删除，请稍候</source>
+        <translation>Deleting, please wait</translation>
+    </message>
+    <message>
+        <source>无法创建文件夹：%1</source>
+        <translation>Could not create the folder: %1</translation>
+    </message>
+    <message>
+        <source>无法写入文件：%1</source>
+        <translation>Could not write the file: %1</translation>
+    </message>
+</context>
+<context>
     <name>MachineListingSource</name>
     <message>
         <source>当前FTP正在进行文件传输，无法访问机器文件！</source>
@@ -969,17 +1100,6 @@
     <message>
         <source>设为加工程序</source>
         <translation>Set as program</translation>
-    </message>
-</context>
-<context>
-    <name>MachineStatusFtpManager</name>
-    <message>
-        <source>删除</source>
-        <translation>Delete</translation>
-    </message>
-    <message>
-        <source>正在删除，请稍候</source>
-        <translation>Deleting, please wait</translation>
     </message>
 </context>
 <context>
@@ -1253,6 +1373,33 @@
     </message>
 </context>
 <context>
+    <name>OverwriteQuestion</name>
+    <message>
+        <source>%1（%2）
+    新：%3
+    旧：%4</source>
+        <translation>%1 (%2)
+    new: %3
+    old: %4</translation>
+    </message>
+    <message>
+        <source>机床</source>
+        <translation>Machine</translation>
+    </message>
+    <message>
+        <source>本地</source>
+        <translation>Local</translation>
+    </message>
+    <message>
+        <source>……另有 %1 个文件</source>
+        <translation>... and %1 more files</translation>
+    </message>
+    <message>
+        <source>目标路径已包含同名文件：%1，是否覆盖？</source>
+        <translation>The destination already has a file named %1. Overwrite it?</translation>
+    </message>
+</context>
+<context>
     <name>PanelManager</name>
     <message>
         <source>PanelManager</source>
@@ -1307,6 +1454,17 @@
     <message>
         <source>获取机床序列号失败：连接超时</source>
         <translation>Could not read the machine&apos;s serial number: timed out</translation>
+    </message>
+</context>
+<context>
+    <name>SilentConnector</name>
+    <message>
+        <source>正在查找上次连接的机床，SN: %1</source>
+        <translation>Looking for the last machine, SN: %1</translation>
+    </message>
+    <message>
+        <source>未找到上次连接的机床，SN: %1，请使用“新建连接”选择机床</source>
+        <translation>The last machine (SN: %1) was not found; use &quot;New connection&quot; to choose a machine</translation>
     </message>
 </context>
 <context>
@@ -1437,73 +1595,6 @@
     </message>
 </context>
 <context>
-    <name>TransferOrchestrator</name>
-    <message>
-        <source>当前未与机床进行连接！</source>
-        <translation>No machine is connected.</translation>
-    </message>
-    <message>
-        <source>当前选择上传的文件名称以&quot;.&quot;开头，请更改名称后重试！</source>
-        <translation>The file to upload has a name starting with &quot;.&quot;. Rename it and try again.</translation>
-    </message>
-    <message>
-        <source>机床正在运行程序%1，不能覆盖、删除或重命名：%2</source>
-        <translation>The machine is running %1; it cannot be overwritten, deleted or renamed: %2</translation>
-    </message>
-    <message>
-        <source>开始上传文件：%1</source>
-        <translation>Uploading: %1</translation>
-    </message>
-    <message>
-        <source>开始下载文件：%1</source>
-        <translation>Downloading: %1</translation>
-    </message>
-    <message>
-        <source>上传文件完成：%1</source>
-        <translation>Uploaded: %1</translation>
-    </message>
-    <message>
-        <source>上传文件失败：%1</source>
-        <translation>Upload failed: %1</translation>
-    </message>
-    <message>
-        <source>下载文件完成：%1</source>
-        <translation>Downloaded: %1</translation>
-    </message>
-    <message>
-        <source>下载文件失败：%1</source>
-        <translation>Download failed: %1</translation>
-    </message>
-    <message>
-        <source>删除文件夹</source>
-        <translation>Delete folder</translation>
-    </message>
-    <message>
-        <source>正在删除文件夹，请稍候</source>
-        <translation>Deleting the folder, please wait</translation>
-    </message>
-    <message>
-        <source>删除文件</source>
-        <translation>Delete file</translation>
-    </message>
-    <message>
-        <source>正在删除文件，请稍候</source>
-        <translation>Deleting the file, please wait</translation>
-    </message>
-    <message>
-        <source>删除</source>
-        <translation>Delete</translation>
-    </message>
-    <message>
-        <source>正在删除，请稍候</source>
-        <translation>Deleting, please wait</translation>
-    </message>
-    <message>
-        <source>机床最多同时接受%1个FTP连接，其余传输将排队进行</source>
-        <translation>The machine accepts at most %1 FTP connections at once; the other transfers wait their turn</translation>
-    </message>
-</context>
-<context>
     <name>VerificationImageWindow</name>
     <message>
         <source>安全验证</source>
@@ -1573,60 +1664,8 @@
         <translation>The machine is disconnected.</translation>
     </message>
     <message>
-        <source>正在查找上次连接的机床，SN: %1</source>
-        <translation>Looking for the last machine, SN: %1</translation>
-    </message>
-    <message>
-        <source>未找到上次连接的机床，SN: %1，请使用“新建连接”选择机床</source>
-        <translation>The last machine (SN: %1) was not found; use &quot;New connection&quot; to choose a machine</translation>
-    </message>
-    <message>
         <source>提示</source>
         <translation>Notice</translation>
-    </message>
-    <message>
-        <source>文件冲突确认</source>
-        <translation>File conflict</translation>
-    </message>
-    <message>
-        <source>文件 &quot;%1&quot; 在本地和机床中均存在，内容不一致。
-
-请选择要保留的版本：</source>
-        <translation>&quot;%1&quot; exists on this computer and on the machine with different contents.
-
-Which version do you want to keep?</translation>
-    </message>
-    <message>
-        <source>保存本地版本</source>
-        <translation>Keep local version</translation>
-    </message>
-    <message>
-        <source>保存机床版本</source>
-        <translation>Keep machine version</translation>
-    </message>
-    <message>
-        <source>跳过</source>
-        <translation>Skip</translation>
-    </message>
-    <message>
-        <source>包含子文件夹</source>
-        <translation>Include subfolders</translation>
-    </message>
-    <message>
-        <source>同步前预览</source>
-        <translation>Preview first</translation>
-    </message>
-    <message>
-        <source>比较文件内容</source>
-        <translation>Compare file contents</translation>
-    </message>
-    <message>
-        <source>机床未连接</source>
-        <translation>No machine connected</translation>
-    </message>
-    <message>
-        <source>文件管理器未初始化</source>
-        <translation>The file manager is not ready</translation>
     </message>
 </context>
 </TS>

@@ -14,7 +14,7 @@
 #include <cstdio>
 #include <filepanel/FileManager.h>
 #include <filepanel/FileSelectPanel.h>
-#include <workspace/FolderSync.h>
+#include <FolderSync.h>
 #include <workspace/Workspace.h>
 
 namespace {

@@ -16,7 +16,7 @@
 #include <cstdio>
 #include <filepanel/FileManager.h>
 #include <functional>
-#include <workspace/TransferOrchestrator.h>
+#include <MachineFileService.h>
 #include <workspace/Workspace.h>
 
 namespace {
@@ -28,7 +28,7 @@ double TimeTransfers(Workspace& workspace, const std::function<void()>& submit)
     QElapsedTimer clock;
     clock.start();
     submit();
-    if (!QTest::qWaitFor([&] { return !workspace.GetTransferOrchestrator()->IsBusy(); }, 600000))
+    if (!QTest::qWaitFor([&] { return !workspace.FileService()->IsBusy(); }, 600000))
         Fail(QStringLiteral("transfers did not end"));
     return clock.nsecsElapsed() / 1e9;
 }
@@ -70,7 +70,7 @@ OursResult RunOurs(TestFtpServer& server, const QStringList& names, const QStrin
     if (CountFiles(server.LocalPath(QStringLiteral("/ours"))) != names.size() ||
         CountFiles(back.path()) != names.size())
         Fail(QStringLiteral("our transfers did not move every file"));
-    result.maxTransfers = workspace.GetTransferOrchestrator()->MaxTransfers();
+    result.maxTransfers = workspace.FileService()->MaxTransfers();
     return result;
 }
 } // namespace
