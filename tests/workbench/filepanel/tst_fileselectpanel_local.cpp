@@ -355,7 +355,7 @@ private Q_SLOTS:
         panel.SlotTreeDoubleClicked(RowNamed(panel, QStringLiteral("now-a-folder.nc")));
         panel.SlotTreeDoubleClicked(RowNamed(panel, QStringLiteral("gone-folder")));
         panel.SlotTreeDoubleClicked(QModelIndex());
-        QCOMPARE(boxes.size(), 3);
+        QTRY_COMPARE(boxes.size(), 3);
         QCOMPARE(boxes.at(0).strTitle, QStringLiteral("提示"));
         QCOMPARE(boxes.at(0).strText, QStringLiteral("文件不存在或无权限访问。"));
         QCOMPARE(boxes.at(1).strText, QStringLiteral("所选路径不是文件。"));
