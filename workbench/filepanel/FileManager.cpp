@@ -167,8 +167,8 @@ void FileManager::SlotLeftBtnClicked()
         return;
     QList<TransferItem> items;
     for (const QString& localPath : SelectedFiles(m_pLocalPanel))
-        items.append({true, localPath, JoinMachinePath(m_pMachinePanel->CurrentPath(), FileName(localPath)),
-                      OperationCopy});
+        items.append(
+            {true, localPath, JoinMachinePath(m_pMachinePanel->CurrentPath(), FileName(localPath)), OperationCopy});
     if (!items.isEmpty())
         Q_EMIT m_pRequests->SignalTransfer(items);
 }
@@ -181,8 +181,8 @@ void FileManager::SlotRightBtnClicked()
         return;
     QList<TransferItem> items;
     for (const QString& machinePath : SelectedFiles(m_pMachinePanel))
-        items.append({false, QDir(m_pLocalPanel->CurrentPath()).filePath(FileName(machinePath)), machinePath,
-                      OperationCopy});
+        items.append(
+            {false, QDir(m_pLocalPanel->CurrentPath()).filePath(FileName(machinePath)), machinePath, OperationCopy});
     if (!items.isEmpty())
         Q_EMIT m_pRequests->SignalTransfer(items);
 }

@@ -6,7 +6,6 @@
 #include "FileItemRoles.h"
 #include "FileListingSource.h"
 #include "FileNaming.h"
-#include "FileSelectPanel.h"
 #include "FileTreeView.h"
 #include "LocalPasteJob.h"
 #include "LocalTrash.h"
@@ -14,6 +13,7 @@
 #include "MachineFileRequests.h"
 
 #include <QClipboard>
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -28,7 +28,7 @@ bool IsMachineFileName(const QString& name)
 }
 } // namespace
 
-FilePanelOperations::FilePanelOperations(FileSelectPanel* panel) : QObject(panel), m_pPanel(panel)
+FilePanelOperations::FilePanelOperations(FilePanelContext* panel) : QObject(panel->PanelWidget()), m_pPanel(panel)
 {
     m_pPasteJob = new LocalPasteJob(this);
     connect(m_pPasteJob, &LocalPasteJob::SignalFinished, this, [this](const LocalPasteJob::Result& result) {
@@ -49,16 +49,17 @@ void FilePanelOperations::Log(const QString& text, const QColor& color)
 
 void FilePanelOperations::Notice(const QString& text, bool bSuccess)
 {
-    QTimer::singleShot(0, m_pPanel, [panel = m_pPanel, text, bSuccess] {
-        CVarnokMessageBox::ShowWindow(panel, MsgButtonConfirm, bSuccess ? MsgIconSuccess : MsgIconFailure,
-                                      FileSelectPanel::tr("提示"), text);
+    QWidget* panel = m_pPanel->PanelWidget();
+    QTimer::singleShot(0, panel, [panel, text, bSuccess] {
+        CVarnokMessageBox::Open(panel, MsgButtonConfirm, bSuccess ? MsgIconSuccess : MsgIconFailure,
+                                QCoreApplication::translate("FileSelectPanel", "提示"), text);
     });
 }
 
 void FilePanelOperations::PutOnClipboard(const QString& operation)
 {
     const bool bCut = operation == QLatin1String("cut");
-    const QList<FileSelectPanel::Entry> entries = m_pPanel->SelectedEntries();
+    const QList<FilePanelContext::Entry> entries = m_pPanel->SelectedEntries();
     if (entries.isEmpty() || m_pPanel->IsComputerView()) {
         CDebugLog::AddLog(bCut ? QStringLiteral("No valid index selected for cut operation")
                                : QStringLiteral("No valid index selected for copy operation"));
@@ -67,7 +68,7 @@ void FilePanelOperations::PutOnClipboard(const QString& operation)
     FileClipboardPayload payload;
     payload.strOperation = operation;
     payload.iSourceType = m_pPanel->IsLocal() ? FileClipboardPayload::SourceLocal : FileClipboardPayload::SourceMachine;
-    for (const FileSelectPanel::Entry& entry : entries)
+    for (const FilePanelContext::Entry& entry : entries)
         payload.listFiles.append({entry.strPath, entry.strName});
     QGuiApplication::clipboard()->setMimeData(payload.ToMimeData(), QClipboard::Clipboard);
 
@@ -149,11 +150,13 @@ void FilePanelOperations::Route(const FileClipboardPayload& payload)
         QList<TransferItem> items;
         for (const FileClipboardPayload::Entry& entry : payload.listFiles) {
             const QString name = QFileInfo(entry.strFilePath).fileName();
-            items.append(bUpload ? TransferItem{true, entry.strFilePath, FileListingSource::JoinPath(folder, name),
-                                                operation}
-                                 : TransferItem{false, QDir(folder).filePath(name), entry.strFilePath, OperationCopy});
+            items.append(
+                bUpload ? TransferItem{true, entry.strFilePath, FileListingSource::JoinPath(folder, name), operation}
+                        : TransferItem{false, QDir(folder).filePath(name), entry.strFilePath, OperationCopy});
         }
-        CDebugLog::AddLog(QStringLiteral("%1 %2 个文件").arg(bUpload ? QStringLiteral("本地上传") : QStringLiteral("本地复制下载")).arg(items.size()));
+        CDebugLog::AddLog(QStringLiteral("%1 %2 个文件")
+                              .arg(bUpload ? QStringLiteral("本地上传") : QStringLiteral("本地复制下载"))
+                              .arg(items.size()));
         if (m_pRequests)
             Q_EMIT m_pRequests->SignalTransfer(items);
         return;
@@ -200,28 +203,34 @@ void FilePanelOperations::OnLocalPasteFinished(int failed, const QStringList& lo
 
 void FilePanelOperations::DeleteSelected()
 {
-    const QList<FileSelectPanel::Entry> entries = m_pPanel->SelectedEntries();
+    const QList<FilePanelContext::Entry> entries = m_pPanel->SelectedEntries();
     if (entries.isEmpty() || m_pPanel->IsComputerView() || m_pPanel->Source()->RefuseBrowsing())
         return;
     QStringList names;
-    for (const FileSelectPanel::Entry& entry : entries)
+    for (const FilePanelContext::Entry& entry : entries)
         names.append(entry.strName);
-    const int answer = CVarnokMessageBox::ShowWindow(
-        m_pPanel, MsgButtonYes | MsgButtonNo, MsgIconWarning, FileSelectPanel::tr("提示"),
-        names.join(QLatin1Char('\n')) + QStringLiteral("\n\n") + tr("确定删除以上文件？"));
-    if (answer != MsgButtonYes)
-        return;
+    CVarnokMessageBox::Open(m_pPanel->PanelWidget(), MsgButtonYes | MsgButtonNo, MsgIconWarning,
+                            QCoreApplication::translate("FileSelectPanel", "提示"),
+                            names.join(QLatin1Char('\n')) + QStringLiteral("\n\n") + tr("确定删除以上文件？"), {},
+                            [self = QPointer<FilePanelOperations>(this), entries](int answer) {
+                                if (self && answer == MsgButtonYes)
+                                    self->Delete(entries);
+                            });
+}
+
+void FilePanelOperations::Delete(const QList<FilePanelContext::Entry>& entries)
+{
     if (!m_pPanel->IsLocal()) {
         QStringList files;
         QStringList folders;
-        for (const FileSelectPanel::Entry& entry : entries)
+        for (const FilePanelContext::Entry& entry : entries)
             (entry.iKind == FileItemKind::File ? files : folders).append(entry.strPath);
         if (m_pRequests)
             Q_EMIT m_pRequests->SignalDelete(files, folders);
         return;
     }
     bool bFailed = false;
-    for (const FileSelectPanel::Entry& entry : entries) {
+    for (const FilePanelContext::Entry& entry : entries) {
         QString error;
         if (LocalTrash::Move(entry.strPath, &error)) {
             Log(tr(" 文件已移至回收站：") + entry.strPath, LogColors::Success);

@@ -2,6 +2,7 @@
 
 #include "CommonDefine.h"
 #include "FileClipboardPayload.h"
+#include "FilePanelContext.h"
 
 #include <QColor>
 #include <QDateTime>
@@ -9,7 +10,6 @@
 #include <QPointer>
 
 class CProgressWidget;
-class FileSelectPanel;
 class LocalPasteJob;
 class MachineFileRequests;
 class QMimeData;
@@ -23,7 +23,7 @@ class FilePanelOperations final : public QObject
     Q_DISABLE_COPY_MOVE(FilePanelOperations)
 
 public:
-    explicit FilePanelOperations(FileSelectPanel* panel);
+    explicit FilePanelOperations(FilePanelContext* panel);
     ~FilePanelOperations() override;
 
     // Where requests that touch the machine go; none are made without it.
@@ -37,6 +37,7 @@ public:
     // Whether a drag may be dropped here; `source` is the widget it started in, if ours.
     bool CanDrop(const QMimeData* mimeData, const QObject* source) const;
     void Drop(const QMimeData* mimeData);
+    // Asks first; the answer comes later, so the selection is taken now.
     void DeleteSelected();
     void NewFolder();
     void NewFile();
@@ -58,12 +59,14 @@ private:
     void Route(const FileClipboardPayload& payload);
     void PasteLocally(const FileClipboardPayload& payload);
     void OnLocalPasteFinished(int failed, const QStringList& log, bool bCut);
+    void Delete(const QList<FilePanelContext::Entry>& entries);
     QStringList TakenNames() const;
     void Log(const QString& text, const QColor& color);
     // Boxes open once the current event is done: never inside a drop or an editor's commit.
+    // They never wait for the answer.
     void Notice(const QString& text, bool bSuccess = false);
 
-    FileSelectPanel* m_pPanel = nullptr;
+    FilePanelContext* m_pPanel = nullptr;
     MachineFileRequests* m_pRequests = nullptr;
     LocalPasteJob* m_pPasteJob = nullptr;
     QPointer<CProgressWidget> m_pProgressWidget;

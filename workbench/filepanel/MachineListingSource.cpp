@@ -2,9 +2,9 @@
 
 #include "CDebugLog.h"
 #include "KorvBaseGlobals.h"
+#include "LogColors.h"
 #include "MachineTask.h"
 #include "MachineTaskFactory.h"
-#include "LogColors.h"
 #include "WorkbenchLog.h"
 
 #include <QDir>
@@ -34,11 +34,6 @@ void MachineListingSource::List(const QString& path)
         if (task != m_pListTask)
             return; // superseded by a newer listing or cancelled
         m_pListTask = nullptr;
-        // The reason of a failed listing (a wrong name encoding is told apart from a lost machine).
-        if (!ok && !message.isEmpty()) {
-            CDebugLog::AddLog(message);
-            Q_EMIT SignalAppendLog(message, LogColors::Failure);
-        }
         FileListing listing;
         listing.strPath = folder;
         listing.bOk = ok;
@@ -52,6 +47,12 @@ void MachineListingSource::List(const QString& path)
             }
         }
         Q_EMIT SignalListed(listing);
+        // The reason of a failed listing (a wrong name encoding is told apart from a lost machine),
+        // after the panel's line that the listing failed.
+        if (!ok && !message.isEmpty()) {
+            CDebugLog::AddLog(message);
+            Q_EMIT SignalAppendLog(message, LogColors::Failure);
+        }
     });
     m_pListTask = task;
     m_tasks.Start(task);

@@ -2,6 +2,7 @@
 #include "filepanel/FileManager.h"
 #include "filepanel/FileSelectPanel.h"
 #include "filepanel/FileTreeView.h"
+#include "filepanel/MachineFileRequests.h"
 #include "toolpage/ToolPage.h"
 #include "transfer/TransManager.h"
 #include "workspace/Workspace.h"
@@ -14,7 +15,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-// The file manager without a machine: its layout, and the requests it must not send.
+// The file manager without a machine: its layout, and the requests its arrows and slots make.
 class TestFileManager : public QObject
 {
     Q_OBJECT
@@ -23,8 +24,7 @@ private Q_SLOTS:
     void initTestCase()
     {
         qputenv("KORV_CONFIG_DIR", m_configDir.path().toUtf8());
-        CVarnokMessageBox::SetTestResponder([this](const StructMsgBoxRequest& request) {
-            m_listBoxes.append(request.strText);
+        CVarnokMessageBox::SetTestResponder([](const StructMsgBoxRequest&) {
             return StructMsgBoxAnswer{MsgButtonConfirm, false};
         });
     }
@@ -49,39 +49,41 @@ private Q_SLOTS:
         QVERIFY(column->indexOf(manager.UploadButton()) < column->indexOf(manager.DownloadButton()));
     }
 
-    void nothingLeavesWithoutSelectionOrMachine()
+    void arrowsAndSlotsBecomeTransferRequests()
     {
         QTemporaryDir local;
         QFile file(local.filePath(QStringLiteral("a.nc")));
         QVERIFY(file.open(QIODevice::WriteOnly));
         file.close();
         FileManager manager;
-        QSignalSpy uploads(&manager, &FileManager::SignalUpLoadFile);
-        QSignalSpy downloads(&manager, &FileManager::SignalDownLoadFile);
+        QSignalSpy transfers(manager.Requests(), &MachineFileRequests::SignalTransfer);
+        const auto item = [&transfers](int i) {
+            const QList<TransferItem> items = transfers.at(i).at(0).value<QList<TransferItem>>();
+            return items.size() == 1 ? items.first() : TransferItem{};
+        };
         QSignalSpy listed(manager.LocalPanel(), &FileSelectPanel::SignalListingFinished);
         manager.LocalPanel()->OpenFolder(local.path());
         QVERIFY(listed.wait(5000));
-
+        // An empty selection sends nothing.
         manager.UploadButton()->click();
         manager.DownloadButton()->click();
-        manager.SlotUploadFileToMachine(local.filePath(QStringLiteral("a.nc")), QStringLiteral("/"), OperationCopy);
-        manager.SlotDownloadFileFromMachine(local.path(), QStringLiteral("/a.nc"));
-        // Selected but not connected: still nothing.
+        QCOMPARE(transfers.count(), 0);
+
+        // Folders and shortcuts stay behind; the file goes to the machine panel's folder.
         manager.LocalPanel()->TreeView()->selectAll();
         manager.UploadButton()->click();
-        QCOMPARE(uploads.count(), 0);
-        QCOMPARE(downloads.count(), 0);
-        QVERIFY(m_listBoxes.isEmpty());
+        QCOMPARE(transfers.count(), 1);
+        QVERIFY(item(0).bUpload);
+        QCOMPARE(item(0).strLocalPath, local.filePath(QStringLiteral("a.nc")));
+        QCOMPARE(item(0).strMachinePath, QStringLiteral("/a.nc"));
 
-        // Once connected, the request carries the full machine path.
-        manager.SetMachineConnected(QStringLiteral("127.0.0.1"), QStringLiteral("SN"));
         manager.SlotUploadFileToMachine(local.filePath(QStringLiteral("a.nc")), QStringLiteral("/sub"), OperationCut);
-        QCOMPARE(uploads.count(), 1);
-        QCOMPARE(uploads.first().at(1).toString(), QStringLiteral("/sub/a.nc"));
-        QCOMPARE(uploads.first().at(2).value<OperationType>(), OperationCut);
+        QCOMPARE(item(1).strMachinePath, QStringLiteral("/sub/a.nc"));
+        QCOMPARE(item(1).operation, OperationCut);
         manager.SlotDownloadFileFromMachine(local.path(), QStringLiteral("/sub/b.nc"));
-        QCOMPARE(downloads.count(), 1);
-        QCOMPARE(downloads.first().at(0).toString(), local.filePath(QStringLiteral("b.nc")));
+        QVERIFY(!item(2).bUpload);
+        QCOMPARE(item(2).strLocalPath, local.filePath(QStringLiteral("b.nc")));
+        QCOMPARE(item(2).strMachinePath, QStringLiteral("/sub/b.nc"));
     }
 
     void workspaceHoldsTheFilePage()
@@ -109,7 +111,6 @@ private Q_SLOTS:
 
 private:
     QTemporaryDir m_configDir;
-    QStringList m_listBoxes;
 };
 
 QTEST_MAIN(TestFileManager)

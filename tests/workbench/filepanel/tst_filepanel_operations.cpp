@@ -3,6 +3,7 @@
 #include "filepanel/FileItemRoles.h"
 #include "filepanel/FileSelectPanel.h"
 #include "filepanel/FileTreeView.h"
+#include "filepanel/MachineFileRequests.h"
 
 #include <QAction>
 #include <QApplication>
@@ -27,6 +28,7 @@ class TestFilePanelOperations : public QObject, public SimWorkspaceFixture
     Q_OBJECT
 
 private:
+    MachineFileRequests m_requests;
     QWidget m_window;
     FileSelectPanel* m_pLocal = nullptr;
     FileSelectPanel* m_pMachine = nullptr;
@@ -84,6 +86,8 @@ private Q_SLOTS:
         m_pMachine = new FileSelectPanel(false);
         layout->addWidget(m_pLocal);
         layout->addWidget(m_pMachine);
+        m_pLocal->SetRequests(&m_requests);
+        m_pMachine->SetRequests(&m_requests);
         m_window.resize(1400, 500);
         m_window.show();
         QVERIFY(QTest::qWaitForWindowExposed(&m_window));
@@ -138,8 +142,7 @@ private Q_SLOTS:
 
     void pasteThatCannotApplyDoesNothing()
     {
-        QSignalSpy uploads(m_pMachine, &FileSelectPanel::SignalSendFileToUpload);
-        QSignalSpy downloads(m_pMachine, &FileSelectPanel::SignalDownloadFileFromMachine);
+        QSignalSpy transfers(&m_requests, &MachineFileRequests::SignalTransfer);
         // Empty clipboard: Ctrl+V only logs.
         m_pMachine->TreeView()->setFocus();
         QTest::keyClick(m_pMachine->TreeView(), Qt::Key_V, Qt::ControlModifier);
@@ -150,7 +153,7 @@ private Q_SLOTS:
         QVERIFY(!OpenMenu(*m_pMachine, QString()).contains(QStringLiteral("粘贴")));
         QTest::keyClick(m_pMachine->TreeView(), Qt::Key_V, Qt::ControlModifier);
         QTest::qWait(50);
-        QCOMPARE(uploads.count() + downloads.count(), 0);
+        QCOMPARE(transfers.count(), 0);
         QVERIFY(m_listBoxes.isEmpty());
         QCOMPARE(QDir(m_localDir.path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries),
                  (QStringList{"dir", "part.nc"}));
@@ -216,7 +219,7 @@ private Q_SLOTS:
         QFETCH(QString, box);
         // Nothing carries the requests out here: the listing brings the machine's names back.
         QVERIFY(Listed(*m_pMachine, [&] { m_pMachine->RefreshPanel(); }));
-        QSignalSpy renames(m_pMachine, &FileSelectPanel::SignalRenameTriggered);
+        QSignalSpy renames(&m_requests, &MachineFileRequests::SignalRename);
         SelectOnly(*m_pMachine, {oldName});
         QTest::keyClick(m_pMachine->TreeView(), Qt::Key_F2);
         auto* editor = m_pMachine->TreeView()->viewport()->findChild<QLineEdit*>();
@@ -260,6 +263,18 @@ private Q_SLOTS:
         QCOMPARE(Read(LocalFile(QStringLiteral("del.nc"))), content);
     }
 
+    void machineDeleteIsOneRequestAfterTheQuestion()
+    {
+        QSignalSpy deletes(&m_requests, &MachineFileRequests::SignalDelete);
+        SelectOnly(*m_pMachine, {QStringLiteral("O1.nc"), QStringLiteral("sub")});
+        QTest::keyClick(m_pMachine->TreeView(), Qt::Key_Delete);
+        // The question does not wait: the request follows its answer.
+        QCOMPARE(deletes.count(), 0);
+        QTRY_COMPARE(deletes.count(), 1);
+        QCOMPARE(m_listBoxes.size(), 1);
+        QCOMPARE(deletes.first(), (QVariantList{QStringList{"/O1.nc"}, QStringList{"/sub"}}));
+    }
+
     void newFolderGetsAFreeName()
     {
         QVERIFY(QDir(m_localDir.path()).mkpath(QStringLiteral("NewForder")));
@@ -268,7 +283,7 @@ private Q_SLOTS:
         QVERIFY(Listed(*m_pLocal, [&] { Trigger(*m_pLocal, QStringLiteral("新建文件夹")); }));
         QVERIFY(QFileInfo(LocalFile(QStringLiteral("NewForder(1)"))).isDir());
 
-        QSignalSpy makeDir(m_pMachine, &FileSelectPanel::SignalMakeDirTriggered);
+        QSignalSpy makeDir(&m_requests, &MachineFileRequests::SignalMakeDir);
         OpenMenu(*m_pMachine, QString());
         Trigger(*m_pMachine, QStringLiteral("新建文件夹"));
         QCOMPARE(makeDir.count(), 1);

@@ -330,7 +330,7 @@ private Q_SLOTS:
         panel.SlotTreeDoubleClicked(SimWorkspaceFixture::PanelRow(panel, QStringLiteral("now-a-folder.nc")));
         panel.SlotTreeDoubleClicked(SimWorkspaceFixture::PanelRow(panel, QStringLiteral("gone-folder")));
         panel.SlotTreeDoubleClicked(QModelIndex());
-        QCOMPARE(boxes.size(), 3);
+        QTRY_COMPARE(boxes.size(), 3);
         QCOMPARE(boxes.at(0).strText, QStringLiteral("文件不存在或无权限访问。"));
         QCOMPARE(boxes.at(1).strText, QStringLiteral("所选路径不是文件。"));
         QCOMPARE(boxes.at(2).strText, QStringLiteral("目录不存在或无权限访问。"));
