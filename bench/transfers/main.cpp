@@ -17,19 +17,30 @@
 #include <filepanel/FileManager.h>
 #include <functional>
 #include <MachineFileService.h>
+#include <MachineJob.h>
 #include <workspace/Workspace.h>
 
 namespace {
 using namespace BenchSupport;
 
-// Seconds until the orchestrator has nothing left running or waiting.
-double TimeTransfers(Workspace& workspace, const std::function<void()>& submit)
+// Seconds until one batch through the funnel has reported its result, as the arrows send it.
+double TimeTransfers(Workspace& workspace, bool bUpload, const QStringList& names, const QString& localDir)
 {
+    QList<TransferItem> items;
+    for (const QString& name : names)
+        items.append({bUpload, QDir(localDir).filePath(name), QStringLiteral("/ours/") + name, OperationCopy});
     QElapsedTimer clock;
     clock.start();
-    submit();
-    if (!QTest::qWaitFor([&] { return !workspace.FileService()->IsBusy(); }, 600000))
-        Fail(QStringLiteral("transfers did not end"));
+    MachineJob* job = workspace.FileService()->Transfer(workspace.Connection()->Endpoint(), items,
+                                                        RequestOrigin::FilePage);
+    bool bDone = false;
+    bool bOk = false;
+    QObject::connect(job, &MachineJob::SignalResult, [&](MachineJob* ended) {
+        bDone = true;
+        bOk = ended->GetResult() == MachineJob::Result::Succeeded;
+    });
+    if (!QTest::qWaitFor([&] { return bDone; }, 600000) || !bOk)
+        Fail(QStringLiteral("transfers did not end well"));
     return clock.nsecsElapsed() / 1e9;
 }
 
@@ -59,14 +70,8 @@ OursResult RunOurs(TestFtpServer& server, const QStringList& names, const QStrin
     if (!QTest::qWaitFor([&] { return workspace.GetFileManager()->IsConnected(); }, 10000))
         Fail(QStringLiteral("no connection to the simulator"));
     OursResult result;
-    result.up = TimeTransfers(workspace, [&] {
-        for (const QString& name : names)
-            workspace.SlotUpLoadFile(QDir(sourceDir).filePath(name), QStringLiteral("/ours/") + name);
-    });
-    result.down = TimeTransfers(workspace, [&] {
-        for (const QString& name : names)
-            workspace.SlotDownLoadFile(back.filePath(name), QStringLiteral("/ours/") + name);
-    });
+    result.up = TimeTransfers(workspace, true, names, sourceDir);
+    result.down = TimeTransfers(workspace, false, names, back.path());
     if (CountFiles(server.LocalPath(QStringLiteral("/ours"))) != names.size() ||
         CountFiles(back.path()) != names.size())
         Fail(QStringLiteral("our transfers did not move every file"));
