@@ -17,7 +17,7 @@ private slots:
     void responderAnswerIsReturned();
     void dialogReturnsPressedButton_data();
     void dialogReturnsPressedButton();
-    void dialogShowsButtonsAndTexts();
+    void openAnswersLaterWithoutALoop();
     void dialogReturnsCheckBoxState();
     void autoCloseClosesByItself();
 
@@ -136,35 +136,24 @@ void tst_CVarnokMessageBox::dialogReturnsPressedButton()
              result);
 }
 
-void tst_CVarnokMessageBox::dialogShowsButtonsAndTexts()
+void tst_CVarnokMessageBox::openAnswersLaterWithoutALoop()
 {
-    QStringList shown;
-    OnModal([&](QWidget* box) {
-        for (QPushButton* push : box->findChildren<QPushButton*>()) {
-            if (push->objectName().startsWith(QLatin1String("m_btnCode")))
-                shown.append(push->text());
-        }
-        box->findChild<QPushButton*>(QStringLiteral("m_btnCode2048"))->click();
-    });
-    const QMap<EnumMsgButtonFunction, QString> texts{{MsgButtonYes, QStringLiteral("保存本地版本")},
-                                                     {MsgButtonNo, QStringLiteral("保存机床版本")},
-                                                     {MsgButtonIgnore, QStringLiteral("跳过")}};
-    CVarnokMessageBox::ShowWindow(nullptr, 2060, MsgIconWarning, QStringLiteral("文件冲突确认"),
-                                  QStringLiteral("请选择要保留的版本："), texts);
-    // Secondary answers first, the affirmative one right-most.
-    QCOMPARE(shown,
-             (QStringList{QStringLiteral("跳过"), QStringLiteral("保存机床版本"), QStringLiteral("保存本地版本")}));
+    int answer = -1;
+    CVarnokMessageBox::Open(nullptr, MsgButtonYes | MsgButtonNo, MsgIconWarning, QStringLiteral("提示"),
+                            QStringLiteral("q"), {}, [&](int button) { answer = button; });
+    // The call returned with the box open: no loop of its own ran inside it.
+    QCOMPARE(answer, -1);
+    QTRY_VERIFY(QApplication::activeModalWidget());
+    auto* no = QApplication::activeModalWidget()->findChild<QPushButton*>(QStringLiteral("m_btnCode8"));
+    QVERIFY(no);
+    no->click();
+    QTRY_COMPARE(answer, int(MsgButtonNo));
 
-    // No buttons asked for still gives a way out: the confirm button with its default text.
-    shown.clear();
-    OnModal([&](QWidget* box) {
-        auto* confirm = box->findChild<QPushButton*>(QStringLiteral("m_btnCode1"));
-        QVERIFY(confirm);
-        shown.append(confirm->text());
-        confirm->click();
-    });
-    QCOMPARE(CVarnokMessageBox::ShowWindow(nullptr, 0, MsgIconNone, QStringLiteral("提示"), QStringLiteral("x")), 1);
-    QCOMPARE(shown, QStringList{QStringLiteral("确定")});
+    CVarnokMessageBox::SetTestResponder([](const StructMsgBoxRequest&) { return StructMsgBoxAnswer{MsgButtonYes, false}; });
+    CVarnokMessageBox::Open(nullptr, MsgButtonYes | MsgButtonNo, MsgIconWarning, QStringLiteral("提示"),
+                            QStringLiteral("q"), {}, [&](int button) { answer = button; });
+    QCOMPARE(answer, int(MsgButtonNo));
+    QTRY_COMPARE(answer, int(MsgButtonYes));
 }
 
 void tst_CVarnokMessageBox::dialogReturnsCheckBoxState()

@@ -40,8 +40,6 @@ private slots:
     void positionUpdatesMoveTheDrawing();
     void nonFinitePositionIsRefused();
     void stockBlocks();
-    void viewCubeToggleAndClick();
-    void dragOrbitsAndWheelZooms();
 
 private:
     QImage Picture() { return m_pView->grab().toImage(); }
@@ -159,56 +157,6 @@ void tst_CModule3DView::stockBlocks()
     QVERIFY(m_pView->CreateStock(block(QString(), 50), true));
     QCOMPARE(m_pView->StockCount(), 1);
     QCOMPARE(Picture(), withStock);
-}
-
-void tst_CModule3DView::viewCubeToggleAndClick()
-{
-    QVERIFY(m_pView->LoadMachine(shippedModelPath()));
-    m_pView->SetViewCubeVisible(false);
-    // A click on the cube's top face looks from above; while hidden, clicks there only orbit nothing.
-    const QPoint top(584, 34);
-    QTest::mouseClick(m_pView, Qt::LeftButton, {}, top);
-    QCOMPARE(m_pView->Camera().Pitch(), ViewCamera::DefaultPitch);
-    m_pView->SetViewCubeVisible(true);
-    QTest::mouseClick(m_pView, Qt::LeftButton, {}, top);
-    QCOMPARE(m_pView->Camera().Pitch(), 90.0f);
-    QCOMPARE(m_pView->Camera().Yaw(), 0.0f);
-}
-
-void tst_CModule3DView::dragOrbitsAndWheelZooms()
-{
-    QVERIFY(m_pView->LoadMachine(shippedModelPath()));
-    const QImage start = Picture();
-    QTest::mousePress(m_pView, Qt::LeftButton, {}, QPoint(300, 240));
-    QTest::mouseMove(m_pView, QPoint(340, 250));
-    QTest::mouseRelease(m_pView, Qt::LeftButton, {}, QPoint(340, 250));
-    QCOMPARE(m_pView->Camera().Yaw(), ViewCamera::DefaultYaw + 20.0f);
-    QCOMPARE(m_pView->Camera().Pitch(), ViewCamera::DefaultPitch + 5.0f);
-    QVERIFY(Picture() != start);
-
-    // Pitch stops at straight above.
-    QTest::mousePress(m_pView, Qt::LeftButton, {}, QPoint(300, 100));
-    QTest::mouseMove(m_pView, QPoint(300, 460));
-    QTest::mouseRelease(m_pView, Qt::LeftButton, {}, QPoint(300, 460));
-    QCOMPARE(m_pView->Camera().Pitch(), 90.0f);
-
-    auto wheel = [this](int delta) {
-        QWheelEvent event(QPointF(320, 240), m_pView->mapToGlobal(QPointF(320, 240)), QPoint(), QPoint(0, delta),
-                          Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-        QCoreApplication::sendEvent(m_pView, &event);
-    };
-    wheel(120);
-    QVERIFY(qFuzzyCompare(m_pView->Camera().Zoom(), 1.15f));
-    wheel(-120);
-    QVERIFY(qFuzzyCompare(m_pView->Camera().Zoom(), 1.0f));
-    for (int i = 0; i < 40; ++i)
-        wheel(120);
-    QCOMPARE(m_pView->Camera().Zoom(), ViewCamera::MaxZoom);
-
-    QTest::mouseDClick(m_pView, Qt::LeftButton, {}, QPoint(320, 240));
-    QCOMPARE(m_pView->Camera().Zoom(), 1.0f);
-    QCOMPARE(m_pView->Camera().Yaw(), ViewCamera::DefaultYaw);
-    QCOMPARE(Picture(), start);
 }
 
 QTEST_MAIN(tst_CModule3DView)

@@ -41,8 +41,6 @@ private Q_SLOTS:
     void failedFetch();
     void everyCloseEmitsOnce_data();
     void everyCloseEmitsOnce();
-    void dragsOnlyFromTheTitleBar_data();
-    void dragsOnlyFromTheTitleBar();
 
 private:
     // A shown window whose first fetch has been answered.
@@ -160,39 +158,6 @@ void TestVerificationImageWindow::everyCloseEmitsOnce()
     QVERIFY(!window->isVisible());
     QCOMPARE(window->EnteredCode(), entered);
     QVERIFY(!window->ImageId().isEmpty());
-}
-
-void TestVerificationImageWindow::dragsOnlyFromTheTitleBar_data()
-{
-    QTest::addColumn<int>("pressY");
-    QTest::addColumn<bool>("moves");
-    QTest::newRow("title bar") << 10 << true;
-    QTest::newRow("last line of the title bar") << 32 << true;
-    QTest::newRow("first line below it") << 33 << false;
-    QTest::newRow("content") << 120 << false;
-}
-
-void TestVerificationImageWindow::dragsOnlyFromTheTitleBar()
-{
-    QFETCH(int, pressY);
-    QFETCH(bool, moves);
-    const std::unique_ptr<VerificationImageWindow> window = OpenWindow(QStringLiteral("13812345678"));
-    QVERIFY(window);
-    window->move(200, 150);
-    const QPoint start = window->pos();
-    // Sent to the window itself: the labels there pass presses on to it.
-    const QPointF local(300, pressY);
-    const QPointF global = window->mapToGlobal(local);
-    const QPointF travelled(37.4, 21.6);
-    QMouseEvent press(QEvent::MouseButtonPress, local, global, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(window.get(), &press);
-    QMouseEvent move(QEvent::MouseMove, local + travelled, global + travelled, Qt::NoButton, Qt::LeftButton,
-                     Qt::NoModifier);
-    QApplication::sendEvent(window.get(), &move);
-    QMouseEvent release(QEvent::MouseButtonRelease, local + travelled, global + travelled, Qt::LeftButton, Qt::NoButton,
-                        Qt::NoModifier);
-    QApplication::sendEvent(window.get(), &release);
-    QCOMPARE(window->pos(), moves ? start + QPoint(37, 22) : start);
 }
 
 QTEST_MAIN(TestVerificationImageWindow)
