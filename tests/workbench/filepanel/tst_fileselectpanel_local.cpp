@@ -119,55 +119,7 @@ private Q_SLOTS:
         QCOMPARE(panel.SortModel()->SortRoleValue(), 0);
     }
 
-    void rowsCarryTheEntryData()
-    {
-        FileSelectPanel panel(true);
-        QVERIFY(GoTo(panel, m_strRoot));
-        QCOMPARE(panel.CurrentPath(), m_strRoot);
-        QStringList names = SimWorkspaceFixture::PanelNames(panel);
-        QCOMPARE(names.mid(0, 2), (QStringList{"桌面", "下载"}));
-        names = names.mid(2);
-        names.sort();
-        QCOMPARE(names, (QStringList{".hidden.nc", "README", "folder2", "notes.Tap", "part10.nc", "part9.NC", "sub.exe",
-                                     "tool.exe"}));
-        QCOMPARE(panel.FolderNames().size(), 2);
-        QCOMPARE(panel.FileNames().size(), 6);
 
-        const QModelIndex file = SimWorkspaceFixture::PanelRow(panel, QStringLiteral("part9.NC"));
-        QCOMPARE(file.data(FileItemRole::Type).toString(), QStringLiteral(".NC"));
-        QCOMPARE(file.data(FileItemRole::Size).toLongLong(), 1536);
-        QCOMPARE(file.data(FileItemRole::FullPath).toString(), m_strRoot + QStringLiteral("/part9.NC"));
-        const QDateTime modified = QFileInfo(m_strRoot + QStringLiteral("/part9.NC")).lastModified();
-        QCOMPARE(file.data(FileItemRole::Time).toString(), modified.toString(QStringLiteral("yyyy-MM-dd hh:mm:ss")));
-
-        QCOMPARE(SimWorkspaceFixture::PanelRow(panel, QStringLiteral("README")).data(FileItemRole::Type).toString(),
-                 QString());
-        // A folder named like a program is still a folder.
-        const QModelIndex folder = SimWorkspaceFixture::PanelRow(panel, QStringLiteral("sub.exe"));
-        QCOMPARE(folder.data(FileItemRole::Kind).toInt(), int(FileItemKind::Folder));
-    }
-
-    void headerClicksSortAndToggle()
-    {
-        FileSelectPanel panel(true);
-        QVERIFY(GoTo(panel, m_strRoot));
-        QHeaderView* header = panel.TreeView()->header();
-        panel.SlotHeaderClicked(0);
-        QCOMPARE(header->sortIndicatorOrder(), Qt::AscendingOrder);
-        QCOMPARE(SimWorkspaceFixture::PanelNames(panel).mid(2, 4),
-                 (QStringList{"folder2", "sub.exe", ".hidden.nc", "notes.Tap"}));
-        QCOMPARE(SimWorkspaceFixture::PanelNames(panel).mid(6, 2), (QStringList{"part9.NC", "part10.nc"}));
-        panel.SlotHeaderClicked(0);
-        QCOMPARE(header->sortIndicatorOrder(), Qt::DescendingOrder);
-        QCOMPARE(SimWorkspaceFixture::PanelNames(panel).first(), QStringLiteral("tool.exe"));
-        QCOMPARE(SimWorkspaceFixture::PanelNames(panel).last(), QStringLiteral("桌面"));
-        panel.SlotHeaderClicked(3);
-        QCOMPARE(header->sortIndicatorSection(), 3);
-        QCOMPARE(header->sortIndicatorOrder(), Qt::AscendingOrder);
-        QCOMPARE(panel.SortModel()->SortRoleValue(), int(FileItemRole::Size));
-        QCOMPARE(SimWorkspaceFixture::PanelNames(panel).mid(4),
-                 (QStringList{"tool.exe", "README", ".hidden.nc", "part10.nc", "part9.NC", "notes.Tap"}));
-    }
 
     void filterHidesOtherFileTypesOnly()
     {
@@ -348,21 +300,6 @@ private Q_SLOTS:
         CVarnokMessageBox::SetTestResponder({});
     }
 
-    void flashAlternatesAndEndsSelected()
-    {
-        FileSelectPanel panel(true);
-        QVERIFY(GoTo(panel, m_strRoot));
-        const QModelIndex row = SimWorkspaceFixture::PanelRow(panel, QStringLiteral("README"));
-        panel.SetFlashInterval(60000); // ticks are driven by hand below
-        panel.startFlash(row);
-        QList<bool> states;
-        for (int tick = 0; tick < 5; ++tick) {
-            panel.onFlashTimeout();
-            states << panel.TreeView()->selectionModel()->isRowSelected(row.row(), row.parent());
-        }
-        QCOMPARE(states, (QList<bool>{true, false, true, false, true}));
-        QCOMPARE(panel.TreeView()->currentIndex().data(FileItemRole::Name).toString(), QStringLiteral("README"));
-    }
 
     void bigFolderListsOffTheGuiThread()
     {

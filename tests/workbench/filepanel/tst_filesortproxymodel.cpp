@@ -173,36 +173,6 @@ private Q_SLOTS:
         QCOMPARE(Order(proxy), (QStringList{"c20", "c100", "c999"}));
     }
 
-    void followsChangesOfTheSource()
-    {
-        QStandardItemModel model;
-        Fill(model, {{"b10", FileItemKind::File, 0, "", ""}, {"b2", FileItemKind::File, 0, "", ""}});
-        FileSortProxyModel proxy;
-        proxy.setSourceModel(&model);
-        proxy.SetSortRole(FileItemRole::Name);
-        proxy.sort(0);
-        QCOMPARE(Order(proxy), (QStringList{"b2", "b10"}));
-
-        model.appendRow(MakeItem({"b3", FileItemKind::File, 0, "", ""}));
-        model.insertRow(0, MakeItem({"folder", FileItemKind::Folder, 0, "", ""}));
-        QCOMPARE(Order(proxy), (QStringList{"folder", "b2", "b3", "b10"}));
-
-        // A rename moves the row to its new place.
-        model.item(1)->setData(QStringLiteral("b20"), FileItemRole::Name);
-        QCOMPARE(Order(proxy), (QStringList{"folder", "b2", "b3", "b20"}));
-
-        model.removeRows(0, 2);
-        QCOMPARE(Order(proxy), (QStringList{"b2", "b3"}));
-
-        // A new listing replaces all rows at once.
-        model.removeRows(0, model.rowCount());
-        QList<QStandardItem*> items;
-        for (const char* name : {"x100", "x1", "x10"}) {
-            items << MakeItem({QString::fromLatin1(name), FileItemKind::File, 0, "", ""});
-        }
-        model.invisibleRootItem()->appendRows(items);
-        QCOMPARE(Order(proxy), (QStringList{"x1", "x10", "x100"}));
-    }
 };
 
 QTEST_MAIN(TestFileSortProxyModel)

@@ -114,30 +114,6 @@ private Q_SLOTS:
         QCOMPARE(lineEdit->text() == text, accepted);
     }
 
-    void viewRelaysCommittedRename()
-    {
-        QStandardItemModel model(0, 4);
-        model.appendRow(MakeFile(QStringLiteral("old.nc")));
-        FileTreeView view(false);
-        view.setModel(&model);
-        view.resize(600, 200);
-        view.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&view));
-        QSignalSpy spy(&view, &FileTreeView::SignalDataChanged);
-        // A double click must not start an edit: renames come from the panel's menu.
-        QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, view.visualRect(model.index(0, 0)).center());
-        QVERIFY(!view.findChild<QLineEdit*>());
-
-        view.edit(model.index(0, 0));
-        auto* editor = view.findChild<QLineEdit*>();
-        QVERIFY(editor);
-        editor->selectAll();
-        QTest::keyClicks(editor, QStringLiteral("renamed.nc."));
-        QTest::keyClick(editor, Qt::Key_Return);
-        QTRY_COMPARE(spy.count(), 1);
-        QCOMPARE(spy.at(0).at(0).toString(), QStringLiteral("renamed.nc"));
-        QCOMPARE(model.index(0, 0).data(FileItemRole::Name).toString(), QStringLiteral("renamed.nc"));
-    }
 };
 
 QTEST_MAIN(TestFileTreeView)
