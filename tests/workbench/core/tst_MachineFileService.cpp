@@ -338,6 +338,29 @@ private Q_SLOTS:
         QCOMPARE(m_files->Retry(key)->GetResult(), MachineJob::Result::Refused); // asked once, consumed
     }
 
+    void cutDeletesItsSourceOnlyAfterSuccess_data()
+    {
+        QTest::addColumn<bool>("ok");
+        QTest::newRow("sent") << true;
+        QTest::newRow("failed") << false;
+    }
+
+    void cutDeletesItsSourceOnlyAfterSuccess()
+    {
+        QFETCH(bool, ok);
+        QSignalSpy cut(m_files.get(), &MachineFileService::SignalCutSucceeded);
+        TransferItem item = UploadItem(QStringLiteral("cut.nc"));
+        item.operation = OperationCut;
+        MachineJob* job = m_files->Transfer(Machine(), {item}, RequestOrigin::FilePage);
+        const std::shared_ptr<Outcome> jobDone = Watch(job);
+        QTRY_COMPARE(m_factory->Running(QStringLiteral("upload")).size(), 1);
+        QVERIFY(QFile::exists(item.strLocalPath));
+        m_factory->Running(QStringLiteral("upload")).first()->End(ok);
+        QCOMPARE(ResultOf(jobDone), ok ? MachineJob::Result::Succeeded : MachineJob::Result::Failed);
+        QCOMPARE(QFile::exists(item.strLocalPath), !ok);
+        QCOMPARE(cut.count(), ok ? 1 : 0);
+    }
+
     void compositeResults()
     {
         auto* composite = new CompositeJob;
