@@ -65,6 +65,12 @@ const QHash<QString, QStringList>& profiles()
         // and a rename that refuses an existing target.
         {QStringLiteral("pc-control"),
          {"--max-sessions", "4", "--list-style", "dos", "--rnto-overwrite", "refuse550", "--busy-while-running"}},
+        // An old embedded board: one login, refused only after the password, a slow greeting, 8.3 names,
+        // no passive mode, hidden dot-files, GBK, and an idle time-out whose 421 lingers.
+        {QStringLiteral("embedded-8.3"),
+         {"--max-sessions", "1", "--login-limit-reply", "530", "--greeting-delay", "1500", "--name-rule", "8.3",
+          "--no-mlsd", "--no-size", "--no-passive", "--hide-dotfiles", "--name-encoding", "gbk", "--record-encoding",
+          "gbk", "--stale-idle-421", "--idle-timeout", "30"}},
     };
     return presets;
 }

@@ -83,6 +83,18 @@ void SimWorkspaceFixture::StartSimulator(const SimOptions& options)
     MachinePortMap::Set(5002, m_sim->SnPort());
 }
 
+void SimWorkspaceFixture::StartSimulator(const QStringList& switches)
+{
+    SimOptions options;
+    QString error;
+    QVERIFY2(SimOptions::Parse(QStringList{"cnc-sim", "--root", m_rootDir.path(), "--ftp-port", "0", "--info-port", "0",
+                                           "--sn-port", "0", "--discovery-port", "0", "--sn", kSn} +
+                                   switches,
+                               &options, &error),
+             qPrintable(error));
+    StartSimulator(options);
+}
+
 void SimWorkspaceFixture::ShowWorkspace()
 {
     m_workspace = std::make_unique<Workspace>();

@@ -37,6 +37,9 @@ protected:
     SimOptions DefaultSimOptions() const;
     // Starts the simulator and points the FTP, info and serial number ports at it.
     void StartSimulator(const SimOptions& options);
+    // The same from cnc-sim's command-line switches ("--profile", "pc-control"), on the fixture's
+    // root and ports.
+    void StartSimulator(const QStringList& switches);
     // Creates and shows the workspace with the local folder open.
     void ShowWorkspace();
     // Shows the workspace, connects and waits until the machine root is listed.
