@@ -99,7 +99,7 @@ bool IsLoginLimitReply(const QByteArray& reply)
 {
     if (reply.startsWith("421"))
         return true;
-    static const QRegularExpression limit(QStringLiteral("maximum|too many|limit|clients|connections|users"),
+    static const QRegularExpression limit(QStringLiteral("maximum|too many|limit"),
                                           QRegularExpression::CaseInsensitiveOption);
     return reply.startsWith("530") && limit.match(QString::fromUtf8(reply)).hasMatch();
 }
