@@ -16,6 +16,8 @@ public:
     // A new name beside `targetName` in a folder holding `existing` (compared without regard to
     // case). The preferred form is hidden: ".<target>.<marker><token>.part"; tighter rules get
     // "<marker><token>.tmp", then shorter forms, in upper case where lower case is not allowed.
+    // Without rules the caller need not list the folder: the target's name, the marker and six
+    // random characters do not meet another file's name.
     static QString Make(const QString& targetName, const FtpNameRules& rules, const QString& marker,
                         const QStringList& existing = {});
     // Whether `name` is a temporary name made with `marker`.

@@ -39,7 +39,7 @@ bool UploadToFtp::Execute(FtpSession& session, QString* message)
     const QString target = RemotePathFromUrl();
     const QString part = TemporaryPathFor(target, taken);
     // A "226" is not proof: some controllers keep a short file and still report success. Its size
-    // is asked on the same step; where SIZE is refused the folder's listing tells it.
+    // is asked on the same step; where SIZE is refused, MLST or a listing of the name tells it.
     const bool bOk = session.Upload(&file, size, part,
                                     [this, size](qint64 done, qint64) {
                                         ReportProgress(done, size);
