@@ -867,6 +867,22 @@ Which version do you want to keep?</translation>
         <source>机床上的文件只有%1字节，本地文件为%2字节（虽然机床回复传输完成），原文件未改动</source>
         <translation>The file on the machine has only %1 bytes, the local file %2 (although the machine reported success); the old file is unchanged</translation>
     </message>
+    <message>
+        <source>文件名“%1”不是机床要求的8.3格式（主名最多8个字符，扩展名最多3个字符）</source>
+        <translation>The name &quot;%1&quot; is not in the 8.3 form the machine requires (at most 8 characters, then at most 3 after the dot)</translation>
+    </message>
+    <message>
+        <source>机床拒绝了被动模式，主动模式也未成功</source>
+        <translation>The machine refused passive mode, and active mode did not work either</translation>
+    </message>
+    <message>
+        <source>机床拒绝了被动模式</source>
+        <translation>The machine refused passive mode</translation>
+    </message>
+    <message>
+        <source>机床回复之前连接已中断，结果未知</source>
+        <translation>The connection broke before the machine answered; the outcome is unknown</translation>
+    </message>
 </context>
 <context>
     <name>HostWindow</name>

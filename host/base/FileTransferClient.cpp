@@ -1,6 +1,7 @@
 #include "FileTransferClient.h"
 
 #include "CDebugLog.h"
+#include "FtpSettings.h"
 #include "MachinePortMap.h"
 #include "MachineRecordJson.h"
 #include "ProtocolVocabulary.h"
@@ -44,6 +45,8 @@ bool FileTransferClient::connectToMachine(const QString& ip, quint16 port)
         FailAllPending();
     }
     m_decoder.Reset();
+    // Controllers write text in records the way they spell file names.
+    m_decoder.SetTextEncoding(FtpSettings::NameEncodingFor(ip.trimmed()));
     m_strPeer = QStringLiteral("%1:%2").arg(ip).arg(port);
     m_state = State::Connecting;
     m_connectTimer.start(kConnectTimeoutMs);
@@ -138,17 +141,22 @@ void FileTransferClient::SlotReadyRead()
     // so the outcome does not depend on how TCP split the bytes.
     const bool bIntact = m_decoder.Feed(m_pSocket->readAll());
     QJsonObject message;
+    bool bUsable = true;
     // A receiver may disconnect us from inside a signal: stop as soon as it does.
-    while (m_state == State::Connected && m_decoder.Next(&message))
-        HandleMessage(message);
+    while (m_state == State::Connected && m_decoder.Next(&message, &bUsable))
+        HandleMessage(message, bUsable);
     if (!bIntact)
         CloseWithReason(QStringLiteral("bad frame from %1: %2").arg(m_strPeer, m_decoder.ErrorString()));
 }
 
-void FileTransferClient::HandleMessage(const QJsonObject& message)
+void FileTransferClient::HandleMessage(const QJsonObject& message, bool bUsable)
 {
     const QString type = message.value(QLatin1String(KeyType)).toString();
-    const bool ok = message.value(QLatin1String(KeyCode)).toInt(-1) == 0;
+    const bool ok = bUsable && message.value(QLatin1String(KeyCode)).toInt(-1) == 0;
+    if (!bUsable)
+        CDebugLog::AddLog(QStringLiteral("FileTransferClient: %1 from %2 dropped: a value JSON cannot hold (NaN, "
+                                         "infinity or out of range)")
+                              .arg(type, m_strPeer));
     if (!ok)
         qDebug() << "FileTransferClient:" << type << "code" << message.value(QLatin1String(KeyCode))
                  << message.value(QLatin1String(KeyMsg)).toString();

@@ -66,7 +66,8 @@ private:
     void SlotReadyRead();
     void SlotSocketGone();
     void SlotRequestTimeout();
-    void HandleMessage(const QJsonObject& message);
+    // An unusable message is that request's failure: the record is dropped, the connection stays.
+    void HandleMessage(const QJsonObject& message, bool bUsable);
     void FinishRequest(const QString& replyType, bool ok, const QJsonObject& data);
     void EmitFinished(const QString& replyType, bool ok, const QJsonObject& data);
     // Drops the connection, fails what is pending and reports the loss once.

@@ -20,6 +20,7 @@ FtpNameRules FtpNameRules::Load(const QString& ip)
     rules.maxLength = helper->GetLocalSettingCache(type, key(ip, "MaxLength"), 0).toInt();
     rules.allowedCharacters = helper->GetLocalSettingCache(type, key(ip, "AllowedCharacters"), QString()).toString();
     rules.bCaseInsensitive = helper->GetLocalSettingCache(type, key(ip, "CaseInsensitive"), false).toBool();
+    rules.bEightDotThree = helper->GetLocalSettingCache(type, key(ip, "EightDotThree"), false).toBool();
     return rules;
 }
 
@@ -29,7 +30,8 @@ void FtpNameRules::Save(const QString& ip, const FtpNameRules& rules)
     const int type = CamBaseTextHelper::SettingTypeLocal;
     helper->SetLocalSettingCache(type, key(ip, "MaxLength"), rules.maxLength, false);
     helper->SetLocalSettingCache(type, key(ip, "AllowedCharacters"), rules.allowedCharacters, false);
-    helper->SetLocalSettingCache(type, key(ip, "CaseInsensitive"), rules.bCaseInsensitive, true);
+    helper->SetLocalSettingCache(type, key(ip, "CaseInsensitive"), rules.bCaseInsensitive, false);
+    helper->SetLocalSettingCache(type, key(ip, "EightDotThree"), rules.bEightDotThree, true);
 }
 
 QString FtpNameRules::Violation(const QString& name) const
@@ -38,6 +40,11 @@ QString FtpNameRules::Violation(const QString& name) const
         return QCoreApplication::translate("FtpTask", "文件名“%1”超过机床允许的长度（最多%2个字符）")
             .arg(name)
             .arg(maxLength);
+    static const QRegularExpression eightDotThree(QStringLiteral("^[^.]{1,8}(\\.[^.]{1,3})?$"));
+    if (bEightDotThree && !eightDotThree.match(name).hasMatch())
+        return QCoreApplication::translate("FtpTask",
+                                           "文件名“%1”不是机床要求的8.3格式（主名最多8个字符，扩展名最多3个字符）")
+            .arg(name);
     if (allowedCharacters.isEmpty())
         return QString();
     const QRegularExpression allowed(QStringLiteral("^[%1]*$").arg(allowedCharacters));

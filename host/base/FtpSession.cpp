@@ -3,15 +3,20 @@
 #include "CDebugLog.h"
 #include "FtpConnectionShare.h"
 #include "FtpListingParser.h"
+#include "FtpSessionBudget.h"
 
 #include <QCoreApplication>
 #include <QIODevice>
+#include <QRegularExpression>
+#include <QSet>
 #include <QStringDecoder>
 #include <QStringEncoder>
 #include <QThread>
 #include <QUrl>
+#include <algorithm>
 #include <cctype>
 #include <curl/curl.h>
+#include <mutex>
 #include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
@@ -86,6 +91,62 @@ int OnProgress(void* userData, curl_off_t dlTotal, curl_off_t dlNow, curl_off_t 
     const bool bGoOn =
         transfer->bUpload ? (*transfer->progress)(ulNow, ulTotal) : (*transfer->progress)(dlNow, dlTotal);
     return bGoOn ? 0 : 1;
+}
+
+// A machine without a free login says so with a 421 (instead of the greeting or after USER/PASS)
+// or with a 530 whose text speaks of a limit; a plain 530 is about the password.
+bool IsLoginLimitReply(const QByteArray& reply)
+{
+    if (reply.startsWith("421"))
+        return true;
+    static const QRegularExpression limit(QStringLiteral("maximum|too many|limit"),
+                                          QRegularExpression::CaseInsensitiveOption);
+    return reply.startsWith("530") && limit.match(QString::fromUtf8(reply)).hasMatch();
+}
+
+// The connection broke: reset, or closed without a reply.
+bool IsConnectionLost(CURLcode code)
+{
+    return code == CURLE_RECV_ERROR || code == CURLE_SEND_ERROR || code == CURLE_GOT_NOTHING;
+}
+
+// Commands after which the machine is no longer what it was: never sent twice blindly.
+bool ChangesMachine(const QString& command)
+{
+    static const QStringList verbs{"DELE", "RNTO", "STOR", "APPE", "STOU", "MKD", "XMKD", "RMD", "XRMD", "SITE"};
+    QString verb = command.section(QLatin1Char(' '), 0, 0).toUpper();
+    return verbs.contains(verb.remove(QLatin1Char('*')));
+}
+
+// The "size=" fact of an MLST reply.
+bool SizeFact(const QList<QByteArray>& replies, qint64* size)
+{
+    for (const QByteArray& line : replies) {
+        if (line.size() >= 3 && std::isdigit(uchar(line[0])))
+            continue;
+        for (const QByteArray& fact : line.split(';')) {
+            bool bOk = false;
+            const qint64 value = fact.toLower().startsWith("size=") ? fact.mid(5).toLongLong(&bOk) : -1;
+            if (bOk) {
+                *size = value;
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+// Machines that refused passive mode and moved data in active mode: later sessions start in it.
+std::mutex& ActiveModeMutex()
+{
+    static auto* mutex = new std::mutex; // never destroyed: pool tasks may finish after static destructors
+    return *mutex;
+}
+
+QSet<QString>& ActiveModeMachines()
+{
+    static auto* machines = new QSet<QString>;
+    return *machines;
 }
 
 // A server reply that names the cause better than libcurl's code does.
@@ -198,7 +259,9 @@ FtpSession::FtpSession(const QString& host, int port, const FtpSettings& setting
     curl_easy_setopt(curl, CURLOPT_NOSIGNAL, 1L);
     curl_easy_setopt(curl, CURLOPT_USERNAME, m_settings.user.toUtf8().constData());
     curl_easy_setopt(curl, CURLOPT_PASSWORD, m_settings.password.toUtf8().constData());
-    curl_easy_setopt(curl, CURLOPT_CONNECTTIMEOUT_MS, long(m_settings.connectTimeoutMs));
+    // libcurl's connect time-out also covers the greeting and the login; the TCP connection alone is
+    // held to the connect time-out in RunStep, and the replies get the response time-out.
+    curl_easy_setopt(curl, CURLOPT_CONNECTTIMEOUT_MS, long(m_settings.connectTimeoutMs + m_settings.responseTimeoutMs));
     const long responseSeconds = qMax(1L, long(m_settings.responseTimeoutMs + 999) / 1000);
     curl_easy_setopt(curl, CURLOPT_SERVER_RESPONSE_TIMEOUT, responseSeconds);
     curl_easy_setopt(curl, CURLOPT_LOW_SPEED_LIMIT, 1L);
@@ -215,6 +278,20 @@ FtpSession::FtpSession(const QString& host, int port, const FtpSettings& setting
     curl_easy_setopt(curl, CURLOPT_READFUNCTION, OnRead);
     static_assert(std::is_same_v<curl_socket_t, int>, "OnCloseSocket takes a POSIX descriptor");
     curl_easy_setopt(curl, CURLOPT_CLOSESOCKETFUNCTION, &FtpSession::OnCloseSocket);
+    curl_opensocket_callback open = [](void* data, curlsocktype purpose, curl_sockaddr* address) -> curl_socket_t {
+        auto* session = static_cast<FtpSession*>(data);
+        const int fd = ::socket(address->family, address->socktype, address->protocol);
+        const auto* peer = reinterpret_cast<const sockaddr*>(&address->addr);
+        const in_port_t peerPort = peer->sa_family == AF_INET6 ? reinterpret_cast<const sockaddr_in6*>(peer)->sin6_port
+                                                               : reinterpret_cast<const sockaddr_in*>(peer)->sin_port;
+        if (fd >= 0 && purpose == CURLSOCKTYPE_IPCXN && ntohs(peerPort) == session->m_iPort) {
+            session->m_iConnectingFd = fd;
+            session->m_tcpDeadline = QDeadlineTimer(session->m_settings.connectTimeoutMs);
+        }
+        return fd;
+    };
+    curl_easy_setopt(curl, CURLOPT_OPENSOCKETFUNCTION, open);
+    curl_easy_setopt(curl, CURLOPT_OPENSOCKETDATA, this);
 }
 
 FtpSession::~FtpSession()
@@ -228,6 +305,8 @@ FtpSession::~FtpSession()
 
 int FtpSession::OnCloseSocket(void*, int descriptor)
 {
+    if (t_pPerformingSession && t_pPerformingSession->m_iConnectingFd == descriptor)
+        t_pPerformingSession->m_iConnectingFd = -1;
     if (t_pPerformingSession)
         t_pPerformingSession->SalvageReply(descriptor);
     return ::close(descriptor);
@@ -301,47 +380,119 @@ bool FtpSession::Perform(const QString& action)
 {
     if (!m_pCurl)
         return Fail(QCoreApplication::translate("FtpTask", "无法初始化FTP连接"));
+    CURL* curl = static_cast<CURL*>(m_pCurl);
     CURLcode code = CURLE_OK;
+    bool bFreshTried = false;
+    bool bActiveTried = false;
+    m_bOutcomeUnknown = false;
+    m_bPassiveRefused = false;
     for (int attempt = 0;; ++attempt) {
         m_listReplies.clear();
         m_errorBuffer.fill('\0');
         code = CURLcode(RunStep());
-        // libcurl drops the connection after a refused command; a controller with one login slot turns
-        // the reconnection away (421) until it has seen the old one go. Nothing ran: try again shortly.
-        const bool bRefused = !m_listReplies.isEmpty() && m_listReplies.constFirst().startsWith("421");
-        if (code == CURLE_OK || !m_bConnected || !bRefused || attempt >= kReconnectAttempts ||
-            (m_stopCheck && m_stopCheck()))
+        curl_easy_setopt(curl, CURLOPT_FRESH_CONNECT, 0L);
+        long connects = 0;
+        curl_easy_getinfo(curl, CURLINFO_NUM_CONNECTS, &connects);
+        m_bReused = connects == 0;
+        m_lastRefusal.clear();
+        for (auto it = m_listReplies.crbegin(); it != m_listReplies.crend(); ++it) {
+            if (it->size() >= 3 && (it->at(0) == '4' || it->at(0) == '5')) {
+                m_lastRefusal = *it;
+                break;
+            }
+        }
+        if (code == CURLE_OK || (m_stopCheck && m_stopCheck()))
             break;
-        QThread::msleep(kReconnectWaitMs << attempt);
+        // A cached login the machine has dropped: the 421 of its idle time-out still unread, or a reset
+        // (power cycle) before any answer. Nothing ran; once more on a new connection.
+        const bool bStale = !m_listReplies.isEmpty() && m_listReplies.constFirst().startsWith("421");
+        const bool bLostUnanswered = m_listReplies.isEmpty() && IsConnectionLost(code) && m_bStepRepeatable;
+        if (m_bReused && !bFreshTried && (bStale || bLostUnanswered)) {
+            bFreshTried = true;
+            curl_easy_setopt(curl, CURLOPT_FRESH_CONNECT, 1L);
+            continue;
+        }
+        // libcurl drops the connection after a refused command; a controller with one login slot turns
+        // the reconnection away until it has seen the old one go. Nothing ran: try again shortly.
+        const bool bLoginRefused = IsLoginLimitReply(m_lastRefusal) || code == CURLE_LOGIN_DENIED;
+        if (m_bConnected && !m_bReused && bLoginRefused && attempt < kReconnectAttempts) {
+            QThread::msleep(kReconnectWaitMs << attempt);
+            continue;
+        }
+        // EPSV and PASV refused: the machine may still connect back to us (active mode), once.
+        if (code == CURLE_FTP_WEIRD_PASV_REPLY && m_lastRefusal.startsWith('5')) {
+            m_bPassiveRefused = true;
+            if (!bActiveTried && !m_bActive && UseActiveMode()) {
+                CDebugLog::AddLog(
+                    QStringLiteral("FTP %1:%2 passive mode refused; trying active mode").arg(m_strHost).arg(m_iPort));
+                bActiveTried = true;
+                continue;
+            }
+        }
+        break;
     }
     m_iLastCode = code;
-    if (code == CURLE_OK)
+    if (code == CURLE_OK) {
+        if (bActiveTried) {
+            std::lock_guard<std::mutex> lock(ActiveModeMutex());
+            ActiveModeMachines().insert(m_strHost + QLatin1Char(':') + QString::number(m_iPort));
+        }
         return true;
+    }
     if (m_stopCheck && m_stopCheck()) {
         m_bStopped = true;
         return Fail(QCoreApplication::translate("FtpTask", "%1已停止").arg(action));
     }
-    QByteArray serverReply;
-    for (auto it = m_listReplies.crbegin(); it != m_listReplies.crend(); ++it) {
-        if (it->size() >= 3 && (it->at(0) == '4' || it->at(0) == '5')) {
-            serverReply = *it;
-            break;
-        }
-    }
-    CDebugLog::AddLog(QStringLiteral("FTP %1 %2:%3 failed: curl %4 %5 %6 last reply \"%7\"")
+    m_bOutcomeUnknown = IsConnectionLost(code) && !m_bStepRepeatable;
+    CDebugLog::AddLog(QStringLiteral("FTP %1 %2:%3 failed: curl %4 %5 %6 last reply \"%7\"%8")
                           .arg(action, m_strHost)
                           .arg(m_iPort)
                           .arg(int(code))
                           .arg(QString::fromUtf8(curl_easy_strerror(code)),
-                               QString::fromUtf8(m_errorBuffer.constData()), QString::fromUtf8(serverReply)));
-    const QString byReply = ReasonFromReply(serverReply);
+                               QString::fromUtf8(m_errorBuffer.constData()), QString::fromUtf8(m_lastRefusal))
+                          .arg(m_bReused ? QStringLiteral(" (cached connection)") : QString()));
+    QString reason = ReasonFromReply(m_lastRefusal);
+    if (m_bPassiveRefused)
+        reason = bActiveTried ? QCoreApplication::translate("FtpTask", "机床拒绝了被动模式，主动模式也未成功")
+                              : QCoreApplication::translate("FtpTask", "机床拒绝了被动模式");
+    else if (m_bOutcomeUnknown)
+        reason = QCoreApplication::translate("FtpTask", "机床回复之前连接已中断，结果未知");
+    const QString step = m_listStepCommands.isEmpty() ? action : FailedCommand();
     QString message =
-        QCoreApplication::translate("FtpTask", "%1失败：%2").arg(action, byReply.isEmpty() ? Reason(code) : byReply);
-    if (!serverReply.isEmpty())
-        message += QCoreApplication::translate("FtpTask", "（服务器回复：%1）").arg(QString::fromUtf8(serverReply));
+        QCoreApplication::translate("FtpTask", "%1失败：%2").arg(step, reason.isEmpty() ? Reason(code) : reason);
+    if (!m_lastRefusal.isEmpty())
+        message += QCoreApplication::translate("FtpTask", "（服务器回复：%1）").arg(QString::fromUtf8(m_lastRefusal));
     if (code == CURLE_COULDNT_CONNECT || code == CURLE_OPERATION_TIMEDOUT)
         message += QStringLiteral("（%1:%2）").arg(m_strHost).arg(m_iPort);
     return Fail(message);
+}
+
+bool FtpSession::UseActiveMode()
+{
+    char* local = nullptr;
+    curl_easy_getinfo(static_cast<CURL*>(m_pCurl), CURLINFO_LOCAL_IP, &local);
+    if (!local || !*local)
+        return false;
+    // The control connection's own address, never another: where the machine connects back to.
+    curl_easy_setopt(static_cast<CURL*>(m_pCurl), CURLOPT_FTPPORT, local);
+    m_bActive = true;
+    return true;
+}
+
+QString FtpSession::FailedCommand() const
+{
+    // Each RNFR answered 350 let the next command go; the step failed at the first one not passed.
+    int accepted = 0;
+    for (const QByteArray& reply : m_listReplies)
+        accepted += reply.startsWith("350") ? 1 : 0;
+    for (int i = 0; i < m_listStepCommands.size(); ++i) {
+        QString verb = m_listStepCommands.at(i).section(QLatin1Char(' '), 0, 0);
+        verb.remove(QLatin1Char('*'));
+        if (i + 1 == m_listStepCommands.size() || verb.compare(QLatin1String("RNFR"), Qt::CaseInsensitive) != 0 ||
+            accepted-- <= 0)
+            return verb;
+    }
+    return QString();
 }
 
 int FtpSession::RunStep()
@@ -362,6 +513,16 @@ int FtpSession::RunStep()
         }
         if (running == 0)
             break;
+        if (m_iConnectingFd >= 0) {
+            sockaddr_storage peer{};
+            socklen_t length = sizeof(peer);
+            if (getpeername(m_iConnectingFd, reinterpret_cast<sockaddr*>(&peer), &length) == 0) {
+                m_iConnectingFd = -1;
+            } else if (m_tcpDeadline.hasExpired()) {
+                result = CURLE_OPERATION_TIMEDOUT;
+                break;
+            }
+        }
         // A stop request must not wait for a silent server: it ends the step at the next wake-up.
         if (m_stopCheck && m_stopCheck()) {
             result = CURLE_ABORTED_BY_CALLBACK;
@@ -389,6 +550,7 @@ int FtpSession::RunStep()
     }
     curl_multi_remove_handle(multi, curl);
     t_pPerformingSession = nullptr;
+    m_iConnectingFd = -1;
     return result;
 }
 
@@ -433,12 +595,23 @@ bool FtpSession::Connect(const QString& folder)
     QuoteList feat(greeting);
     curl_easy_setopt(curl, CURLOPT_NOBODY, 1L);
     curl_easy_setopt(curl, CURLOPT_QUOTE, feat.get());
-    curl_easy_setopt(curl, CURLOPT_TIMEOUT_MS, long(m_settings.connectTimeoutMs));
+    curl_easy_setopt(curl, CURLOPT_TIMEOUT_MS, long(m_settings.connectTimeoutMs + m_settings.responseTimeoutMs));
+    const QString credentials = m_settings.user + QLatin1Char('\n') + m_settings.password;
+    FtpSessionBudget& budget = FtpSessionBudget::Instance();
     if (!Perform(QCoreApplication::translate("FtpTask", "连接FTP服务器"))) {
-        m_bLoginRefusedAsBusy = !m_listReplies.isEmpty() && m_listReplies.constFirst().startsWith("421");
+        // A 530 right after the same credentials worked is the machine being full, whatever it says.
+        m_bLoginRefusedAsBusy =
+            !m_bReused && (IsLoginLimitReply(m_lastRefusal) ||
+                           (m_lastRefusal.startsWith("530") && budget.AcceptedLately(m_strHost, credentials)));
         if (m_bLoginRefusedAsBusy || m_iLastCode != CURLE_REMOTE_ACCESS_DENIED || folder == QLatin1String("/"))
             return false;
         return Connect();
+    }
+    budget.NoteAccepted(m_strHost, credentials);
+    {
+        std::lock_guard<std::mutex> lock(ActiveModeMutex());
+        if (ActiveModeMachines().contains(m_strHost + QLatin1Char(':') + QString::number(m_iPort)))
+            UseActiveMode();
     }
     for (const QByteArray& reply : std::as_const(m_listReplies)) {
         // Feature lines are indented; MLST implies MLSD (some servers list only MLST).
@@ -452,14 +625,19 @@ bool FtpSession::Connect(const QString& folder)
 
 bool FtpSession::ListDirectory(const QString& dirPath, QList<FtpFileInfo>* entries)
 {
-    if (HasControlCharacters(dirPath))
+    return ListWith(dirPath, m_bMlsd ? QByteArrayLiteral("MLSD") : QByteArrayLiteral("LIST"), entries);
+}
+
+bool FtpSession::ListWith(const QString& dirPath, const QByteArray& request, QList<FtpFileInfo>* entries)
+{
+    if (HasControlCharacters(dirPath) || request.contains('\r') || request.contains('\n'))
         return Fail(QCoreApplication::translate("FtpTask", "路径含有非法字符：%1").arg(dirPath));
     QByteArray listing;
     Transfer transfer{&m_stopCheck};
     transfer.buffer = &listing;
     const QString path = dirPath.endsWith(QLatin1Char('/')) ? dirPath : dirPath + QLatin1Char('/');
     Reset(UrlFor(path), &transfer);
-    curl_easy_setopt(static_cast<CURL*>(m_pCurl), CURLOPT_CUSTOMREQUEST, m_bMlsd ? "MLSD" : "LIST");
+    curl_easy_setopt(static_cast<CURL*>(m_pCurl), CURLOPT_CUSTOMREQUEST, request.constData());
     if (!Perform(QCoreApplication::translate("FtpTask", "获取文件列表")))
         return false;
     QStringDecoder decoder(IsUtf8() ? "UTF-8" : m_settings.nameEncoding.constData());
@@ -476,6 +654,43 @@ bool FtpSession::ListDirectory(const QString& dirPath, QList<FtpFileInfo>* entri
 
 bool FtpSession::Command(const QStringList& commands)
 {
+    if (RunCommands(commands))
+        return true;
+    if (!m_bOutcomeUnknown)
+        return false;
+    // The connection broke before a DELE or RNTO was answered: the folder tells whether it ran, and
+    // one that did not run is safe to send again. Anything else stays unknown to the user.
+    const QString unknown = m_strError;
+    const QString verb = commands.value(0).section(QLatin1Char(' '), 0, 0).toUpper();
+    const QString first = commands.value(0).section(QLatin1Char(' '), 1);
+    bool bFirst = false;
+    bool bSecond = false;
+    if (commands.size() == 1 && verb == QLatin1String("DELE") && Exists(first, &bFirst))
+        return bFirst ? RunCommands(commands) : true;
+    if (commands.size() == 2 && verb == QLatin1String("RNFR") && Exists(first, &bFirst) &&
+        Exists(commands.at(1).section(QLatin1Char(' '), 1), &bSecond)) {
+        if (!bFirst && bSecond)
+            return true;
+        if (bFirst && !bSecond)
+            return RunCommands(commands);
+    }
+    return Fail(unknown);
+}
+
+bool FtpSession::Exists(const QString& path, bool* exists)
+{
+    const int cut = path.lastIndexOf(QLatin1Char('/'));
+    QList<FtpFileInfo> entries;
+    if (!ListDirectory(cut <= 0 ? QStringLiteral("/") : path.left(cut), &entries))
+        return false;
+    const QString name = path.mid(cut + 1);
+    *exists = std::any_of(entries.cbegin(), entries.cend(), [&name](const FtpFileInfo& e) { return e.name == name; });
+    return true;
+}
+
+bool FtpSession::RunCommands(const QStringList& commands)
+{
+    m_bOutcomeUnknown = false;
     for (const QString& command : commands) {
         if (HasControlCharacters(command))
             return Fail(QCoreApplication::translate("FtpTask", "路径含有非法字符：%1").arg(command));
@@ -485,7 +700,12 @@ bool FtpSession::Command(const QStringList& commands)
     QuoteList quote(WireCommands(commands));
     curl_easy_setopt(static_cast<CURL*>(m_pCurl), CURLOPT_NOBODY, 1L);
     curl_easy_setopt(static_cast<CURL*>(m_pCurl), CURLOPT_QUOTE, quote.get());
-    return Perform(commands.value(0).section(QLatin1Char(' '), 0, 0));
+    m_listStepCommands = commands;
+    m_bStepRepeatable = !ChangesMachine(commands.value(0));
+    const bool bOk = Perform(commands.value(0).section(QLatin1Char(' '), 0, 0));
+    m_listStepCommands.clear();
+    m_bStepRepeatable = true;
+    return bOk;
 }
 
 bool FtpSession::Upload(QIODevice* source, qint64 size, const QString& remotePath, const ProgressFn& progress,
@@ -522,24 +742,38 @@ bool FtpSession::Download(const QString& remotePath, QIODevice* sink, const Prog
 
 bool FtpSession::RemoteSize(const QString& filePath, qint64* size)
 {
+    // "*": a refusal is read from the replies instead of failing the step.
     if (m_bSize) {
-        // "*": a refusal is read from the replies instead of failing the step.
         if (!Command({QStringLiteral("*SIZE ") + filePath}))
             return false;
         if (SizeReplied(size))
             return true;
     }
-    const int cut = filePath.lastIndexOf(QLatin1Char('/'));
-    QList<FtpFileInfo> entries;
-    if (!ListDirectory(cut <= 0 ? QStringLiteral("/") : filePath.left(cut), &entries))
-        return false;
-    const QString name = filePath.mid(cut + 1);
-    for (const FtpFileInfo& entry : std::as_const(entries)) {
-        if (entry.name == name && !entry.isDir()) {
-            *size = entry.size;
+    if (m_bMlsd) {
+        if (!Command({QStringLiteral("*MLST ") + filePath}))
+            return false;
+        if (SizeFact(m_listReplies, size))
             return true;
-        }
     }
+    const int cut = filePath.lastIndexOf(QLatin1Char('/'));
+    const QString folder = cut <= 0 ? QStringLiteral("/") : filePath.left(cut);
+    const QString name = filePath.mid(cut + 1);
+    const auto find = [&name, size](const QList<FtpFileInfo>& entries) {
+        for (const FtpFileInfo& entry : entries) {
+            // Some servers name a listed file by the path it was asked for.
+            if (!entry.isDir() && (entry.name == name || entry.name.endsWith(QLatin1Char('/') + name))) {
+                *size = entry.size;
+                return true;
+            }
+        }
+        return false;
+    };
+    // Named on its own, a file shows even where folder listings hide dot-files.
+    QList<FtpFileInfo> entries;
+    if (ListWith(folder, "LIST " + ToWire(name), &entries) && find(entries))
+        return true;
+    if (ListDirectory(folder, &entries) && find(entries))
+        return true;
     return Fail(QCoreApplication::translate("FtpTask", "机床上找不到刚上传的文件：%1").arg(filePath));
 }
 

@@ -5,6 +5,7 @@
 #include "MachineRecords.h"
 
 #include <QByteArray>
+#include <QDeadlineTimer>
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -27,12 +28,15 @@ public:
     ~FtpSession();
     Q_DISABLE_COPY_MOVE(FtpSession)
 
-    // Connects, logs in and asks FEAT; within the connect time-out. Greeting in the folder of the
+    // Connects, logs in and asks FEAT: the TCP connection within the connect time-out, each reply
+    // (the greeting too) within the response time-out. Greeting in the folder of the
     // coming step spares a reused connection the walk back to "/" and into it again; a folder
     // that does not exist (yet) falls back to "/".
     bool Connect(const QString& folder = QStringLiteral("/"));
     bool ListDirectory(const QString& dirPath, QList<FtpFileInfo>* entries);
-    // Raw commands ("DELE /a", "RNFR /a" + "RNTO /b") sent in order; the first failing one ends the step.
+    // Raw commands ("DELE /a", "RNFR /a" + "RNTO /b") sent in order; the first failing one ends the step
+    // and names it. When the connection breaks before a DELE or RNTO is answered, the machine's
+    // folder tells whether it ran; one that did not is sent again.
     bool Command(const QStringList& commands);
     // afterCommands run on the same connection once the data arrived whole (a "*SIZE" of the new
     // file costs no extra step then).
@@ -44,11 +48,13 @@ public:
     // Deletes files first, then folders bottom-up.
     bool RemoveTree(const QString& dirPath);
 
-    // The size of a remote file by SIZE, or by its folder's listing where SIZE is not offered.
+    // The size of a remote file by SIZE, MLST or a LIST of that one name (which finds the hidden
+    // dot-files that folder listings of some controllers leave out), else by its folder's listing.
     bool RemoteSize(const QString& filePath, qint64* size);
 
     bool OffersMlsd() const { return m_bMlsd; }
-    // The last Connect() failed because the machine had no free login (421).
+    // The last Connect() failed because the machine had no free login: a 421 greeting, a 421 after
+    // USER/PASS, or a 530 that names a limit or follows a success of the same credentials.
     bool LoginRefusedAsBusy() const { return m_bLoginRefusedAsBusy; }
     bool WasStopped() const { return m_bStopped; }
     // Human-readable reason of the last failure, including the server's reply when there was one.
@@ -63,6 +69,13 @@ private:
     // Prepares the handle for one step; quote commands and callbacks are set by the caller.
     void Reset(const QByteArray& url, void* transfer);
     bool Perform(const QString& action);
+    bool RunCommands(const QStringList& commands);
+    // The command of the last Command() step that was refused.
+    QString FailedCommand() const;
+    // Switches the data connections to active mode on the control connection's own address.
+    bool UseActiveMode();
+    bool ListWith(const QString& dirPath, const QByteArray& request, QList<FtpFileInfo>* entries);
+    bool Exists(const QString& path, bool* exists);
     // Runs the prepared step to its end on the session's own multi handle.
     int RunStep();
     bool Fail(const QString& message);
@@ -85,5 +98,14 @@ private:
     bool m_bLoginRefusedAsBusy = false;
     bool m_bConnected = false; // logged in once: later 421s come from reconnections
     bool m_bStopped = false;
+    bool m_bActive = false;         // data connections in active mode (the machine refused passive)
+    bool m_bStepRepeatable = true;  // the step's first command changes nothing on the machine
+    bool m_bReused = false;         // the last step ran on a cached connection
+    bool m_bOutcomeUnknown = false; // the connection broke before a changing command was answered
+    bool m_bPassiveRefused = false;
+    QByteArray m_lastRefusal; // the last 4xx/5xx reply of the last step
+    QStringList m_listStepCommands;
+    int m_iConnectingFd = -1; // the control connection's socket until TCP has connected
+    QDeadlineTimer m_tcpDeadline;
     QString m_strError;
 };

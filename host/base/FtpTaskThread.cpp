@@ -45,19 +45,22 @@ QString FtpTaskThread::RemotePathFromUrl() const
     return path.isEmpty() ? QStringLiteral("/") : path;
 }
 
-bool FtpTaskThread::CheckNewName(FtpSession& session, const QString& remotePath, QString* message) const
+bool FtpTaskThread::CheckNewName(FtpSession& session, const QString& remotePath, QString* message,
+                                 QList<FtpFileInfo>* folder) const
 {
     const FtpNameRules& rules = m_settings.nameRules;
     const int cut = remotePath.lastIndexOf(QLatin1Char('/'));
     const QString name = remotePath.mid(cut + 1);
     *message = rules.Violation(name);
-    if (message->isEmpty() && rules.bCaseInsensitive) {
+    if (message->isEmpty() && (rules.bCaseInsensitive || (folder && rules.Restricts()))) {
         QList<FtpFileInfo> entries;
         if (!session.ListDirectory(cut <= 0 ? QStringLiteral("/") : remotePath.left(cut), &entries)) {
             *message = session.ErrorMessage();
             return false;
         }
         *message = rules.Collision(name, entries);
+        if (folder)
+            *folder = entries;
     }
     return message->isEmpty();
 }

@@ -56,8 +56,11 @@ protected:
     // The remote path named by the URL, decoded.
     QString RemotePathFromUrl() const;
     // Checks the name a step is about to create against the machine's name rules; false with the
-    // rule in *message.
-    bool CheckNewName(FtpSession& session, const QString& remotePath, QString* message) const;
+    // rule in *message. With `folder`, the folder's entries are returned where the rules make
+    // further names in it depend on them (empty otherwise).
+    bool CheckNewName(FtpSession& session, const QString& remotePath, QString* message,
+                      QList<FtpFileInfo>* folder = nullptr) const;
+    const FtpSettings& Settings() const { return m_settings; }
     // Emits SignalTaskProgress at most about ten times a second, or always when bFinal.
     void ReportProgress(qint64 done, qint64 total, bool bFinal = false);
 

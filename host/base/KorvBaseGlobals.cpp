@@ -17,3 +17,4 @@ const char* const g_strSettingFtpConnectTimeoutMs = "Ftp/ConnectTimeoutMs";
 const char* const g_strSettingFtpResponseTimeoutMs = "Ftp/ResponseTimeoutMs";
 const char* const g_strSettingFtpMaxTransfers = "Ftp/MaxTransfersPerMachine";
 const char* const g_strSettingFtpNameEncoding = "Ftp/NameEncoding";
+const char* const g_strSettingFtpTemporaryMarker = "Ftp/TemporaryNameMarker";

@@ -29,3 +29,5 @@ KORVBASE_EXPORT extern const char* const g_strSettingFtpMaxTransfers;
 // Per machine, the key followed by "/" and the machine's IP: the encoding of file names on its
 // FTP service ("UTF-8" by default, "GBK", "Shift_JIS").
 KORVBASE_EXPORT extern const char* const g_strSettingFtpNameEncoding;
+// This installation's short id, carried by its temporary names on the machines (see FtpTemporaryName).
+KORVBASE_EXPORT extern const char* const g_strSettingFtpTemporaryMarker;

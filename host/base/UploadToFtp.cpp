@@ -1,21 +1,20 @@
 #include "UploadToFtp.h"
 
 #include "FtpSession.h"
+#include "FtpTemporaryName.h"
 
 #include <QCoreApplication>
 #include <QFile>
-#include <QRandomGenerator>
 
 UploadToFtp::UploadToFtp(const QString& url, const QString& encodedUrl, const QString& localPath, QObject* parent)
-    : FtpTaskThread(url, encodedUrl, localPath, parent)
+    : FtpTaskThread(url, encodedUrl, localPath, parent), m_strMarker(FtpTemporaryName::InstallationMarker())
 {}
 
-QString UploadToFtp::TemporaryPathFor(const QString& remotePath)
+QString UploadToFtp::TemporaryPathFor(const QString& remotePath, const QStringList& taken) const
 {
     const int cut = remotePath.lastIndexOf(QLatin1Char('/'));
-    const QString folder = remotePath.left(cut + 1);
-    const QString token = QString::number(QRandomGenerator::global()->generate(), 16);
-    return folder + QLatin1Char('.') + remotePath.mid(cut + 1) + QLatin1Char('.') + token + QStringLiteral(".part");
+    return remotePath.left(cut + 1) +
+           FtpTemporaryName::Make(remotePath.mid(cut + 1), Settings().nameRules, m_strMarker, taken);
 }
 
 bool UploadToFtp::Execute(FtpSession& session, QString* message)
@@ -27,14 +26,18 @@ bool UploadToFtp::Execute(FtpSession& session, QString* message)
         return false;
     }
     const qint64 size = file.size();
-    if (!CheckNewName(session, RemotePathFromUrl(), message))
+    QList<FtpFileInfo> folder;
+    if (!CheckNewName(session, RemotePathFromUrl(), message, &folder))
         return false;
+    QStringList taken;
+    for (const FtpFileInfo& entry : std::as_const(folder))
+        taken << entry.name;
     // The file is written under a temporary name and renamed when complete, so that a cut
     // connection never leaves a truncated program under the name the machine would run.
     const QString target = RemotePathFromUrl();
-    const QString part = TemporaryPathFor(target);
+    const QString part = TemporaryPathFor(target, taken);
     // A "226" is not proof: some controllers keep a short file and still report success. Its size
-    // is asked on the same step; where SIZE is refused the folder's listing tells it.
+    // is asked on the same step; where SIZE is refused, MLST or a listing of the name tells it.
     const bool bOk = session.Upload(&file, size, part,
                                     [this, size](qint64 done, qint64) {
                                         ReportProgress(done, size);
@@ -50,7 +53,7 @@ bool UploadToFtp::Execute(FtpSession& session, QString* message)
         session.Command({QStringLiteral("DELE ") + part});
         return false;
     }
-    if (!bOk || remoteSize < 0 || !ReplaceTarget(session, part, target, message)) {
+    if (!bOk || remoteSize < 0 || !ReplaceTarget(session, part, target, taken, message)) {
         if (message->isEmpty())
             *message = session.ErrorMessage();
         session.Command({QStringLiteral("DELE ") + part});
@@ -60,13 +63,15 @@ bool UploadToFtp::Execute(FtpSession& session, QString* message)
     return true;
 }
 
-bool UploadToFtp::ReplaceTarget(FtpSession& session, const QString& part, const QString& target, QString* message)
+bool UploadToFtp::ReplaceTarget(FtpSession& session, const QString& part, const QString& target, QStringList taken,
+                                QString* message) const
 {
     if (session.Command({QStringLiteral("RNFR ") + part, QStringLiteral("RNTO ") + target}))
         return true;
     // Some controllers will not rename onto an existing name (550 or 450). The old program is
     // moved aside, not deleted, so that a refusal of the second rename still leaves it in place.
-    const QString aside = TemporaryPathFor(target);
+    taken << part.mid(part.lastIndexOf(QLatin1Char('/')) + 1);
+    const QString aside = TemporaryPathFor(target, taken);
     if (!session.Command({QStringLiteral("RNFR ") + target, QStringLiteral("RNTO ") + aside}))
         return false;
     if (!session.Command({QStringLiteral("RNFR ") + part, QStringLiteral("RNTO ") + target})) {

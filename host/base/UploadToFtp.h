@@ -11,13 +11,15 @@ class KORVBASE_EXPORT UploadToFtp : public FtpTaskThread
 public:
     UploadToFtp(const QString& url, const QString& encodedUrl, const QString& localPath, QObject* parent = nullptr);
 
-    // A hidden, unique name in the target's folder: ".name.<token>.part".
-    static QString TemporaryPathFor(const QString& remotePath);
-
 protected:
     bool Execute(FtpSession& session, QString* message) override;
 
 private:
+    // A temporary name beside remotePath (see FtpTemporaryName), unlike every name in `taken`.
+    QString TemporaryPathFor(const QString& remotePath, const QStringList& taken) const;
     // Renames the finished temporary file over the target without ever losing the target.
-    static bool ReplaceTarget(FtpSession& session, const QString& part, const QString& target, QString* message);
+    bool ReplaceTarget(FtpSession& session, const QString& part, const QString& target, QStringList taken,
+                       QString* message) const;
+
+    QString m_strMarker;
 };

@@ -5,7 +5,11 @@
 
 QByteArray SimFrameCodec::Encode(const QJsonObject& message)
 {
-    const QByteArray payload = QJsonDocument(message).toJson(QJsonDocument::Compact);
+    return Frame(QJsonDocument(message).toJson(QJsonDocument::Compact));
+}
+
+QByteArray SimFrameCodec::Frame(const QByteArray& payload)
+{
     QByteArray frame(4, '\0');
     qToBigEndian<quint32>(static_cast<quint32>(payload.size()), frame.data());
     return frame + payload;

@@ -12,6 +12,8 @@ public:
     static constexpr quint32 kMaxPayload = 1024 * 1024;
 
     static QByteArray Encode(const QJsonObject& message);
+    // Frames a payload as it is (a controller's own bytes, right or wrong).
+    static QByteArray Frame(const QByteArray& payload);
 
     // Appends received bytes and returns the complete frames' payloads. A length of
     // zero or above the limit makes the stream unusable: Broken() turns true.

@@ -61,21 +61,40 @@ void SimFtpDataChannel::SlotNewConnection()
             socket->deleteLater();
             continue;
         }
-        m_pSocket = socket;
-        socket->setParent(this);
-        socket->setReadBufferSize(kChunk);
-        socket->setSocketOption(QAbstractSocket::LowDelayOption, 1); // the last short segment goes out at once
-        connect(socket, &QTcpSocket::readyRead, this, &SimFtpDataChannel::Pump);
-        connect(socket, &QTcpSocket::bytesWritten, this, &SimFtpDataChannel::Pump);
-        connect(socket, &QTcpSocket::disconnected, this, [this] {
-            m_bPeerClosed = true;
-            Pump();
-        });
         m_pServer->close();
-        m_connectTimer.stop();
-        m_acceptTimer.stop();
-        Pump();
+        Adopt(socket);
     }
+}
+
+void SimFtpDataChannel::ConnectTo(const QHostAddress& address, quint16 port)
+{
+    auto* socket = new QTcpSocket(this);
+    connect(socket, &QTcpSocket::connected, this, [this, socket] { Adopt(socket); });
+    connect(socket, &QTcpSocket::errorOccurred, this, [this] {
+        if (m_pSocket)
+            return;
+        m_bAcceptExpired = true; // Start() answers 425 when the transfer command comes
+        if (m_mode != Mode::Idle)
+            Finish(425, QStringLiteral("Can't open data connection."));
+    });
+    socket->connectToHost(address, port);
+}
+
+void SimFtpDataChannel::Adopt(QTcpSocket* socket)
+{
+    m_pSocket = socket;
+    socket->setParent(this);
+    socket->setReadBufferSize(kChunk);
+    socket->setSocketOption(QAbstractSocket::LowDelayOption, 1); // the last short segment goes out at once
+    connect(socket, &QTcpSocket::readyRead, this, &SimFtpDataChannel::Pump);
+    connect(socket, &QTcpSocket::bytesWritten, this, &SimFtpDataChannel::Pump);
+    connect(socket, &QTcpSocket::disconnected, this, [this] {
+        m_bPeerClosed = true;
+        Pump();
+    });
+    m_connectTimer.stop();
+    m_acceptTimer.stop();
+    Pump();
 }
 
 void SimFtpDataChannel::StartSend(QIODevice* source)

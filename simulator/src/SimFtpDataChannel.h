@@ -9,10 +9,10 @@ class QIODevice;
 class QTcpServer;
 class QTcpSocket;
 
-// One passive-mode data connection of an FTP session: listens, accepts the client's
-// connection, and moves the bytes of one transfer in either direction, with the rate
-// limit and the cut-after-N-bytes fault applied. Deletes nothing it did not create;
-// the session owns the source or sink device.
+// One data connection of an FTP session: listens and accepts the client's connection
+// (passive mode) or connects to the client (active mode), and moves the bytes of one transfer in either direction, with
+// the rate limit and the cut-after-N-bytes fault applied. Deletes nothing it did not create; the session owns the
+// source or sink device.
 class SimFtpDataChannel : public QObject
 {
     Q_OBJECT
@@ -24,6 +24,8 @@ public:
     // Opens the passive listener on `address`; returns the port or 0. With acceptWithinMs > 0 the
     // port closes when the client has not connected by then, as impatient controllers do.
     quint16 Listen(const QHostAddress& address, const QHostAddress& allowedPeer, int acceptWithinMs = 0);
+    // Active mode: connects to the port the client named.
+    void ConnectTo(const QHostAddress& address, quint16 port);
     // An upload keeps only its first `bytes` and still ends in 226 (-1: keeps all).
     void SetTruncateAt(qint64 bytes) { m_nTruncateAt = bytes; }
     // Narrows the space left for an upload (a disk quota).
@@ -53,6 +55,7 @@ private:
     };
 
     void SlotNewConnection();
+    void Adopt(QTcpSocket* socket);
     void Start(QIODevice* device, Mode mode);
     void Pump();
     void PumpSend();

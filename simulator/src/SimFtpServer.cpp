@@ -9,7 +9,8 @@ SimFtpServer::SimFtpServer(const SimOptions& options, QObject* parent) : QObject
 {
     connect(&m_server, &QTcpServer::newConnection, this, [this] {
         while (QTcpSocket* socket = m_server.nextPendingConnection()) {
-            if (m_options.maxSessions > 0 && m_iSessions >= m_options.maxSessions) {
+            const bool bAtGreeting = m_options.loginLimitReply == QLatin1String("greeting");
+            if (bAtGreeting && m_options.maxSessions > 0 && m_iSessions >= m_options.maxSessions) {
                 // A controller with one login slot turns the next client away before the greeting.
                 ++m_iRefused;
                 socket->write("421 Too many connections.\r\n");
@@ -23,6 +24,19 @@ SimFtpServer::SimFtpServer(const SimOptions& options, QObject* parent) : QObject
             connect(session, &QObject::destroyed, this, [this] { --m_iSessions; });
         }
     });
+}
+
+bool SimFtpServer::LoginAllowed(const SimFtpSession* asking)
+{
+    if (m_options.maxSessions <= 0)
+        return true;
+    int loggedIn = 0;
+    for (const SimFtpSession* session : findChildren<SimFtpSession*>(Qt::FindDirectChildrenOnly))
+        loggedIn += session != asking && session->IsLoggedIn() ? 1 : 0;
+    if (loggedIn < m_options.maxSessions)
+        return true;
+    ++m_iRefused;
+    return false;
 }
 
 bool SimFtpServer::Listen(const QHostAddress& address, quint16 port)

@@ -4,6 +4,7 @@
 #include <QTcpServer>
 #include <functional>
 
+class SimFtpSession;
 struct SimOptions;
 
 // Accepts FTP control connections; every client gets its own session.
@@ -22,8 +23,10 @@ public:
     int SessionCount() const { return m_iSessions; }
     int PeakSessionCount() const { return m_iPeakSessions; }
     int AcceptedSessionCount() const { return m_iAccepted; }
-    // Logins answered 421 because --max-sessions were already open.
+    // Logins refused because --max-sessions were already open (at the greeting or after PASS).
     int RefusedSessionCount() const { return m_iRefused; }
+    // With --login-limit-reply: whether `asking` may log in beside the sessions logged in now.
+    bool LoginAllowed(const SimFtpSession* asking);
     // Tells the sessions which local file the machine runs (for --busy-while-running).
     void SetRunningProgramProbe(std::function<QString()> probe) { m_runningProgram = std::move(probe); }
     QString RunningProgramFile() const { return m_runningProgram ? m_runningProgram() : QString(); }

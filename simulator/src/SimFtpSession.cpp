@@ -10,10 +10,12 @@
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
+#include <QRegularExpression>
 #include <QStringDecoder>
 #include <QStringEncoder>
 #include <QTcpSocket>
 #include <memory>
+#include <sys/socket.h>
 
 namespace {
 constexpr int kMaxLine = 4096;
@@ -65,20 +67,52 @@ SimFtpSession::SimFtpSession(QTcpSocket* socket, const SimOptions& options, QObj
     connect(socket, &QTcpSocket::disconnected, this, &SimFtpSession::Close);
     m_idleTimer.setSingleShot(true);
     m_idleTimer.setInterval(int(options.idleTimeoutSeconds * 1000));
-    connect(&m_idleTimer, &QTimer::timeout, this, [this] {
-        Reply(421, QStringLiteral("Timeout."));
-        Close();
-    });
+    connect(&m_idleTimer, &QTimer::timeout, this, &SimFtpSession::SlotIdle);
     m_idleTimer.start();
+    m_forgetTimer.setSingleShot(true);
+    if (options.resetIdleSeconds > 0) {
+        m_forgetTimer.setInterval(int(options.resetIdleSeconds * 1000));
+        connect(&m_forgetTimer, &QTimer::timeout, this, [this] { m_bForgotten = true; });
+        m_forgetTimer.start();
+    }
     m_latencyTimer.setSingleShot(true);
     connect(&m_latencyTimer, &QTimer::timeout, this, &SimFtpSession::ProcessLines);
-    Reply(220, QStringLiteral("cnc-sim FTP ready."));
+    if (options.greetingDelayMs > 0)
+        QTimer::singleShot(options.greetingDelayMs, this, [this] { Reply(220, QStringLiteral("cnc-sim FTP ready.")); });
+    else
+        Reply(220, QStringLiteral("cnc-sim FTP ready."));
+}
+
+void SimFtpSession::SlotIdle()
+{
+    Reply(421, QStringLiteral("Control connection timed out."));
+    if (m_options.staleIdle421)
+        m_bStale = true;
+    else
+        Close();
 }
 
 void SimFtpSession::SlotReadyRead()
 {
+    if (m_bForgotten) {
+        Reset();
+        return;
+    }
+    if (m_bStale) {
+        m_pSocket->readAll();
+        Close();
+        return;
+    }
     m_buffer += m_pSocket->readAll();
     ProcessLines();
+}
+
+void SimFtpSession::Reset()
+{
+    const linger hard{1, 0};
+    setsockopt(int(m_pSocket->socketDescriptor()), SOL_SOCKET, SO_LINGER, &hard, sizeof(hard));
+    m_pSocket->abort();
+    Close();
 }
 
 void SimFtpSession::ProcessLines()
@@ -122,6 +156,8 @@ bool SimFtpSession::IsRefused(const QString& verb, const QString& argument) cons
 void SimFtpSession::Dispatch(const QByteArray& line)
 {
     m_idleTimer.start();
+    if (m_forgetTimer.interval() > 0)
+        m_forgetTimer.start();
     const int space = line.indexOf(' ');
     const QByteArray verb = (space < 0 ? line : line.left(space)).toUpper();
     const QString argument = space < 0 ? QString() : FromWire(line.mid(space + 1));
@@ -218,6 +254,17 @@ void SimFtpSession::CmdPass(const QString& argument)
         Reply(530, QStringLiteral("Login incorrect."));
         return;
     }
+    auto* server = qobject_cast<SimFtpServer*>(parent());
+    if (m_options.loginLimitReply != QLatin1String("greeting") && server && !server->LoginAllowed(this)) {
+        if (m_options.loginLimitReply == QLatin1String("530")) {
+            Reply(530, QStringLiteral("Sorry, the maximum number of clients (%1) from your host are already connected.")
+                           .arg(m_options.maxSessions));
+            return;
+        }
+        Reply(421, QStringLiteral("Too many users - please try again later."));
+        Close();
+        return;
+    }
     m_bLoggedIn = true;
     Reply(230, QStringLiteral("User %1 logged in.").arg(m_strUser));
 }
@@ -306,7 +353,10 @@ void SimFtpSession::OpenPassive(bool extended)
 
 void SimFtpSession::CmdPasv(const QString&)
 {
-    OpenPassive(false);
+    if (m_options.noPassive)
+        Reply(502, QStringLiteral("Passive mode not supported."));
+    else
+        OpenPassive(false);
 }
 
 void SimFtpSession::CmdEpsv(const QString& argument)
@@ -315,12 +365,39 @@ void SimFtpSession::CmdEpsv(const QString& argument)
         Reply(200, QStringLiteral("EPSV ALL ok."));
         return;
     }
-    OpenPassive(true);
+    if (m_options.noPassive)
+        Reply(502, QStringLiteral("Passive mode not supported."));
+    else
+        OpenPassive(true);
 }
 
-void SimFtpSession::CmdPort(const QString&)
+void SimFtpSession::CmdPort(const QString& argument)
 {
-    Reply(502, QStringLiteral("Active mode not supported; use PASV or EPSV."));
+    // "PORT h1,h2,h3,h4,p1,p2" or "EPRT |1|127.0.0.1|port|".
+    QHostAddress address;
+    int port = -1;
+    const QString text = argument.trimmed();
+    if (text.startsWith(QLatin1Char('|'))) {
+        const QStringList parts = text.split(QLatin1Char('|'));
+        if (parts.size() >= 4 && address.setAddress(parts.at(2)))
+            port = parts.at(3).toInt();
+    } else {
+        const QStringList parts = text.split(QLatin1Char(','));
+        if (parts.size() == 6 && address.setAddress(QStringList(parts.mid(0, 4)).join(QLatin1Char('.'))))
+            port = parts.at(4).toInt() * 256 + parts.at(5).toInt();
+    }
+    // Data goes only back to the client that asked, never to a third address.
+    if (port <= 0 || port > 65535 || address.toIPv4Address() != m_pSocket->peerAddress().toIPv4Address()) {
+        Reply(500, QStringLiteral("Illegal PORT command."));
+        return;
+    }
+    if (m_pData)
+        m_pData->deleteLater();
+    auto* channel = new SimFtpDataChannel(m_options.ftpRate, m_options.ftpDropAfter, m_options.ftpSpaceLeft, this);
+    channel->SetTruncateAt(m_options.truncateAt);
+    channel->ConnectTo(address, quint16(port));
+    m_pData = channel;
+    Reply(200, QStringLiteral("PORT command successful."));
 }
 
 bool SimFtpSession::TakeDataChannel(SimFtpDataChannel** channel)
@@ -385,6 +462,8 @@ void SimFtpSession::SendListing(const QString& argument, int kind)
     for (const QFileInfo& entry : entries) {
         if (!m_jail.IsInside(entry.absoluteFilePath()))
             continue; // links out of the root are not there for the client
+        if (m_options.hideDotfiles && info.isDir() && entry.fileName().startsWith(QLatin1Char('.')))
+            continue;
         const QByteArray name = ToWire(entry.fileName());
         if (kind == ListLong)
             text += SimFtpListing::LongLine(entry, now, m_options.listStyle) + name;
@@ -471,7 +550,7 @@ void SimFtpSession::StoreFile(const QString& argument, bool append)
         Reply(553, QStringLiteral("Not a file name."));
         return;
     }
-    if (RefuseBusy(local))
+    if (RefuseBusy(local) || RefuseName(local))
         return;
     auto file = std::make_unique<QFile>(local);
     bool opened;
@@ -561,7 +640,7 @@ void SimFtpSession::CmdMkd(const QString& argument)
 {
     QString local;
     QString path;
-    if (!LocalFor(argument, &local, &path))
+    if (!LocalFor(argument, &local, &path) || RefuseName(local))
         return;
     if (QFileInfo::exists(local) || !QDir().mkdir(local))
         Reply(550, QStringLiteral("Could not create %1.").arg(argument));
@@ -606,7 +685,7 @@ void SimFtpSession::CmdRnto(const QString& argument)
         return;
     }
     QString local;
-    if (!LocalFor(argument, &local) || RefuseBusy(local))
+    if (!LocalFor(argument, &local) || RefuseBusy(local) || RefuseName(local))
         return;
     const bool bExists = QFileInfo::exists(local);
     if (bExists && m_options.rntoOverwrite != QLatin1String("replace")) {
@@ -716,6 +795,18 @@ bool SimFtpSession::RefuseBusy(const QString& local)
     if (running.isEmpty() || QFileInfo(local).absoluteFilePath() != running)
         return false;
     Reply(452, QStringLiteral("Program %1 is running; file is locked.").arg(QFileInfo(local).fileName()));
+    return true;
+}
+
+bool SimFtpSession::RefuseName(const QString& local)
+{
+    if (m_options.nameRule != QLatin1String("8.3"))
+        return false;
+    static const QRegularExpression shortName(QStringLiteral("^[A-Z0-9_$~!#%&-]{1,8}(\\.[A-Z0-9_$~!#%&-]{1,3})?$"));
+    const QString name = QFileInfo(local).fileName();
+    if (shortName.match(name).hasMatch())
+        return false;
+    Reply(553, QStringLiteral("File name not allowed: %1.").arg(name));
     return true;
 }
 

@@ -24,6 +24,8 @@ class SimFtpSession : public QObject
 public:
     SimFtpSession(QTcpSocket* socket, const SimOptions& options, QObject* parent);
 
+    bool IsLoggedIn() const { return m_bLoggedIn && !m_bClosing; }
+
 signals:
     void SignalClosed();
 
@@ -38,6 +40,11 @@ private:
     void Reply(int code, const QString& text);
     void ReplyRaw(const QByteArray& text);
     void Close();
+    // The machine lost this login (--reset-idle-after): the peer gets a TCP reset, no reply.
+    void Reset();
+    void SlotIdle();
+    // --name-rule: replies 553 and returns true when the name breaks it.
+    bool RefuseName(const QString& local);
 
     // Resolves an argument to a local path inside the root; replies 550 and returns
     // false when it cannot.
@@ -110,8 +117,11 @@ private:
     bool m_bLoggedIn = false;
     bool m_bBusy = false;
     bool m_bClosing = false;
+    bool m_bStale = false;                  // the idle 421 went out; the next command ends the connection
+    bool m_bForgotten = false;              // the login was lost while idle; the next command is reset
     QPointer<SimFtpDataChannel> m_pData;    // opened by PASV/EPSV, waiting for a command
     QPointer<SimFtpDataChannel> m_pRunning; // the transfer under way
     QTimer m_idleTimer;
+    QTimer m_forgetTimer;
     QTimer m_latencyTimer;
 };

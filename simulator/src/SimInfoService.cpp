@@ -36,7 +36,7 @@ void SimInfoService::Serve(QTcpSocket* socket)
             emit SignalRequest(document.object().value(QStringLiteral("type")).toString());
             QJsonObject reply;
             if (m_handler.Handle(document.object(), &reply))
-                socket->write(SimFrameCodec::Encode(reply));
+                socket->write(m_handler.Frame(reply));
         }
         if (codec->Broken())
             socket->abort();

@@ -36,6 +36,19 @@ bool readByteCounts(const QCommandLineParser& parser, std::initializer_list<std:
     return true;
 }
 
+bool readMilliseconds(const QCommandLineParser& parser, const char* name, int* value, QString* error)
+{
+    const QString option = QString::fromLatin1(name);
+    if (!parser.isSet(option))
+        return true;
+    bool ok = false;
+    *value = parser.value(option).toInt(&ok);
+    if (ok && *value >= 0)
+        return true;
+    *error = QStringLiteral("--%1: not a number of milliseconds: %2").arg(option, parser.value(option));
+    return false;
+}
+
 const QHash<QString, QStringList>& profiles()
 {
     static const QHash<QString, QStringList> presets = {
@@ -52,6 +65,12 @@ const QHash<QString, QStringList>& profiles()
         // and a rename that refuses an existing target.
         {QStringLiteral("pc-control"),
          {"--max-sessions", "4", "--list-style", "dos", "--rnto-overwrite", "refuse550", "--busy-while-running"}},
+        // An old embedded board: one login, refused only after the password, a slow greeting, 8.3 names,
+        // no passive mode, hidden dot-files, GBK, and an idle time-out whose 421 lingers.
+        {QStringLiteral("embedded-8.3"),
+         {"--max-sessions", "1", "--login-limit-reply", "530", "--greeting-delay", "1500", "--name-rule", "8.3",
+          "--no-mlsd", "--no-size", "--no-passive", "--hide-dotfiles", "--name-encoding", "gbk", "--record-encoding",
+          "gbk", "--stale-idle-421", "--idle-timeout", "30"}},
     };
     return presets;
 }
@@ -141,7 +160,7 @@ bool SimOptions::Parse(const QStringList& arguments, SimOptions* options, QStrin
     const QList<QCommandLineOption> controllerList = {
         {"profile",
          "Preset of the controller switches below: single-session-dos-gbk, single-session-unix-year-sjis, "
-         "pc-control. Switches given as well override it.",
+         "pc-control, embedded-8.3. Switches given as well override it.",
          "NAME"},
         {"max-sessions", "Controller: accept N FTP logins at once; more are answered 421.", "N"},
         {"list-style", "Controller: LIST form unix (default), unix-year (always the year) or dos.", "STYLE"},
@@ -156,6 +175,22 @@ bool SimOptions::Parse(const QStringList& arguments, SimOptions* options, QStrin
         {"truncate-at", "Controller: an upload keeps only its first BYTES and is still answered 226.", "BYTES"},
         {"pasv-timeout", "Controller: a passive port not connected within S seconds is closed.", "S"},
         {"idle-timeout", "Controller: close a control connection idle for S seconds with 421 (default 300).", "S"},
+        {"login-limit-reply",
+         "Controller: with --max-sessions, greet every client and refuse the login after PASS with 421 "
+         "(\"Too many users\") or 530 (\"maximum number of clients\") instead of a 421 greeting.",
+         "CODE"},
+        {"stale-idle-421", "Controller: send the idle time-out's 421 but keep the connection open; the next command "
+                           "closes it."},
+        {"reset-idle-after",
+         "Controller: forget a login idle for S seconds, as after a power cycle: its next command "
+         "gets a TCP reset.",
+         "S"},
+        {"greeting-delay", "Controller: send the 220 greeting MS milliseconds after the connection is accepted.", "MS"},
+        {"name-rule", "Controller: STOR, RNTO and MKD accept only 8.3 names in upper case (553 otherwise).", "8.3"},
+        {"no-passive", "Controller: EPSV and PASV answered 502; only active mode (EPRT/PORT) moves data."},
+        {"hide-dotfiles", "Controller: folder listings leave out names starting with a dot."},
+        {"record-encoding", "Controller: text in real-time records in utf8 (default) or gbk bytes.", "ENC"},
+        {"record-nan", "Controller: real-time records report the spindle temperature as NaN."},
     };
     QStringList expanded;
     if (!expandProfile(arguments, &expanded, error))
@@ -240,12 +275,8 @@ bool SimOptions::Parse(const QStringList& arguments, SimOptions* options, QStrin
             parser, {{"ftp-drop-after", &o.ftpDropAfter}, {"ftp-rate", &o.ftpRate}, {"ftp-disk-full", &o.ftpSpaceLeft}},
             error))
         return false;
-    if (set("ftp-latency")) {
-        bool ok = false;
-        o.ftpLatencyMs = text("ftp-latency").toInt(&ok);
-        if (!ok || o.ftpLatencyMs < 0)
-            return fail(QStringLiteral("--ftp-latency: not a number of milliseconds: %1").arg(text("ftp-latency")));
-    }
+    if (!readMilliseconds(parser, "ftp-latency", &o.ftpLatencyMs, error))
+        return false;
     if (set("sn-error")) {
         bool ok = false;
         o.snErrorCode = text("sn-error").toInt(&ok);
@@ -273,7 +304,10 @@ bool SimOptions::ParseController(const QCommandLineParser& parser, SimOptions* o
         QStringList allowed;
     } choices[] = {{"list-style", &o->listStyle, {"unix", "unix-year", "dos"}},
                    {"name-encoding", &o->nameEncoding, {"utf8", "gbk", "sjis"}},
-                   {"rnto-overwrite", &o->rntoOverwrite, {"replace", "refuse550", "refuse450"}}};
+                   {"rnto-overwrite", &o->rntoOverwrite, {"replace", "refuse550", "refuse450"}},
+                   {"login-limit-reply", &o->loginLimitReply, {"greeting", "421", "530"}},
+                   {"name-rule", &o->nameRule, {"8.3"}},
+                   {"record-encoding", &o->recordEncoding, {"utf8", "gbk"}}};
     for (const auto& choice : choices) {
         if (!set(choice.name))
             continue;
@@ -284,6 +318,12 @@ bool SimOptions::ParseController(const QCommandLineParser& parser, SimOptions* o
     o->noMlsd = set("no-mlsd");
     o->noSize = set("no-size");
     o->busyWhileRunning = set("busy-while-running");
+    o->staleIdle421 = set("stale-idle-421");
+    o->noPassive = set("no-passive");
+    o->hideDotfiles = set("hide-dotfiles");
+    o->recordNan = set("record-nan");
+    if (!readMilliseconds(parser, "greeting-delay", &o->greetingDelayMs, error))
+        return false;
     if (set("max-sessions")) {
         bool ok = false;
         o->maxSessions = text("max-sessions").toInt(&ok);
@@ -293,7 +333,8 @@ bool SimOptions::ParseController(const QCommandLineParser& parser, SimOptions* o
     if (!readByteCounts(parser, {{"disk-quota", &o->diskQuota}, {"truncate-at", &o->truncateAt}}, error))
         return false;
     const std::pair<const char*, double*> seconds[] = {{"pasv-timeout", &o->pasvTimeoutSeconds},
-                                                       {"idle-timeout", &o->idleTimeoutSeconds}};
+                                                       {"idle-timeout", &o->idleTimeoutSeconds},
+                                                       {"reset-idle-after", &o->resetIdleSeconds}};
     for (const auto& [name, value] : seconds) {
         if (!set(name))
             continue;

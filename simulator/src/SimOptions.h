@@ -45,17 +45,26 @@ struct SimOptions
     double alarmAfter = -1;      // seconds of running until a servo alarm latches
 
     // Controller behaviours: how the FTP servers of real controllers differ from a desktop server.
-    int maxSessions = 0;                               // further logins answered 421; 0 = no limit
-    QString listStyle = QStringLiteral("unix");        // LIST form: unix, unix-year or dos
-    bool noMlsd = false;                               // MLSD/MLST unknown (502), not in FEAT
-    bool noSize = false;                               // SIZE unknown (502), not in FEAT
-    QString nameEncoding = QStringLiteral("utf8");     // names on the wire: utf8, gbk or sjis
-    bool busyWhileRunning = false;                     // STOR/DELE/RNFR/RNTO on the running program: 452
-    QString rntoOverwrite = QStringLiteral("replace"); // RNTO onto an existing name: replace, refuse550, refuse450
-    qint64 diskQuota = -1;                             // bytes the root may hold; an upload beyond gets 552
-    qint64 truncateAt = -1;                            // an upload keeps only this many bytes, still 226
-    double pasvTimeoutSeconds = -1;                    // a passive port not connected by then is closed
-    double idleTimeoutSeconds = 300;                   // an idle control connection is closed with 421
+    int maxSessions = 0;                                  // further logins answered 421; 0 = no limit
+    QString listStyle = QStringLiteral("unix");           // LIST form: unix, unix-year or dos
+    bool noMlsd = false;                                  // MLSD/MLST unknown (502), not in FEAT
+    bool noSize = false;                                  // SIZE unknown (502), not in FEAT
+    QString nameEncoding = QStringLiteral("utf8");        // names on the wire: utf8, gbk or sjis
+    bool busyWhileRunning = false;                        // STOR/DELE/RNFR/RNTO on the running program: 452
+    QString rntoOverwrite = QStringLiteral("replace");    // RNTO onto an existing name: replace, refuse550, refuse450
+    qint64 diskQuota = -1;                                // bytes the root may hold; an upload beyond gets 552
+    qint64 truncateAt = -1;                               // an upload keeps only this many bytes, still 226
+    double pasvTimeoutSeconds = -1;                       // a passive port not connected by then is closed
+    double idleTimeoutSeconds = 300;                      // an idle control connection is closed with 421
+    QString loginLimitReply = QStringLiteral("greeting"); // --max-sessions refusal: greeting, 421 or 530 after PASS
+    bool staleIdle421 = false;                            // the idle 421 is sent but the connection stays open
+    double resetIdleSeconds = -1;                         // an idle login is forgotten: next command gets a reset
+    int greetingDelayMs = 0;                              // the 220 greeting comes this late
+    QString nameRule;                                     // "8.3": STOR, RNTO and MKD take only 8.3 names
+    bool noPassive = false;                               // EPSV and PASV answered 502
+    bool hideDotfiles = false;                            // folder listings leave out names starting with "."
+    QString recordEncoding = QStringLiteral("utf8");      // text of real-time records: utf8 or gbk
+    bool recordNan = false;                               // real-time records carry NaN as the spindle temperature
 
     // Argument lists the --profile presets stand for; explicit switches after them win.
     static QStringList ProfileArguments(const QString& profile);

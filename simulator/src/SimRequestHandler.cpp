@@ -9,7 +9,10 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
+#include <QJsonDocument>
+#include <QRegularExpression>
 #include <QSaveFile>
+#include <QStringEncoder>
 
 namespace {
 
@@ -73,6 +76,20 @@ bool SimRequestHandler::Handle(const QJsonObject& request, QJsonObject* reply)
         return true;
     *reply = answer(QStringLiteral("ErrorRes"), UnknownType, QStringLiteral("unknown message type: %1").arg(type));
     return true;
+}
+
+QByteArray SimRequestHandler::Frame(const QJsonObject& reply) const
+{
+    if (m_options.recordEncoding == QLatin1String("utf8") && !m_options.recordNan)
+        return SimFrameCodec::Encode(reply);
+    QString text = QString::fromUtf8(QJsonDocument(reply).toJson(QJsonDocument::Compact));
+    // Controllers written in C print a failed sensor as a bare NaN, which JSON does not have.
+    if (m_options.recordNan && reply.value(QLatin1String("type")).toString() == QLatin1String("RealTimeDataRes"))
+        text.replace(QRegularExpression(QStringLiteral("\"spindleTemp\":[^,}]*")),
+                     QStringLiteral("\"spindleTemp\":NaN"));
+    if (m_options.recordEncoding == QLatin1String("gbk"))
+        return SimFrameCodec::Frame(QStringEncoder("GBK").encode(text));
+    return SimFrameCodec::Frame(text.toUtf8());
 }
 
 bool SimRequestHandler::Command(const QString& type, const QJsonObject& request, QJsonObject* reply)

@@ -26,6 +26,8 @@ public:
 
     // False when the message gets no answer (acknowledgements, a silenced service).
     bool Handle(const QJsonObject& request, QJsonObject* reply);
+    // The reply as the controller puts it on the wire (--record-encoding, --record-nan).
+    QByteArray Frame(const QJsonObject& reply) const;
 
 private:
     // Start, stop, reset and load; false for any other type.

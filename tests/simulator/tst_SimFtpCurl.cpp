@@ -235,6 +235,15 @@ void tst_SimFtpCurl::controllerSwitches()
     options.truncateAt = 100;
     QCOMPARE(Curl({"-T", upload.fileName(), Url("/up.bin")}), 0);
     QCOMPARE(ReadFile("up.bin").size(), 100);
+    options.truncateAt = -1;
+
+    // Without passive mode data moves only in active mode, and only to the client's own address.
+    options.noPassive = true;
+    QCOMPARE(Curl({"-o", "/dev/null", Url("/part.nc")}), 13);
+    QCOMPARE(Curl({"-P", "127.0.0.1", "-o", "/dev/null", Url("/part.nc")}), 0);
+    options.nameRule = "8.3";
+    QCOMPARE(Curl({"-P", "127.0.0.1", "-T", upload.fileName(), Url("/up.bin")}), 25);
+    QCOMPARE(Curl({"-P", "127.0.0.1", "-T", upload.fileName(), Url("/UP.BIN")}), 0);
 }
 
 void tst_SimFtpCurl::leavingTheRootIsRefused_data()

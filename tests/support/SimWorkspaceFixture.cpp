@@ -119,6 +119,18 @@ void SimWorkspaceFixture::CopyDemoPrograms()
         QVERIFY(QFile::copy(demo.filePath(name), MachineFile(name)));
 }
 
+void SimWorkspaceFixture::StartSimulator(const QStringList& switches)
+{
+    SimOptions options;
+    QString error;
+    QVERIFY2(SimOptions::Parse(QStringList{"cnc-sim", "--root", m_rootDir.path(), "--ftp-port", "0", "--info-port", "0",
+                                           "--sn-port", "0", "--discovery-port", "0", "--sn", kSn} +
+                                   switches,
+                               &options, &error),
+             qPrintable(error));
+    StartSimulator(options);
+}
+
 void SimWorkspaceFixture::ShowWorkspace()
 {
     m_workspace = std::make_unique<Workspace>();

@@ -48,6 +48,9 @@ protected:
     void StartSimulator(const SimOptions& options);
     // Copies the simulator's demo programs onto the machine root.
     void CopyDemoPrograms();
+    // The same from cnc-sim's command-line switches ("--profile", "pc-control"), on the fixture's
+    // root and ports.
+    void StartSimulator(const QStringList& switches);
     // Creates and shows the workspace with the local folder open.
     void ShowWorkspace();
     // Shows the workspace, connects and waits until the machine root is listed.

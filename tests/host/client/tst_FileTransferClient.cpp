@@ -1,6 +1,7 @@
 #include "CDebugLog.h"
 #include "CncSimulator.h"
 #include "FileTransferClient.h"
+#include "FtpSettings.h"
 #include "MachineFrameDecoder.h"
 #include "SimMachine.h"
 
@@ -23,6 +24,7 @@ private slots:
     void cleanup();
     void machineInfoFilledFieldByField();
     void realTimeDataMovesWhileAProgramRuns();
+    void foreignBytesInRecordsKeepTheConnection();
     void unansweredRequestFailsAfterTheTimeout();
     void machineGoingAwayFailsWhatIsPending();
     void refusedConnectionAndRequestsWithoutOne();
@@ -130,6 +132,34 @@ void tst_FileTransferClient::realTimeDataMovesWhileAProgramRuns()
     QVERIFY(moved(records.at(1), records.at(2)));
     QVERIFY(records.at(2).runTime > records.at(0).runTime);
     QCOMPARE(records.at(2).WCS.x, records.at(2).MCS.x - records.at(2).originOffset.offset.x);
+}
+
+// A controller set to GBK writes program names in GBK, and a failed sensor as NaN: the name is
+// read in the machine's encoding, the NaN record alone is lost.
+void tst_FileTransferClient::foreignBytesInRecordsKeepTheConnection()
+{
+    QFile::copy(m_root.filePath("part.nc"), m_root.filePath("零件.nc"));
+    QString error;
+    QVERIFY2(m_sim->Machine().Stop(&error) && m_sim->Machine().StartProgram("/零件.nc", &error), qPrintable(error));
+    m_sim->Options().recordEncoding = "gbk";
+    FtpSettings::SetNameEncodingFor("127.0.0.1", "GBK");
+    FileTransferClient client;
+    QVERIFY(Connect(client, m_sim->InfoPort()));
+    FtpSettings::SetNameEncodingFor("127.0.0.1", "UTF-8");
+    QSignalSpy data(&client, &FileTransferClient::SignalGetMachineRealTimeData);
+    QVERIFY(client.GetMachineRealTimeData());
+    QVERIFY(data.wait(5000));
+    QVERIFY(data.last().at(0).toBool());
+    QCOMPARE(data.last().at(1).value<StructRealTimeData>().program.name, QString("零件.nc"));
+    m_sim->Options().recordNan = true;
+    QVERIFY(client.GetMachineRealTimeData());
+    QVERIFY(data.wait(5000));
+    QVERIFY(!data.last().at(0).toBool());
+    m_sim->Options().recordNan = false;
+    QVERIFY(client.GetMachineRealTimeData());
+    QVERIFY(data.wait(5000));
+    QVERIFY(data.last().at(0).toBool());
+    QVERIFY(client.isConnected());
 }
 
 void tst_FileTransferClient::unansweredRequestFailsAfterTheTimeout()

@@ -25,6 +25,8 @@ private slots:
     void decodesHoweverTheBytesArrive();
     void untrustworthyFramesBreakTheStream_data();
     void untrustworthyFramesBreakTheStream();
+    void foreignTextAndUnusableNumbers_data();
+    void foreignTextAndUnusableNumbers();
     void realTimeDataWithWrongKinds();
 };
 
@@ -82,6 +84,48 @@ void tst_MachineFrameDecoder::untrustworthyFramesBreakTheStream()
     QVERIFY(!decoder.Next(&message));
     decoder.Reset();
     QVERIFY(decoder.Feed(MachineFrameDecoder::Encode({{"type", "C"}})));
+}
+
+void tst_MachineFrameDecoder::foreignTextAndUnusableNumbers_data()
+{
+    QTest::addColumn<QByteArray>("payload");
+    QTest::addColumn<QByteArray>("encoding");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<bool>("usable");
+    const auto gbk = [](const char* hex) {
+        return QByteArray(R"({"type":"R","name":")") + QByteArray::fromHex(hex) + R"(.nc"})";
+    };
+    QTest::newRow("gbk-name") << gbk("c1e3bcfe") << QByteArray("GBK") << "零件.nc" << true;
+    // A second byte of 0x5c reads as a backslash to a UTF-8 parser.
+    QTest::newRow("gbk-backslash-byte") << gbk("815c") << QByteArray("GBK") << "乗.nc" << true;
+    QTest::newRow("encoding-not-set") << gbk("c1e3bcfe") << QByteArray("UTF-8") << "\uFFFD\uFFFD\uFFFD\uFFFD.nc"
+                                      << true;
+    QTest::newRow("nan") << QByteArray(R"({"type":"R","name":"NaN.nc","spindleTemp":NaN})") << QByteArray("UTF-8")
+                         << "NaN.nc" << false;
+    QTest::newRow("out-of-range") << QByteArray(R"({"type":"R","load":[1,-1e999]})") << QByteArray("UTF-8") << ""
+                                  << false;
+}
+
+// Controllers' own bytes cost at most the one message; the stream goes on.
+void tst_MachineFrameDecoder::foreignTextAndUnusableNumbers()
+{
+    QFETCH(QByteArray, payload);
+    QFETCH(QByteArray, encoding);
+    QFETCH(QString, name);
+    QFETCH(bool, usable);
+    MachineFrameDecoder decoder;
+    decoder.SetTextEncoding(encoding);
+    QVERIFY2(decoder.Feed(frame(payload) + MachineFrameDecoder::Encode({{"type", "next"}})),
+             qPrintable(decoder.ErrorString()));
+    QJsonObject message;
+    bool bUsable = !usable;
+    QVERIFY(decoder.Next(&message, &bUsable));
+    QCOMPARE(message.value("type").toString(), QString("R"));
+    QCOMPARE(message.value("name").toString(), name);
+    QCOMPARE(bUsable, usable);
+    QVERIFY(decoder.Next(&message, &bUsable));
+    QCOMPARE(message.value("type").toString(), QString("next"));
+    QVERIFY(bUsable);
 }
 
 void tst_MachineFrameDecoder::realTimeDataWithWrongKinds()

@@ -69,11 +69,13 @@ void TestFtpConnect::nothingListeningFails()
 
 void TestFtpConnect::silentServerTimesOut()
 {
-    // Accepts connections (the kernel does) but never greets.
+    // Accepts connections (the kernel does) but never greets: the greeting is a reply, held to the
+    // response time-out.
     QTcpServer silent;
     QVERIFY(silent.listen(QHostAddress::LocalHost, 0));
     FtpTestFixture::SetSetting(g_strSettingFtpPortMapping, silent.serverPort());
     FtpTestFixture::SetSetting(g_strSettingFtpConnectTimeoutMs, 500);
+    FtpTestFixture::SetSetting(g_strSettingFtpResponseTimeoutMs, 1000);
     QElapsedTimer clock;
     clock.start();
     const TaskOutcome outcome = FtpTestFixture::Run(new CheckConnect(FtpTestFixture::PlainUrl(QString())), 10000);

@@ -4,19 +4,28 @@
 #include "TestTempDir.h"
 
 #include <CDebugLog.h>
+#include <DeleteFTPFile.h>
 #include <DownloadToLocal.h>
 #include <FtpSession.h>
+#include <FtpSessionBudget.h>
+#include <FtpTemporaryName.h>
 #include <KorvBaseGlobals.h>
+#include <ListFtpDirectory.h>
 #include <QBuffer>
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QRegularExpression>
+#include <QTcpSocket>
 #include <QTest>
+#include <QTimer>
 #include <UploadToFtp.h>
 #include <algorithm>
+#include <memory>
 
-// What a user reads when an FTP task fails against the machine simulator, and how fast small
-// programs move: the simulator adds no latency of its own, and no step stalls.
+// What a user reads when an FTP task fails against the machine simulator, how fast small
+// programs move (the simulator adds no latency of its own, and no step stalls), and the FTP
+// servers of real controllers that the tasks must get along with.
 class TestFtpSession : public QObject
 {
     Q_OBJECT
@@ -27,8 +36,23 @@ private slots:
     void failureInOwnWords();
     void smallUploadsKeepPace_data();
     void smallUploadsKeepPace();
+    void idleTimeoutTeachesNoLimit(); // before any test that teaches a limit
+    void loginLimitAfterPassword_data();
+    void loginLimitAfterPassword();
+    void learnedLimitIsProbedAgain();
+    void forgottenLoginIsRetriedOnce();
+    void slowGreetingWithinResponseTime();
+    void temporaryNamesObeyTheNameRules();
+    void sizeCheckFindsHiddenTemporaryFile_data();
+    void sizeCheckFindsHiddenTemporaryFile();
+    void activeModeWhenPassiveIsRefused();
 
 private:
+    // The simulator as the FTP settings' target; null (test failed) when it does not start.
+    std::unique_ptr<CncSimServer> StartSim(const QStringList& switches);
+    bool LogHas(const QByteArray& text) const;
+    FtpTaskThread* Upload(const QString& remote, const QByteArray& bytes);
+
     FtpTestFixture m_fixture; // private settings folder
     TestTempDir m_local;
 };
@@ -36,6 +60,7 @@ private:
 void TestFtpSession::init()
 {
     QFile::remove(CDebugLog::LogFilePath()); // each row finds its own log lines
+    FtpNameRules::Save(QStringLiteral("127.0.0.1"), FtpNameRules());
 }
 
 void TestFtpSession::failureInOwnWords_data()
@@ -63,6 +88,14 @@ void TestFtpSession::failureInOwnWords_data()
     QTest::newRow("connection-cut") << QStringList{"--ftp-drop-after", "65536"} << false << ""
                                     << "FTP连接中断"
                                     << "";
+    QTest::newRow("passive-and-active-refused")
+        << QStringList{"--no-passive", "--ftp-refuse", "EPRT", "--ftp-refuse", "PORT"} << false << ""
+        << "下载文件失败：机床拒绝了被动模式，主动模式也未成功"
+        << "550";
+    // The rename of the finished upload onto the target is refused: named after RNTO, not RNFR.
+    QTest::newRow("rename-refused") << QStringList{"--ftp-refuse", "RNTO"} << true << ""
+                                    << "RNTO失败"
+                                    << "550";
 }
 
 void TestFtpSession::failureInOwnWords()
@@ -100,6 +133,7 @@ void TestFtpSession::failureInOwnWords()
     // libcurl's English stays out of the user's text (the server's own reply may be English) ...
     QString ownText = outcome.message;
     ownText.remove(QRegularExpression(QStringLiteral("（服务器回复：[^）]*）")));
+    ownText.remove(QRegularExpression(QStringLiteral("^[A-Z]{3,4}失败"))); // a step named by its FTP command
     QVERIFY2(!ownText.contains(QRegularExpression(QStringLiteral("[A-Za-z]{4,}"))), qPrintable(outcome.message));
     // ... and goes to the debug log.
     QFile log(CDebugLog::LogFilePath());
@@ -151,6 +185,211 @@ void TestFtpSession::smallUploadsKeepPace()
     QVERIFY2(median >= minMedianMs && median <= maxMedianMs * factor, qPrintable(figures));
     QVERIFY2(times.last() < 900, qPrintable(figures));
     QCOMPARE(QFileInfo(sim.LocalPath(QStringLiteral("/p0.nc"))).size(), program.size());
+}
+
+std::unique_ptr<CncSimServer> TestFtpSession::StartSim(const QStringList& switches)
+{
+    auto sim = std::make_unique<CncSimServer>(switches);
+    if (!sim->Start()) {
+        QTest::qFail(qPrintable(sim->ErrorString()), __FILE__, __LINE__);
+        return nullptr;
+    }
+    FtpTestFixture::SetSetting(g_strSettingFtpUser, sim->User());
+    FtpTestFixture::SetSetting(g_strSettingFtpPassword, sim->Password());
+    FtpTestFixture::SetSetting(g_strSettingFtpPortMapping, int(sim->Port()));
+    FtpTestFixture::SetSetting(g_strSettingFtpConnectTimeoutMs, 5000);
+    FtpTestFixture::SetSetting(g_strSettingFtpResponseTimeoutMs, 15000);
+    return sim;
+}
+
+bool TestFtpSession::LogHas(const QByteArray& text) const
+{
+    QFile log(CDebugLog::LogFilePath());
+    return log.open(QIODevice::ReadOnly) && log.readAll().contains(text);
+}
+
+FtpTaskThread* TestFtpSession::Upload(const QString& remote, const QByteArray& bytes)
+{
+    return new UploadToFtp(FtpTestFixture::PlainUrl(remote), FtpTestFixture::EncodedUrl(remote),
+                           m_local.CreateFile(QStringLiteral("up.nc"), bytes));
+}
+
+void TestFtpSession::loginLimitAfterPassword_data()
+{
+    QTest::addColumn<QString>("reply");
+    QTest::newRow("421") << "421";
+    QTest::newRow("530") << "530";
+}
+
+// Greeted, then turned away at PASS while another client holds the one login: the task waits for
+// it as for a 421 greeting, and the machine's limit is learned.
+void TestFtpSession::loginLimitAfterPassword()
+{
+    QFETCH(QString, reply);
+    auto sim = StartSim({"--max-sessions", "1", "--login-limit-reply", reply});
+    QVERIFY(sim);
+    QVERIFY(sim->WriteFile(QStringLiteral("/a.nc"), "G0 X1\n"));
+    // Another program on the shop floor holds the login for a moment.
+    auto other = std::make_unique<QTcpSocket>();
+    other->connectToHost(QHostAddress::LocalHost, sim->Port());
+    QVERIFY(other->waitForConnected(5000));
+    other->write(QStringLiteral("USER %1\r\nPASS %2\r\n").arg(sim->User(), sim->Password()).toUtf8());
+    QByteArray replies;
+    while (!replies.contains("230") && other->waitForReadyRead(5000))
+        replies += other->readAll();
+    QVERIFY2(replies.contains("230"), replies.constData());
+    QTimer::singleShot(700, other.get(), [&other] { other->disconnectFromHost(); });
+    const TaskOutcome outcome = FtpTestFixture::Run(new DownloadToLocal(
+        FtpTestFixture::PlainUrl("/a.nc"), FtpTestFixture::EncodedUrl("/a.nc"), m_local.FilePath("a.nc")));
+    QVERIFY2(outcome.bOk, qPrintable(outcome.message));
+    QCOMPARE(other->state(), QAbstractSocket::UnconnectedState);
+    QCOMPARE(FtpSessionBudget::Instance().Limit(QStringLiteral("127.0.0.1")), 1);
+}
+
+// A controller's idle time-out leaves its 421 on the cached connection; the next task must not
+// read it as a full machine.
+void TestFtpSession::idleTimeoutTeachesNoLimit()
+{
+    auto sim = StartSim({"--stale-idle-421", "--idle-timeout", "1"});
+    QVERIFY(sim);
+    const auto list = [] {
+        return FtpTestFixture::Run(
+            new ListFtpDirectory(FtpTestFixture::PlainUrl("/"), FtpTestFixture::EncodedUrl("/"), QStringLiteral("/")));
+    };
+    QVERIFY(list().bOk);
+    QTest::qWait(1500);
+    const TaskOutcome outcome = list();
+    QVERIFY2(outcome.bOk, qPrintable(outcome.message));
+    QCOMPARE(FtpSessionBudget::Instance().Limit(QStringLiteral("127.0.0.1")), 0);
+}
+
+void TestFtpSession::learnedLimitIsProbedAgain()
+{
+    // Bookkeeping only: the host name is a key, nothing is sent to it.
+    const QString host = QStringLiteral("probe.invalid");
+    FtpSessionBudget& budget = FtpSessionBudget::Instance();
+    budget.SetProbeInterval(std::chrono::milliseconds(200));
+    QVERIFY(budget.Acquire(host, {}));
+    QVERIFY(budget.Acquire(host, {}));
+    budget.LearnRefusal(host);
+    budget.Release(host);
+    QCOMPARE(budget.Limit(host), 1);
+    // The second login waits for the probe time instead of for a free one, then is let through.
+    QElapsedTimer clock;
+    clock.start();
+    QVERIFY(budget.Acquire(host, {}));
+    QVERIFY(clock.elapsed() >= 150);
+    QCOMPARE(budget.Limit(host), 2);
+    budget.Release(host);
+    budget.Release(host);
+    budget.SetProbeInterval(std::chrono::seconds(30));
+}
+
+// A machine restarted while our login sat idle resets the next command. Steps that change nothing
+// go again on a new connection; a DELE is checked against the folder first.
+void TestFtpSession::forgottenLoginIsRetriedOnce()
+{
+    auto sim = StartSim({"--reset-idle-after", "1"});
+    QVERIFY(sim);
+    QVERIFY(sim->WriteFile(QStringLiteral("/old.nc"), "M30\n"));
+    QVERIFY(sim->WriteFile(QStringLiteral("/keep.nc"), "M30\n"));
+    const auto list = [] {
+        return FtpTestFixture::Run(
+            new ListFtpDirectory(FtpTestFixture::PlainUrl("/"), FtpTestFixture::EncodedUrl("/"), QStringLiteral("/")));
+    };
+    QVERIFY(list().bOk);
+    QTest::qWait(1500);
+    TaskOutcome outcome = list();
+    QVERIFY2(outcome.bOk, qPrintable(outcome.message));
+    QVERIFY(outcome.Entry(QStringLiteral("keep.nc")));
+    QTest::qWait(1500);
+    outcome = FtpTestFixture::Run(new DeleteFTPFile(FtpTestFixture::PlainUrl("/old.nc"),
+                                                    FtpTestFixture::EncodedUrl("/old.nc"), QStringLiteral("/old.nc")));
+    QVERIFY2(outcome.bOk, qPrintable(outcome.message));
+    QVERIFY(!QFile::exists(sim->LocalPath(QStringLiteral("/old.nc"))));
+}
+
+void TestFtpSession::slowGreetingWithinResponseTime()
+{
+    auto sim = StartSim({"--greeting-delay", "1500"});
+    QVERIFY(sim);
+    FtpTestFixture::SetSetting(g_strSettingFtpConnectTimeoutMs, 1000);
+    const TaskOutcome outcome = FtpTestFixture::Run(
+        new ListFtpDirectory(FtpTestFixture::PlainUrl("/"), FtpTestFixture::EncodedUrl("/"), QStringLiteral("/")));
+    QVERIFY2(outcome.bOk, qPrintable(outcome.message));
+}
+
+// A store that takes only upper-case 8.3 names, and renames nothing onto an existing name (so the
+// old program is set aside under a second temporary name).
+void TestFtpSession::temporaryNamesObeyTheNameRules()
+{
+    auto sim = StartSim({"--name-rule", "8.3", "--rnto-overwrite", "refuse550"});
+    QVERIFY(sim);
+    FtpNameRules rules;
+    rules.bEightDotThree = true;
+    rules.allowedCharacters = QStringLiteral("A-Z0-9_.");
+    FtpNameRules::Save(QStringLiteral("127.0.0.1"), rules);
+    for (const QByteArray& bytes : {QByteArray(3000, 'a'), QByteArray(2000, 'b')}) {
+        const TaskOutcome outcome = FtpTestFixture::Run(Upload(QStringLiteral("/PROG1.NC"), bytes));
+        QVERIFY2(outcome.bOk, qPrintable(outcome.message));
+        QFile stored(sim->LocalPath(QStringLiteral("/PROG1.NC")));
+        QVERIFY(stored.open(QIODevice::ReadOnly));
+        QCOMPARE(stored.readAll(), bytes);
+    }
+    QCOMPARE(QDir(sim->RootDir()).entryList(QDir::Files | QDir::Hidden), QStringList{"PROG1.NC"});
+
+    // The names carry this installation's marker and no other's, and never repeat a name in the folder.
+    const QString marker = FtpTemporaryName::InstallationMarker();
+    QCOMPARE(FtpTemporaryName::InstallationMarker(), marker);
+    const QString shortName = FtpTemporaryName::Make(QStringLiteral("PROG1.NC"), rules, marker, {"PROG1.NC"});
+    QVERIFY2(rules.Violation(shortName).isEmpty(), qPrintable(shortName));
+    QVERIFY(FtpTemporaryName::IsOurs(shortName));
+    const QString hidden = FtpTemporaryName::Make(QStringLiteral("prog 1.nc"), FtpNameRules(), marker);
+    QVERIFY2(hidden.startsWith(QLatin1String(".prog 1.nc.")), qPrintable(hidden));
+    QVERIFY(FtpTemporaryName::IsOurs(hidden, marker));
+    QVERIFY(!FtpTemporaryName::IsOurs(hidden, marker == "zzzz" ? "yyyy" : "zzzz"));
+    QVERIFY(!FtpTemporaryName::IsOurs(QStringLiteral("PROG1.NC")));
+    FtpNameRules six;
+    six.maxLength = 6;
+    QCOMPARE(FtpTemporaryName::Make(QStringLiteral("A.NC"), six, marker).size(), 6);
+}
+
+void TestFtpSession::sizeCheckFindsHiddenTemporaryFile_data()
+{
+    QTest::addColumn<QStringList>("switches");
+    QTest::newRow("by-mlst") << QStringList{"--no-size", "--hide-dotfiles"};
+    QTest::newRow("by-list-of-the-name") << QStringList{"--no-size", "--no-mlsd", "--hide-dotfiles"};
+}
+
+void TestFtpSession::sizeCheckFindsHiddenTemporaryFile()
+{
+    QFETCH(QStringList, switches);
+    auto sim = StartSim(switches);
+    QVERIFY(sim);
+    const QByteArray bytes(100 * 1024, 'h');
+    const TaskOutcome outcome = FtpTestFixture::Run(Upload(QStringLiteral("/hidden.nc"), bytes));
+    QVERIFY2(outcome.bOk, qPrintable(outcome.message));
+    QCOMPARE(QFileInfo(sim->LocalPath(QStringLiteral("/hidden.nc"))).size(), bytes.size());
+}
+
+void TestFtpSession::activeModeWhenPassiveIsRefused()
+{
+    auto sim = StartSim({"--no-passive"});
+    QVERIFY(sim);
+    const QByteArray bytes(300 * 1024, 'x');
+    TaskOutcome outcome = FtpTestFixture::Run(Upload(QStringLiteral("/active.nc"), bytes));
+    QVERIFY2(outcome.bOk, qPrintable(outcome.message));
+    QVERIFY(LogHas("passive mode refused"));
+    // The next task starts in active mode at once.
+    QFile::remove(CDebugLog::LogFilePath());
+    outcome = FtpTestFixture::Run(new DownloadToLocal(FtpTestFixture::PlainUrl("/active.nc"),
+                                                      FtpTestFixture::EncodedUrl("/active.nc"),
+                                                      m_local.FilePath("active.nc")));
+    QVERIFY2(outcome.bOk, qPrintable(outcome.message));
+    QFile back(m_local.FilePath("active.nc"));
+    QVERIFY(back.open(QIODevice::ReadOnly));
+    QCOMPARE(back.readAll(), bytes);
+    QVERIFY(!LogHas("passive mode refused"));
 }
 
 QTEST_GUILESS_MAIN(TestFtpSession)

@@ -52,7 +52,6 @@ private Q_SLOTS:
     void foreignNamesSuggestTheEncoding();
 
 private:
-    void StartSimulator(const QStringList& switches);
     int RowState(const QString& machinePath, bool upload) const;
     bool LogContains(const QString& text, const QColor& color) const;
 };
@@ -72,18 +71,6 @@ void TestControllerProfiles::init()
 void TestControllerProfiles::cleanup()
 {
     TearDownFixture();
-}
-
-void TestControllerProfiles::StartSimulator(const QStringList& switches)
-{
-    SimOptions options;
-    QString error;
-    QVERIFY2(SimOptions::Parse(QStringList{"cnc-sim", "--root", m_rootDir.path(), "--ftp-port", "0", "--info-port", "0",
-                                           "--sn-port", "0", "--discovery-port", "0", "--sn", kSn} +
-                                   switches,
-                               &options, &error),
-             qPrintable(error));
-    SimWorkspaceFixture::StartSimulator(options);
 }
 
 int TestControllerProfiles::RowState(const QString& machinePath, bool upload) const

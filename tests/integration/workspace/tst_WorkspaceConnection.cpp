@@ -507,8 +507,10 @@ void TestWorkspaceConnection::boxesOpenAfterTheSlotReturns()
 
 void TestWorkspaceConnection::givesUpAboutEightTicksAfterTheMachineWentSilent()
 {
-    // The machine's real timings: a check every second, five seconds for an FTP log-in.
+    // The machine's real timings: a check every second, five seconds for an FTP log-in (a silent
+    // machine's TCP connection is taken by its kernel, so the greeting's wait is what counts).
     SetSetting(QString::fromLatin1(g_strSettingFtpConnectTimeoutMs), 5000);
+    SetSetting(QString::fromLatin1(g_strSettingFtpResponseTimeoutMs), 5000);
     SimOptions options = DefaultOptions();
     options.vanishAfter = 3;
     options.vanishSilently = true;
