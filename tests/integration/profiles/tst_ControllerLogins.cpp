@@ -1,7 +1,7 @@
 #include "FtpNameRules.h"
 #include "FtpSettings.h"
 #include "SimWorkspaceFixture.h"
-#include "workspace/TransferOrchestrator.h"
+#include "MachineFileService.h"
 #include "workspace/Workspace.h"
 
 #include <QApplication>
@@ -47,10 +47,9 @@ void TestControllerLogins::loginLimitToldAfterPassword()
     }
     for (int i = 0; i < 8; ++i)
         m_workspace->SlotUpLoadFile(LocalFile(QStringLiteral("L%1.NC").arg(i)), QStringLiteral("/L%1.NC").arg(i));
-    QTRY_VERIFY_WITH_TIMEOUT(!m_workspace->GetTransferOrchestrator()->IsBusy(), 60000);
     for (int i = 0; i < 8; ++i)
-        QCOMPARE(Read(MachineFile(QStringLiteral("L%1.NC").arg(i))), contents.at(i));
-    QCOMPARE(m_workspace->GetTransferOrchestrator()->MaxTransfers(), 1);
+        QTRY_COMPARE_WITH_TIMEOUT(Read(MachineFile(QStringLiteral("L%1.NC").arg(i))), contents.at(i), 60000);
+    QCOMPARE(m_workspace->FileService()->MaxTransfers(), 1);
 }
 
 // An old board (slow greeting, no passive mode, hidden dot-files, GBK) that stores only upper-case
@@ -68,8 +67,8 @@ void TestControllerLogins::eightDotThreeStore()
         const QByteArray bytes = RandomBytes(size);
         Write(LocalFile(QStringLiteral("PART1.NC")), bytes);
         m_workspace->SlotUpLoadFile(LocalFile(QStringLiteral("PART1.NC")), QStringLiteral("/PART1.NC"));
-        QTRY_VERIFY_WITH_TIMEOUT(!m_workspace->GetTransferOrchestrator()->IsBusy(), 20000);
-        QCOMPARE(Read(MachineFile(QStringLiteral("PART1.NC"))), bytes);
+        QTRY_COMPARE_WITH_TIMEOUT(Read(MachineFile(QStringLiteral("PART1.NC"))), bytes, 20000);
+        QTRY_VERIFY_WITH_TIMEOUT(!m_workspace->FileService()->IsBusy(), 20000);
     }
     QCOMPARE(QDir(m_rootDir.path()).entryList(QDir::Files | QDir::Hidden), QStringList{"PART1.NC"});
 }
