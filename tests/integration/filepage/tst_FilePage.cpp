@@ -23,6 +23,7 @@
 #include <QPushButton>
 #include <QSettings>
 #include <QSignalSpy>
+#include <QStandardItemModel>
 #include <QTest>
 #include <memory>
 
@@ -449,7 +450,7 @@ void TestFilePage::dropsGoThroughThePasteChecks()
     wrongType.setUrls({QUrl::fromLocalFile(LocalFile(QStringLiteral("tool.exe")))});
     QVERIFY(DragAndDrop(manager->MachinePanel(), &wrongType));
     QTRY_VERIFY(!m_listBoxes.isEmpty());
-    QCOMPARE(m_listBoxes.last().strText, QStringLiteral("以下文件类型不支持上传：\ntool.exe"));
+    QCOMPARE(m_listBoxes.last().strText, QStringLiteral("文件类型不符合要求：tool.exe"));
     QVERIFY(!QFileInfo::exists(MachineFile(QStringLiteral("tool.exe"))));
 
     // Machine entries: onto the machine panel there is nowhere to go; onto the local panel they download.
