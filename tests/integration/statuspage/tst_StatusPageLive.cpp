@@ -161,7 +161,7 @@ void TestStatusPageLive::staleOutageAndOffline()
     again.snPort = m_sim->SnPort();
     again.discoveryPort = m_sim->DiscoveryPort();
     m_sim->Vanish();
-    QTRY_VERIFY_WITH_TIMEOUT(Badge().startsWith(QStringLiteral("数据已过期")), Wait);
+    QTRY_VERIFY2_WITH_TIMEOUT(Badge().startsWith(QStringLiteral("数据已过期")), qPrintable(Badge()), Wait);
     QTest::qWait(3000);
     m_sim = std::make_unique<CncSimulator>(again);
     QString error;
@@ -170,7 +170,7 @@ void TestStatusPageLive::staleOutageAndOffline()
     // The next check revives the real-time link: the page moves again a few records later.
     QTRY_COMPARE_WITH_TIMEOUT(Badge(), QStringLiteral("运行中"), m_iCheckIntervalMs + 20 * PollMs);
     const QString line = Text("LabelNowNumber");
-    QTRY_VERIFY_WITH_TIMEOUT(Text("LabelNowNumber") != line, 20 * PollMs);
+    QTRY_VERIFY_WITH_TIMEOUT(Text("LabelNowNumber") != line, Wait);
     QCOMPARE(WorkspaceLogCount(*m_workspace, u"机床重连成功"), 1);
     QCOMPARE(m_workspace->CheckFailCount(), 0);
 
