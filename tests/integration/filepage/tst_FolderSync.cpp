@@ -64,6 +64,12 @@ private:
     void RunSync();
     bool HasLine(const QString& text, const QColor& color) const { return WorkspaceLogHas(*m_workspace, text, color); }
     int ButtonState() const { return m_workspace->GetSyncButtonLook()->State(); }
+    // One of the synchronisation's settings ("FolderSync/...").
+    static void SetOption(const char* name, bool on)
+    {
+        CamBaseTextHelper::instance()->SetLocalSettingCache(
+            CamBaseTextHelper::SettingTypeLocal, QStringLiteral("FolderSync/") + QLatin1String(name), on, true);
+    }
     int LinesStartingWith(const QString& prefix) const { return WorkspaceLogCount(*m_workspace, prefix); }
 };
 
@@ -81,12 +87,8 @@ void TestFolderSync::init()
 void TestFolderSync::cleanup()
 {
     TearDownFixture();
-    CamBaseTextHelper::instance()->SetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal,
-                                                        QStringLiteral("FolderSync/IncludeSubfolders"), false, true);
-    CamBaseTextHelper::instance()->SetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal,
-                                                        QStringLiteral("FolderSync/Preview"), false, true);
-    CamBaseTextHelper::instance()->SetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal,
-                                                        QStringLiteral("FolderSync/CompareContent"), false, true);
+    for (const char* name : {"IncludeSubfolders", "Preview", "CompareContent"})
+        SetOption(name, false);
 }
 
 void TestFolderSync::StartSimulator(const std::function<void(SimOptions&)>& adjust)
@@ -179,8 +181,7 @@ void TestFolderSync::equalSizesWithOtherTimesNeedNothing()
     Write(MachineFile(QStringLiteral("twin.nc")), "identical");
     QFile(MachineFile(QStringLiteral("same.nc")))
         .setFileTime(QDateTime(QDate(2020, 1, 2), QTime(3, 4)), QFileDevice::FileModificationTime);
-    CamBaseTextHelper::instance()->SetLocalSettingCache(
-        CamBaseTextHelper::SettingTypeLocal, QStringLiteral("FolderSync/CompareContent"), compareContent, true);
+    SetOption("CompareContent", compareContent);
     ConnectWorkspace();
     RunSync();
     QTRY_COMPARE_WITH_TIMEOUT(ButtonState(), int(FolderSync::ButtonFinished), 10000);
@@ -202,8 +203,7 @@ void TestFolderSync::contentCompareWithNothingToSendLeavesTheWorkbenchFree()
     StartSimulator();
     Write(LocalFile(QStringLiteral("twin.nc")), "identical");
     Write(MachineFile(QStringLiteral("twin.nc")), "identical");
-    CamBaseTextHelper::instance()->SetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal,
-                                                        QStringLiteral("FolderSync/CompareContent"), true, true);
+    SetOption("CompareContent", true);
     ConnectWorkspace();
     RunSync();
     QTRY_COMPARE_WITH_TIMEOUT(ButtonState(), int(FolderSync::ButtonFinished), 10000);
@@ -332,8 +332,7 @@ void TestFolderSync::subfoldersAreCreatedAtEveryDepth()
     QDir().mkpath(LocalFile(QStringLiteral("empty/inner")));
     Write(MachineFile(QStringLiteral("m/n/far.tap")), "far");
     Write(MachineFile(QStringLiteral("a/from_machine.nc")), "machine side");
-    CamBaseTextHelper::instance()->SetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal,
-                                                        QStringLiteral("FolderSync/IncludeSubfolders"), true, true);
+    SetOption("IncludeSubfolders", true);
     ConnectWorkspace();
     RunSync();
     QTRY_COMPARE_WITH_TIMEOUT(ButtonState(), int(FolderSync::ButtonFinished), 20000);
@@ -353,8 +352,7 @@ void TestFolderSync::previewSendsOnlyTickedAndDecidesConflicts()
     Write(LocalFile(QStringLiteral("keep_here.nc")), "keep");
     Write(LocalFile(QStringLiteral("both.nc")), "local, longer");
     Write(MachineFile(QStringLiteral("both.nc")), "machine");
-    CamBaseTextHelper::instance()->SetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal,
-                                                        QStringLiteral("FolderSync/Preview"), true, true);
+    SetOption("Preview", true);
     ConnectWorkspace();
     QStringList rows;
     bool bNothingSentWhileOpen = false;
