@@ -123,6 +123,7 @@ void TestFolderSync::RunSync()
 
 void TestFolderSync::twelveUploadsKeepToTheLimit()
 {
+    // No connection check meanwhile: its log-in would count among the sessions.
     m_iCheckIntervalMs = 60000;
     StartSimulator([](SimOptions& o) { o.ftpRate = 256 * 1024; });
     QMap<QString, QByteArray> sent;
