@@ -63,8 +63,8 @@ class TestFilePage : public QObject, public SimWorkspaceFixture
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void init();
+    void initTestCase() { SetUpFixture(); }
+    void init() { ResetFixture(); }
     void cleanup();
 
     void uploadAndDownloadArriveByteForByte();
@@ -92,16 +92,6 @@ private:
         return QDir(m_rootDir.path()).entryList(QDir::Files | QDir::Hidden, QDir::Name);
     }
 };
-
-void TestFilePage::initTestCase()
-{
-    SetUpFixture();
-}
-
-void TestFilePage::init()
-{
-    ResetFixture();
-}
 
 void TestFilePage::cleanup()
 {

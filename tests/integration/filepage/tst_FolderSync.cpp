@@ -42,7 +42,7 @@ class TestFolderSync : public QObject, public SimWorkspaceFixture
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
+    void initTestCase() { SetUpFixture(); }
     void init();
     void cleanup();
 
@@ -72,11 +72,6 @@ private:
     }
     int LinesStartingWith(const QString& prefix) const { return WorkspaceLogCount(*m_workspace, prefix); }
 };
-
-void TestFolderSync::initTestCase()
-{
-    SetUpFixture();
-}
 
 void TestFolderSync::init()
 {

@@ -79,7 +79,7 @@ class TestWorkspaceConnection : public QObject, public SimWorkspaceFixture
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
+    void initTestCase() { SetUpFixture(); }
     void init();
     void cleanup();
 
@@ -109,11 +109,6 @@ private:
     QStringList BoxTexts() const;
     bool ConnectAndWait(const QString& sn);
 };
-
-void TestWorkspaceConnection::initTestCase()
-{
-    SetUpFixture();
-}
 
 void TestWorkspaceConnection::init()
 {
