@@ -69,7 +69,7 @@ void SimWorkspaceFixture::SetUpFixture()
     CVarnokMessageBox::SetTestResponder([this](const StructMsgBoxRequest& request) {
         m_listBoxes.append(request);
         const bool answerable = request.iButtons & (MsgButtonYes | m_iAnswer);
-        return StructMsgBoxAnswer{answerable ? m_iAnswer : MsgButtonConfirm, false};
+        return StructMsgBoxAnswer{answerable ? m_iAnswer : MsgButtonConfirm, m_bTickBoxes};
     });
     CamBaseTextHelper::instance()->SetLocalSettingCache(
         CamBaseTextHelper::SettingTypeLocal, QString::fromLatin1(g_strSettingFtpConnectTimeoutMs), 2000, true);
@@ -79,6 +79,7 @@ void SimWorkspaceFixture::ResetFixture()
 {
     m_listBoxes.clear();
     m_iAnswer = MsgButtonYes;
+    m_bTickBoxes = false;
     for (const QString& root : {m_rootDir.path(), m_localDir.path()}) {
         QDir dir(root);
         for (const QString& name : dir.entryList(QDir::Files | QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot))
@@ -110,6 +111,7 @@ void SimWorkspaceFixture::StartSimulator(const SimOptions& options)
         CamBaseTextHelper::SettingTypeLocal, QString::fromLatin1(g_strSettingFtpPortMapping), m_sim->FtpPort(), true);
     MachinePortMap::Set(30001, m_sim->InfoPort());
     MachinePortMap::Set(5002, m_sim->SnPort());
+    MachinePortMap::Set(30002, m_sim->DiscoveryPort());
 }
 
 void SimWorkspaceFixture::CopyDemoPrograms()

@@ -44,7 +44,7 @@ protected:
 
     // The machine root, free loopback ports and the serial number.
     SimOptions DefaultSimOptions() const;
-    // Starts the simulator and points the FTP, info and serial number ports at it.
+    // Starts the simulator and points the FTP, info, serial number and discovery ports at it.
     void StartSimulator(const SimOptions& options);
     // Copies the simulator's demo programs onto the machine root.
     void CopyDemoPrograms();
@@ -66,6 +66,8 @@ protected:
     std::unique_ptr<Workspace> m_workspace;
     QList<StructMsgBoxRequest> m_listBoxes;
     int m_iAnswer = MsgButtonYes;
+    // Whether the boxes' check box ("不再提醒") is ticked in the answers.
+    bool m_bTickBoxes = false;
     // When set before ShowWorkspace(), how often the workspace checks the connection.
     int m_iCheckIntervalMs = 0;
 };

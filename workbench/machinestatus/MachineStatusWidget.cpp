@@ -389,6 +389,7 @@ void MachineStatusWidget::StartStaleWatch(const QString& sn, int milliseconds)
     m_lastRecordTime = QDateTime::currentDateTime();
     m_pStaleTimer->setInterval(std::max(1, milliseconds));
     m_pStaleTimer->start();
+    m_bStaleWatch = true;
 }
 
 void MachineStatusWidget::ShowStale()
@@ -410,7 +411,8 @@ void MachineStatusWidget::SetRealTimeData(const StructRealTimeData& record)
         m_bStale = false;
         m_lastRecordTime = QDateTime::currentDateTime();
         m_pUi->BtnCNCStatus->setToolTip(QString());
-        if (m_pStaleTimer->isActive())
+        // Re-armed after every answer, also after a stale spell: the next silence must show too.
+        if (m_bStaleWatch)
             m_pStaleTimer->start();
     }
 
@@ -535,6 +537,7 @@ void MachineStatusWidget::SetAlarm(int status, const QString& alarm)
 void MachineStatusWidget::ShowOffline()
 {
     m_pStaleTimer->stop();
+    m_bStaleWatch = false;
     m_bStale = false;
     m_lastRecordTime = QDateTime();
     m_pUi->BtnCNCStatus->setToolTip(QString());

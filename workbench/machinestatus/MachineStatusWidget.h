@@ -84,6 +84,7 @@ private:
     QList<QLabel*> m_listLoadLabels;
     bool m_bChinese = true;
     bool m_bStale = false;
+    bool m_bStaleWatch = false; // between StartStaleWatch() and ShowOffline()
     QString m_strBadgeKey;
     QDateTime m_lastRecordTime;
 };

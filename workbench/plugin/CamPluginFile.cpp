@@ -2,8 +2,9 @@
 
 #include "CDebugLog.h"
 #include "CommonDefine.h"
-#include "WorkbenchLog.h"
+#include "MachineConnection.h"
 #include "WorkPool.h"
+#include "WorkbenchLog.h"
 #include "workspace/Workspace.h"
 
 #include <QBuffer>
@@ -110,7 +111,10 @@ void CamPluginFile::cleanup()
     try {
         qCDebug(lcWorkbench) << "[CamPluginFile] Cleaning up...";
         initialized = active = false;
-        // The host unloads the library next: none of its code may still run on a worker.
+        // The host unloads the library next: none of its code may still run on a worker. A
+        // connect under way (an FTP log-in that may hang for its whole time-out) is told to stop first.
+        if (m_pWorkspace)
+            m_pWorkspace->Connection()->Disconnect();
         if (!WorkPool::Drain(CleanupDrainMs))
             qCWarning(lcWorkbench) << "[CamPluginFile] background work still running after" << CleanupDrainMs << "ms";
         qCDebug(lcWorkbench) << "[CamPluginFile] Cleanup completed successfully";

@@ -9,16 +9,18 @@
 #include "workspace/Workspace.h"
 
 #include <QAbstractButton>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QTcpServer>
 #include <QTest>
 
 namespace {
-const QColor Green(0, 160, 0);
-const QColor Red(220, 50, 50);
+using LogColors::Failure;
+using LogColors::Success;
 const QString Mobile = QStringLiteral("13812345678");
 const QString OtherMobile = QStringLiteral("13987654321");
 const QString Sn = QString::fromLatin1(SimWorkspaceFixture::kSn);
@@ -56,12 +58,18 @@ public:
             qWarning() << error;
             return false;
         }
-        CamBaseTextHelper::instance()->SetLocalSettingCache(
-            CamBaseTextHelper::SettingTypeLocal, QStringLiteral("Account/BaseUrl"), m_pService->BaseUrl(), true);
         QObject::connect(m_pService->Store(), &AccountStore::SignalImageIssued,
                          [this](const QString& imgId, const QString& text) { m_hashPictures.insert(imgId, text); });
         QObject::connect(m_pService->Store(), &AccountStore::SignalSmsSent,
                          [this](const QString&, const QString& code) { m_strLastSms = code; });
+        return Connect(m_pService->BaseUrl());
+    }
+
+    // Points the host's account requests at `baseUrl` and connects the workspace to the simulator.
+    bool Connect(const QString& baseUrl)
+    {
+        CamBaseTextHelper::instance()->SetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal,
+                                                            QStringLiteral("Account/BaseUrl"), baseUrl, true);
         StartSimulator(DefaultSimOptions());
         if (QTest::currentTestFailed())
             return false;
@@ -155,6 +163,8 @@ private Q_SLOTS:
     void refusals();
     void resendWaitsForTheCountdown();
     void actionsFollowTheConnection();
+    void closingWhileTheServiceHangs_data();
+    void closingWhileTheServiceHangs();
 };
 
 void TestDeviceBinding::bindThenUnbind()
@@ -166,9 +176,9 @@ void TestDeviceBinding::bindThenUnbind()
     QVERIFY(dialog);
     QCOMPARE(dialog->Title(), QStringLiteral("绑定设备"));
     QCOMPARE(fixture.RequestSmsCode(dialog, Mobile), QStringLiteral("验证码已发送，请查看手机短信"));
-    QVERIFY(fixture.LogHas(QStringLiteral("短信验证码已发送至 +86 *******5678"), Green));
+    QVERIFY(fixture.LogHas(QStringLiteral("短信验证码已发送至 +86 *******5678"), Success));
     QCOMPARE(fixture.Confirm(dialog, fixture.LastSmsCode()), QStringLiteral("设备绑定成功"));
-    QVERIFY(fixture.LogHas(QStringLiteral("设备绑定成功，SN: %1，手机号码: +86 *******5678").arg(Sn), Green));
+    QVERIFY(fixture.LogHas(QStringLiteral("设备绑定成功，SN: %1，手机号码: +86 *******5678").arg(Sn), Success));
     const QJsonObject bound = fixture.BindingsOnDisk().value(Sn).toObject();
     QCOMPARE(bound.value("mobile").toString(), Mobile);
     QCOMPARE(bound.value("nation-code").toString(), QStringLiteral("86"));
@@ -226,7 +236,7 @@ void TestDeviceBinding::refusals()
         QVERIFY(window);
         answer = fixture.AnswerPicture(dialog, window, QStringLiteral("0000")); // 0 is never drawn
         QVERIFY(fixture.LastSmsCode().isEmpty());
-        QVERIFY(fixture.LogHas(QStringLiteral("获取短信验证码失败：%1").arg(expected), Red));
+        QVERIFY(fixture.LogHas(QStringLiteral("获取短信验证码失败：%1").arg(expected), Failure));
     } else {
         QCOMPARE(fixture.RequestSmsCode(dialog, Mobile), QStringLiteral("验证码已发送，请查看手机短信"));
         const QString code = fixture.LastSmsCode();
@@ -240,7 +250,7 @@ void TestDeviceBinding::refusals()
         }
         answer = fixture.Confirm(dialog, code);
         const QString failed = refusal == "other" ? QStringLiteral("设备解绑失败") : QStringLiteral("设备绑定失败");
-        QVERIFY(fixture.LogHas(QStringLiteral("%1：%2，SN: %3").arg(failed, expected, Sn), Red));
+        QVERIFY(fixture.LogHas(QStringLiteral("%1：%2，SN: %3").arg(failed, expected, Sn), Failure));
     }
     QCOMPARE(answer, expected);
     const QJsonObject bindings = fixture.BindingsOnDisk();
@@ -281,6 +291,37 @@ void TestDeviceBinding::actionsFollowTheConnection()
     QVERIFY(!page->Button(ToolPage::ActionUnbindDevice)->isEnabled());
     // The dialog was for the machine that is gone.
     QTRY_VERIFY(!fixture.GetWorkspace()->findChild<DeviceVerifyDialog*>());
+}
+
+void TestDeviceBinding::closingWhileTheServiceHangs_data()
+{
+    QTest::addColumn<int>("action");
+    QTest::newRow("bind") << int(ToolPage::ActionBindDevice);
+    QTest::newRow("unbind") << int(ToolPage::ActionUnbindDevice);
+}
+
+void TestDeviceBinding::closingWhileTheServiceHangs()
+{
+    QFETCH(int, action);
+    // An account service that takes the connection and never answers.
+    QTcpServer silent;
+    QVERIFY(silent.listen(QHostAddress::LocalHost));
+    BindingFixture fixture;
+    QVERIFY(fixture.Connect(QStringLiteral("http://127.0.0.1:%1").arg(silent.serverPort())));
+    QPointer<DeviceVerifyDialog> dialog = fixture.OpenDialog(static_cast<ToolPage::Action>(action));
+    QVERIFY(dialog);
+    dialog->findChild<QLineEdit*>(QStringLiteral("m_editMobile"))->setText(Mobile);
+    dialog->findChild<QPushButton*>(QStringLiteral("m_btnSendSms"))->click();
+    QVERIFY(dialog->VerificationWindow());
+    QTRY_VERIFY(silent.hasPendingConnections()); // the picture request is under way
+
+    QElapsedTimer closing;
+    closing.start();
+    dialog->reject();
+    QTRY_VERIFY(!dialog);
+    const qint64 elapsed = closing.elapsed();
+    QVERIFY2(elapsed < 500 * qMax(1, qEnvironmentVariableIntValue("KORV_TIME_FACTOR")),
+             qPrintable(QString::number(elapsed)));
 }
 
 QTEST_MAIN(TestDeviceBinding)

@@ -1,35 +1,27 @@
-#include "CVarnokMessageBox.h"
 #include "CamBaseTextHelper.h"
-#include "CncSimulator.h"
+#include "FolderSync.h"
 #include "KorvBaseGlobals.h"
-#include "MachinePortMap.h"
+#include "MachineFileService.h"
 #include "SimFtpServer.h"
 #include "SimWorkspaceFixture.h"
 #include "WorkspaceLogProbe.h"
 #include "filepanel/FileManager.h"
 #include "filepanel/FileSelectPanel.h"
 #include "toolpage/ToolPage.h"
-#include "workspace/FolderSync.h"
 #include "workspace/FolderSyncPreviewDialog.h"
 #include "workspace/SyncButtonLook.h"
-#include "workspace/TransferOrchestrator.h"
-#include "workspace/Workspace.h"
 
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDirIterator>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 #include <QTreeWidget>
-#include <memory>
 
 namespace {
 const QString Ip = QStringLiteral("127.0.0.1");
 const QString Sn = QStringLiteral("PB01SIM0001");
-const QColor Green(0, 160, 0);
-const QColor Red(220, 50, 50);
 
 // Every file below a folder with its size, relative paths; hidden temporary names included.
 QMap<QString, qint64> Tree(const QString& root)
@@ -50,14 +42,15 @@ class TestFolderSync : public QObject, public SimWorkspaceFixture
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
+    void initTestCase() { SetUpFixture(); }
     void init();
     void cleanup();
 
-    void twelveUploadsRunAtMostFiveAtOnce();
+    void twelveUploadsKeepToTheLimit();
     void oneRefusedFileOfTenEndsRed();
     void equalSizesWithOtherTimesNeedNothing_data();
     void equalSizesWithOtherTimesNeedNothing();
+    void contentCompareWithNothingToSendLeavesTheWorkbenchFree();
     void conflictKeepsMachineVersion_data();
     void conflictKeepsMachineVersion();
     void driveRootIsRefusedBeforeListing();
@@ -71,28 +64,26 @@ private:
     void RunSync();
     bool HasLine(const QString& text, const QColor& color) const { return WorkspaceLogHas(*m_workspace, text, color); }
     int ButtonState() const { return m_workspace->GetSyncButtonLook()->State(); }
-    int LinesStartingWith(const QString& prefix) const;
+    // One of the synchronisation's settings ("FolderSync/...").
+    static void SetOption(const char* name, bool on)
+    {
+        CamBaseTextHelper::instance()->SetLocalSettingCache(
+            CamBaseTextHelper::SettingTypeLocal, QStringLiteral("FolderSync/") + QLatin1String(name), on, true);
+    }
+    int LinesStartingWith(const QString& prefix) const { return WorkspaceLogCount(*m_workspace, prefix); }
 };
-
-void TestFolderSync::initTestCase()
-{
-    SetUpFixture();
-}
 
 void TestFolderSync::init()
 {
     ResetFixture();
+    m_iCheckIntervalMs = 0;
 }
 
 void TestFolderSync::cleanup()
 {
     TearDownFixture();
-    CamBaseTextHelper::instance()->SetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal,
-                                                        QStringLiteral("FolderSync/IncludeSubfolders"), false, true);
-    CamBaseTextHelper::instance()->SetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal,
-                                                        QStringLiteral("FolderSync/Preview"), false, true);
-    CamBaseTextHelper::instance()->SetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal,
-                                                        QStringLiteral("FolderSync/CompareContent"), false, true);
+    for (const char* name : {"IncludeSubfolders", "Preview", "CompareContent"})
+        SetOption(name, false);
 }
 
 void TestFolderSync::StartSimulator(const std::function<void(SimOptions&)>& adjust)
@@ -121,21 +112,14 @@ void TestFolderSync::ConnectWorkspace()
 
 void TestFolderSync::RunSync()
 {
-    QTRY_VERIFY(!g_bTranslating && !m_workspace->GetTransferOrchestrator()->IsBusy());
+    QTRY_VERIFY(!g_bTranslating && !m_workspace->FileService()->IsBusy());
     m_workspace->SlotFileSyncBtnClicked();
 }
 
-int TestFolderSync::LinesStartingWith(const QString& prefix) const
+void TestFolderSync::twelveUploadsKeepToTheLimit()
 {
-    const TransLogModel* model = m_workspace->GetTransManager()->LogPane()->LogModel();
-    int count = 0;
-    for (int row = 0; row < model->rowCount(); ++row)
-        count += model->index(row, TransLogModel::ColumnMessage).data().toString().startsWith(prefix);
-    return count;
-}
-
-void TestFolderSync::twelveUploadsRunAtMostFiveAtOnce()
-{
+    // No connection check meanwhile: its log-in would count among the sessions.
+    m_iCheckIntervalMs = 60000;
     StartSimulator([](SimOptions& o) { o.ftpRate = 256 * 1024; });
     QMap<QString, QByteArray> sent;
     for (int i = 0; i < 12; ++i) {
@@ -149,21 +133,14 @@ void TestFolderSync::twelveUploadsRunAtMostFiveAtOnce()
     QTest::mouseClick(button, Qt::LeftButton);
     QCOMPARE(button->text(), QStringLiteral("同步中..."));
     QVERIFY(m_workspace->GetSyncButtonLook()->IsAnimating());
-    int peakActive = 0;
-    QVERIFY(QTest::qWaitFor(
-        [&]() {
-            peakActive = qMax(peakActive, m_workspace->GetFolderSync()->ActiveCount());
-            return ButtonState() != FolderSync::ButtonRunning;
-        },
-        30000));
+    QTRY_VERIFY_WITH_TIMEOUT(ButtonState() != FolderSync::ButtonRunning, 30000);
     QCOMPARE(ButtonState(), int(FolderSync::ButtonFinished));
-    QCOMPARE(peakActive, FolderSync::MaxSyncTransfers);
-    QVERIFY2(m_sim->FtpServer().PeakSessionCount() <= FolderSync::MaxSyncTransfers,
+    QVERIFY2(m_sim->FtpServer().PeakSessionCount() <= MachineFileService::DefaultMaxTransfers,
              qPrintable(QString::number(m_sim->FtpServer().PeakSessionCount())));
     for (auto it = sent.cbegin(); it != sent.cend(); ++it)
         QCOMPARE(Read(MachineFile(it.key())), it.value());
-    QVERIFY(HasLine(QStringLiteral("同步开始：计划上传 12 个, 计划下载 0 个, 总任务 12个"), Green));
-    QVERIFY(HasLine(QStringLiteral("同步完成"), Green));
+    QVERIFY(HasLine(QStringLiteral("同步开始：计划上传 12 个, 计划下载 0 个, 总任务 12个"), LogColors::Success));
+    QVERIFY(HasLine(QStringLiteral("同步完成"), LogColors::Success));
     QCOMPARE(button->text(), QStringLiteral("同步文件夹"));
     QVERIFY(!m_workspace->GetSyncButtonLook()->IsAnimating());
 }
@@ -176,7 +153,7 @@ void TestFolderSync::oneRefusedFileOfTenEndsRed()
               RandomBytes(8 * 1024));
     ConnectWorkspace();
     RunSync();
-    QTRY_VERIFY_WITH_TIMEOUT(HasLine(QStringLiteral("同步失败：1 个文件传输失败"), Red), 20000);
+    QTRY_VERIFY_WITH_TIMEOUT(HasLine(QStringLiteral("同步失败：1 个文件传输失败"), LogColors::Failure), 20000);
     QCOMPARE(ButtonState(), int(FolderSync::ButtonIdle));
     QVERIFY(!QFileInfo::exists(MachineFile(QStringLiteral("bad_07.nc"))));
     QCOMPARE(QDir(m_rootDir.path()).entryList({QStringLiteral("ok_*.nc")}, QDir::Files).size(), 9);
@@ -200,8 +177,7 @@ void TestFolderSync::equalSizesWithOtherTimesNeedNothing()
     Write(MachineFile(QStringLiteral("twin.nc")), "identical");
     QFile(MachineFile(QStringLiteral("same.nc")))
         .setFileTime(QDateTime(QDate(2020, 1, 2), QTime(3, 4)), QFileDevice::FileModificationTime);
-    CamBaseTextHelper::instance()->SetLocalSettingCache(
-        CamBaseTextHelper::SettingTypeLocal, QStringLiteral("FolderSync/CompareContent"), compareContent, true);
+    SetOption("CompareContent", compareContent);
     ConnectWorkspace();
     RunSync();
     QTRY_COMPARE_WITH_TIMEOUT(ButtonState(), int(FolderSync::ButtonFinished), 10000);
@@ -214,6 +190,36 @@ void TestFolderSync::equalSizesWithOtherTimesNeedNothing()
     QCOMPARE(Read(MachineFile(QStringLiteral("same.nc"))),
              compareContent ? QByteArray("0123456789") : QByteArray("abcdefghij"));
     QCOMPARE(Read(LocalFile(QStringLiteral("same.nc"))), QByteArray("0123456789"));
+}
+
+void TestFolderSync::contentCompareWithNothingToSendLeavesTheWorkbenchFree()
+{
+    // The connection is checked often, so that an unplug is noticed at once.
+    m_iCheckIntervalMs = 200;
+    StartSimulator();
+    Write(LocalFile(QStringLiteral("twin.nc")), "identical");
+    Write(MachineFile(QStringLiteral("twin.nc")), "identical");
+    SetOption("CompareContent", true);
+    ConnectWorkspace();
+    RunSync();
+    QTRY_COMPARE_WITH_TIMEOUT(ButtonState(), int(FolderSync::ButtonFinished), 10000);
+    QTRY_COMPARE(m_listBoxes.size(), 1);
+    QCOMPARE(m_listBoxes.first().strText, QStringLiteral("当前目录已同步，无需操作"));
+    // The comparison's private copies are no transfers left running.
+    QTRY_VERIFY(!g_bTranslating);
+    QVERIFY(!m_workspace->FileService()->IsBusy());
+
+    FileSelectPanel* machine = m_workspace->GetFileManager()->MachinePanel();
+    Write(MachineFile(QStringLiteral("later.nc")), "later");
+    bool listed = false;
+    QVERIFY(WaitForListing(
+        *machine, [machine]() { machine->RefreshPanel(); }, &listed));
+    QVERIFY(listed);
+    QVERIFY(MachineNames().contains(QStringLiteral("later.nc")));
+
+    m_sim.reset();
+    QTRY_VERIFY_WITH_TIMEOUT(m_workspace->CheckFailCount() > 0, 5000);
+    QVERIFY(LinesStartingWith(QStringLiteral("机床连接失败，重新连接中")) > 0);
 }
 
 void TestFolderSync::conflictKeepsMachineVersion_data()
@@ -282,9 +288,9 @@ void TestFolderSync::lostMachineInterruptsAndRerunSendsOnlyTheRest()
     QTRY_VERIFY_WITH_TIMEOUT(QDir(m_rootDir.path()).entryList({QStringLiteral("f*.nc")}, QDir::Files).size() >= 8,
                              20000);
     m_sim->Vanish();
-    QTRY_VERIFY_WITH_TIMEOUT(HasLine(QStringLiteral("同步已中断：与机床断开连接"), Red), 15000);
+    QTRY_VERIFY_WITH_TIMEOUT(HasLine(QStringLiteral("同步已中断：与机床断开连接"), LogColors::Failure), 15000);
     QCOMPARE(ButtonState(), int(FolderSync::ButtonIdle));
-    QTRY_VERIFY_WITH_TIMEOUT(!m_workspace->GetTransferOrchestrator()->IsBusy(), 15000);
+    QTRY_VERIFY_WITH_TIMEOUT(!m_workspace->FileService()->IsBusy(), 15000);
     // Under its real name every file is whole, on both sides.
     const QMap<QString, qint64> machineFiles = Tree(m_rootDir.path());
     int arrived = 0;
@@ -322,8 +328,7 @@ void TestFolderSync::subfoldersAreCreatedAtEveryDepth()
     QDir().mkpath(LocalFile(QStringLiteral("empty/inner")));
     Write(MachineFile(QStringLiteral("m/n/far.tap")), "far");
     Write(MachineFile(QStringLiteral("a/from_machine.nc")), "machine side");
-    CamBaseTextHelper::instance()->SetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal,
-                                                        QStringLiteral("FolderSync/IncludeSubfolders"), true, true);
+    SetOption("IncludeSubfolders", true);
     ConnectWorkspace();
     RunSync();
     QTRY_COMPARE_WITH_TIMEOUT(ButtonState(), int(FolderSync::ButtonFinished), 20000);
@@ -343,8 +348,7 @@ void TestFolderSync::previewSendsOnlyTickedAndDecidesConflicts()
     Write(LocalFile(QStringLiteral("keep_here.nc")), "keep");
     Write(LocalFile(QStringLiteral("both.nc")), "local, longer");
     Write(MachineFile(QStringLiteral("both.nc")), "machine");
-    CamBaseTextHelper::instance()->SetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal,
-                                                        QStringLiteral("FolderSync/Preview"), true, true);
+    SetOption("Preview", true);
     ConnectWorkspace();
     QStringList rows;
     bool bNothingSentWhileOpen = false;

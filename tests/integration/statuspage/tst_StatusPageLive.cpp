@@ -1,21 +1,24 @@
 #include "CamBaseTextHelper.h"
+#include "MachineFileService.h"
 #include "SimMachine.h"
 #include "SimWorkspaceFixture.h"
 #include "WorkspaceLogProbe.h"
+#include "machinestatus/MachineStatusFtpManager.h"
 #include "machinestatus/MachineStatusProgramPanel.h"
 #include "machinestatus/MachineStatusWidget.h"
 
 #include <QLabel>
 #include <QPushButton>
 #include <QSettings>
+#include <QSignalSpy>
 #include <QStandardItemModel>
 #include <QTabBar>
 #include <QTableWidget>
 #include <QTest>
 
 namespace {
-const QColor Green(0, 160, 0);
-const QColor Red(220, 50, 50);
+using LogColors::Failure;
+using LogColors::Success;
 constexpr int Wait = 10000;
 constexpr int PollMs = 100;
 } // namespace
@@ -28,12 +31,16 @@ class TestStatusPageLive : public QObject, public SimWorkspaceFixture
 
 private Q_SLOTS:
     void initTestCase();
-    void init() { ResetFixture(); }
+    void init()
+    {
+        ResetFixture();
+        m_iCheckIntervalMs = 50;
+    }
     void cleanup() { TearDownFixture(); }
     void runningProgramAndCommands();
     void alarmShowsUntilReset();
-    void staleThenOffline();
-    void loadProgramFromTheFileList();
+    void staleOutageAndOffline();
+    void fileListWhileAProgramRuns();
 
 private:
     // The demo programs on the machine, bracket_6061.nc loaded; the status page shown once enabled.
@@ -54,7 +61,6 @@ void TestStatusPageLive::initTestCase()
     qputenv("KORV_RESOURCE_DIR", (qgetenv("KORV_BINARY_DIR") + "/bin/resources"));
     QSettings(CamBaseTextHelper::instance()->GetLocalTestIniFilePath(), QSettings::IniFormat)
         .setValue(QStringLiteral("TimerInterval"), PollMs);
-    m_iCheckIntervalMs = 50;
 }
 
 void TestStatusPageLive::Start(const std::function<void(SimOptions&)>& adjust)
@@ -92,13 +98,13 @@ void TestStatusPageLive::runningProgramAndCommands()
 
     // A start while the machine runs is refused without a question.
     Click("BtnStart");
-    QTRY_VERIFY(HasLog(QStringLiteral("启动命令未发送：机床不在等待状态"), Red));
+    QTRY_VERIFY(HasLog(QStringLiteral("启动命令未发送：机床不在等待状态"), Failure));
 
     // Stop: no question, the machine halts where it is.
     Click("BtnStop");
     QTRY_COMPARE_WITH_TIMEOUT(SimStatus(), SimMachine::Waiting, Wait);
     QTRY_COMPARE_WITH_TIMEOUT(Badge(), QStringLiteral("等待"), Wait);
-    QVERIFY(HasLog(QStringLiteral("停止命令已执行"), Green));
+    QVERIFY(HasLog(QStringLiteral("停止命令已执行"), Success));
     QVERIFY(m_listBoxes.isEmpty());
     const int stoppedLine = line->text().toInt();
 
@@ -135,8 +141,10 @@ void TestStatusPageLive::alarmShowsUntilReset()
     QCOMPARE(Badge(), QStringLiteral("等待"));
 }
 
-void TestStatusPageLive::staleThenOffline()
+void TestStatusPageLive::staleOutageAndOffline()
 {
+    // A check a second, as on the machine: an outage of 3 s stays well short of giving up.
+    m_iCheckIntervalMs = 1000;
     Start([](SimOptions& o) { o.realTimeSilent = true; });
     QVERIFY(!QTest::currentTestFailed());
 
@@ -146,13 +154,33 @@ void TestStatusPageLive::staleThenOffline()
     m_sim->Options().realTimeSilent = false;
     QTRY_COMPARE_WITH_TIMEOUT(Badge(), QStringLiteral("运行中"), Wait);
 
-    // The machine goes away altogether (what --vanish-after does): the page shows the offline display.
+    // The machine is away for 3 s and comes back on the same ports with the same programs.
+    SimOptions again = m_sim->Options();
+    again.ftpPort = m_sim->FtpPort();
+    again.infoPort = m_sim->InfoPort();
+    again.snPort = m_sim->SnPort();
+    again.discoveryPort = m_sim->DiscoveryPort();
+    m_sim->Vanish();
+    QTRY_VERIFY2_WITH_TIMEOUT(Badge().startsWith(QStringLiteral("数据已过期")), qPrintable(Badge()), Wait);
+    QTest::qWait(3000);
+    m_sim = std::make_unique<CncSimulator>(again);
+    QString error;
+    QVERIFY2(m_sim->Start(&error), qPrintable(error));
+    QTRY_VERIFY_WITH_TIMEOUT(HasLog(QStringLiteral("机床重连成功，IP: 127.0.0.1, SN: PB01SIM0001"), Success), Wait);
+    // The next check revives the real-time link: the page moves again a few records later.
+    QTRY_COMPARE_WITH_TIMEOUT(Badge(), QStringLiteral("运行中"), m_iCheckIntervalMs + 20 * PollMs);
+    const QString line = Text("LabelNowNumber");
+    QTRY_VERIFY_WITH_TIMEOUT(Text("LabelNowNumber") != line, Wait);
+    QCOMPARE(WorkspaceLogCount(*m_workspace, u"机床重连成功"), 1);
+    QCOMPARE(m_workspace->CheckFailCount(), 0);
+
+    // Gone for good: after the failed checks the page shows the offline display.
     m_sim->Vanish();
     QTRY_COMPARE_WITH_TIMEOUT(Text("LabelSN"), QStringLiteral("设备未连接"), 20000);
     QCOMPARE(Badge(), QStringLiteral("离线"));
 }
 
-void TestStatusPageLive::loadProgramFromTheFileList()
+void TestStatusPageLive::fileListWhileAProgramRuns()
 {
     Start();
     QVERIFY(!QTest::currentTestFailed());
@@ -167,15 +195,25 @@ void TestStatusPageLive::loadProgramFromTheFileList()
     };
     QTRY_VERIFY_WITH_TIMEOUT(rowOf(QStringLiteral("drill_plate.tap")), Wait);
     QTRY_COMPARE_WITH_TIMEOUT(Badge(), QStringLiteral("运行中"), Wait);
+    QTRY_VERIFY_WITH_TIMEOUT(!m_workspace->FileService()->RunningProgram().isEmpty(), Wait);
+
+    // The running program cannot be deleted (the box asking to confirm is answered yes).
+    QSignalSpy deleted(panel->FtpManager(), &MachineStatusFtpManager::SignalDeleteResult);
+    panel->SlotActionDelete(QPersistentModelIndex(rowOf(QStringLiteral("bracket_6061.nc"))->index()));
+    QTRY_COMPARE(deleted.count(), 1);
+    QCOMPARE(deleted.first().first().toBool(), false);
+    QVERIFY(QFileInfo::exists(MachineFile(QStringLiteral("bracket_6061.nc"))));
+    QTRY_VERIFY(HasLog(QStringLiteral("机床正在运行程序bracket_6061.nc，不能覆盖、删除或重命名：/bracket_6061.nc"),
+                       LogColors::Warning));
 
     // While a program runs the machine refuses another one.
     panel->SlotActionLoadProgram(QPersistentModelIndex(rowOf(QStringLiteral("drill_plate.tap"))->index()));
-    QTRY_VERIFY_WITH_TIMEOUT(HasLog(QStringLiteral("设为加工程序命令失败：a program is running"), Red), Wait);
+    QTRY_VERIFY_WITH_TIMEOUT(HasLog(QStringLiteral("设为加工程序命令失败：a program is running"), Failure), Wait);
 
     Click("BtnStop");
     QTRY_COMPARE_WITH_TIMEOUT(SimStatus(), SimMachine::Waiting, Wait);
     panel->SlotActionLoadProgram(QPersistentModelIndex(rowOf(QStringLiteral("drill_plate.tap"))->index()));
-    QTRY_VERIFY_WITH_TIMEOUT(HasLog(QStringLiteral("设为加工程序命令已执行"), Green), Wait);
+    QTRY_VERIFY_WITH_TIMEOUT(HasLog(QStringLiteral("设为加工程序命令已执行"), Success), Wait);
     auto* name = Find<QLabel>("LabelProgram");
     QTRY_COMPARE_WITH_TIMEOUT(name->toolTip().isEmpty() ? name->text() : name->toolTip(),
                               QStringLiteral("drill_plate.tap"), Wait);

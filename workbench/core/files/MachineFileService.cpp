@@ -63,8 +63,7 @@ struct MachineFileService::QueuedTransfer
 };
 
 MachineFileService::MachineFileService(QObject* parent)
-    : QObject(parent), m_pFactory(MachineTaskFactory::Default()), m_pActivity(new TransferActivity(this)),
-      m_tasks(3000)
+    : QObject(parent), m_pFactory(MachineTaskFactory::Default()), m_pActivity(new TransferActivity(this)), m_tasks(3000)
 {
     RegisterWorkbenchMetaTypes();
     RegisterTanslateInfoMetaType();
@@ -114,6 +113,8 @@ bool MachineFileService::HitsRunningProgram(const QString& machinePath, bool bFo
 bool MachineFileService::IsPathBusy(const MachineEndpoint& endpoint, const QString& path, bool bFolder) const
 {
     const QString url = MachineTaskFactory::Url(endpoint, path);
+    if (m_setCleaning.contains(url))
+        return true;
     for (const QList<std::shared_ptr<QueuedTransfer>>* list : {&m_listRunning, &m_listWaiting}) {
         for (const std::shared_ptr<QueuedTransfer>& transfer : *list) {
             if (transfer->strUrl == url || (bFolder && transfer->strUrl.startsWith(url + QLatin1Char('/'))))
@@ -205,14 +206,8 @@ MachineJob* MachineFileService::Transfer(const MachineEndpoint& endpoint, const 
 void MachineFileService::AskOverwrite(const MachineEndpoint& endpoint, const QList<TransferItem>& items,
                                       CompositeJob* batch)
 {
-    QList<OverwriteEntry> existing;
-    for (const TransferItem& item : items) {
-        const QFileInfo local(item.strLocalPath);
-        if (!item.bUpload && local.exists())
-            existing.append({false, item.strLocalPath, -1, {}, local.size(), local.lastModified()});
-    }
     const QPointer<CompositeJob> guard(batch);
-    CollectMachineTargets(endpoint, items, batch, [=](bool ok, QList<OverwriteEntry> targets) mutable {
+    CollectMachineTargets(endpoint, items, batch, [=](bool ok, QList<OverwriteEntry> existing) {
         if (!guard || guard->IsFinished())
             return;
         if (!ok) {
@@ -222,7 +217,6 @@ void MachineFileService::AskOverwrite(const MachineEndpoint& endpoint, const QLi
             guard->Cancel();
             return;
         }
-        existing += targets;
         if (existing.isEmpty()) {
             Enqueue(endpoint, items, guard);
             return;
@@ -244,10 +238,11 @@ void MachineFileService::CollectMachineTargets(const MachineEndpoint& endpoint, 
                                                CompositeJob* batch,
                                                std::function<void(bool, QList<OverwriteEntry>)> done)
 {
-    // One listing per target folder tells which uploads would replace a machine file.
+    // One listing per machine folder tells which uploads would replace a machine file, and the
+    // machine side of downloads that would replace a local one.
     QHash<QString, QList<TransferItem>> byFolder;
     for (const TransferItem& item : items) {
-        if (item.bUpload)
+        if (item.bUpload || QFileInfo::exists(item.strLocalPath))
             byFolder[FolderOf(item.strMachinePath)].append(item);
     }
     if (byFolder.isEmpty()) {
@@ -273,15 +268,21 @@ void MachineFileService::CollectMachineTargets(const MachineEndpoint& endpoint, 
         connect(listing, &TaskJob::SignalTaskEnded, this, [pending, listing, folderItems, bCaseInsensitive](bool ok) {
             pending->bOk = pending->bOk && ok;
             const Qt::CaseSensitivity sensitivity = bCaseInsensitive ? Qt::CaseInsensitive : Qt::CaseSensitive;
+            const QList<FtpFileInfo> entries = listing->Entries();
             for (const TransferItem& item : folderItems) {
                 const QString name = LastPart(item.strMachinePath);
-                for (const FtpFileInfo& entry : listing->Entries()) {
-                    if (entry.isDir() || entry.name.compare(name, sensitivity) != 0)
-                        continue;
-                    const QFileInfo local(item.strLocalPath);
-                    pending->entries.append({true, item.strMachinePath, local.size(), local.lastModified(),
-                                             entry.size, entry.time});
+                const QFileInfo local(item.strLocalPath);
+                const FtpFileInfo* found = nullptr;
+                for (const FtpFileInfo& entry : entries) {
+                    if (!entry.isDir() && entry.name.compare(name, sensitivity) == 0)
+                        found = &entry;
                 }
+                if (item.bUpload && found)
+                    pending->entries.append(
+                        {true, item.strMachinePath, local.size(), local.lastModified(), found->size, found->time});
+                else if (!item.bUpload)
+                    pending->entries.append({false, item.strLocalPath, found ? found->size : -1,
+                                             found ? found->time : QDateTime(), local.size(), local.lastModified()});
             }
             if (--pending->iLeft == 0)
                 pending->done(pending->bOk, pending->entries);
@@ -290,9 +291,10 @@ void MachineFileService::CollectMachineTargets(const MachineEndpoint& endpoint, 
     }
 }
 
-void MachineFileService::Enqueue(const MachineEndpoint& endpoint, const QList<TransferItem>& items,
-                                 CompositeJob* batch, bool bSilent)
+void MachineFileService::Enqueue(const MachineEndpoint& endpoint, const QList<TransferItem>& items, CompositeJob* batch,
+                                 bool bSilent)
 {
+    QList<std::shared_ptr<QueuedTransfer>> added;
     for (const TransferItem& item : items) {
         // The question may have taken a while: another request can have taken the path meanwhile.
         if (IsPathBusy(endpoint, item.strMachinePath, false)) {
@@ -320,9 +322,8 @@ void MachineFileService::Enqueue(const MachineEndpoint& endpoint, const QList<Tr
             if (const std::shared_ptr<QueuedTransfer> t = weak.lock(); t && !t->bSilent)
                 Report(*t, TanslateInfo::StateRunning, done, total);
         });
-        connect(transfer->job, &TaskJob::SignalTaskEnded, this, [this, transfer](bool ok, const QString& message) {
-            OnTransferEnded(transfer, ok, message);
-        });
+        connect(transfer->job, &TaskJob::SignalTaskEnded, this,
+                [this, transfer](bool ok, const QString& message) { OnTransferEnded(transfer, ok, message); });
         connect(transfer->job, &TaskJob::SignalCancelledWaiting, this, [this, transfer]() {
             m_listWaiting.removeAll(transfer);
             if (!transfer->bSilent)
@@ -333,11 +334,15 @@ void MachineFileService::Enqueue(const MachineEndpoint& endpoint, const QList<Tr
         });
         batch->AddSubjob(transfer->job);
         m_listWaiting.append(transfer);
-        if (!bSilent && m_listRunning.size() >= m_iMaxTransfers)
-            Report(*transfer, TanslateInfo::StateWaiting, 0, 0);
+        added.append(transfer);
     }
     batch->Seal();
     StartWaiting();
+    // Every file of the batch shows in the list at once: those that found no free slot as waiting.
+    for (const std::shared_ptr<QueuedTransfer>& transfer : std::as_const(added)) {
+        if (!transfer->bSilent && m_listWaiting.contains(transfer))
+            Report(*transfer, TanslateInfo::StateWaiting, 0, 0);
+    }
 }
 
 void MachineFileService::StartWaiting()
@@ -359,7 +364,8 @@ void MachineFileService::StartTransfer(const std::shared_ptr<QueuedTransfer>& tr
     transfer->job->Start();
 }
 
-void MachineFileService::OnTransferEnded(const std::shared_ptr<QueuedTransfer>& transfer, bool ok, const QString& message)
+void MachineFileService::OnTransferEnded(const std::shared_ptr<QueuedTransfer>& transfer, bool ok,
+                                         const QString& message)
 {
     m_listRunning.removeAll(transfer);
     const TransferItem& item = transfer->item;
@@ -403,10 +409,36 @@ void MachineFileService::OnTransferEnded(const std::shared_ptr<QueuedTransfer>& 
         m_hashFailed.remove(transfer->strKey);
     else
         m_hashFailed.insert(transfer->strKey, item);
+    if (!ok && bUpload && transfer->job && transfer->job->IsCancelRequested())
+        RemovePartialUpload(transfer->endpoint, item.strMachinePath);
     transfer->hold.reset();
     StartWaiting();
     if (!IsBusy())
         AfterLastTransfer();
+}
+
+void MachineFileService::RemovePartialUpload(const MachineEndpoint& endpoint, const QString& machinePath)
+{
+    // A stopped upload's own clean-up is stopped with it, so its hidden temporary file
+    // (".name.<token>.part" beside the target) is removed here. The path stays busy until the
+    // folder is listed, so that a new upload's temporary file is never taken for it.
+    const QString url = MachineTaskFactory::Url(endpoint, machinePath);
+    const QString folder = FolderOf(machinePath);
+    const QString prefix = QLatin1Char('.') + LastPart(machinePath) + QLatin1Char('.');
+    m_setCleaning.insert(url);
+    auto* listing = new TaskJob(
+        &m_tasks, [this, endpoint, folder]() { return m_pFactory->List(endpoint, folder); }, this);
+    connect(listing, &TaskJob::SignalTaskEnded, this, [this, listing, endpoint, folder, prefix, url]() {
+        m_setCleaning.remove(url);
+        for (const FtpFileInfo& entry : listing->Entries()) {
+            if (entry.isDir() || !entry.name.startsWith(prefix) || !entry.name.endsWith(QLatin1String(".part")))
+                continue;
+            const QString path = (folder == QLatin1String("/") ? folder : folder + QLatin1Char('/')) + entry.name;
+            CDebugLog::AddLog(QStringLiteral("删除中断上传的临时文件：%1").arg(path));
+            m_tasks.Start(m_pFactory->DeleteFile(endpoint, path));
+        }
+    });
+    listing->Start();
 }
 
 void MachineFileService::ApplyLearnedLoginLimit()
@@ -506,19 +538,19 @@ MachineJob* MachineFileService::StartChange(const MachineEndpoint& endpoint, std
         Q_EMIT SignalProgressStarted(progressTitle, progressText);
     auto* job = new TaskJob(&m_tasks, std::move(maker), this);
     const QString url = MachineTaskFactory::Url(endpoint, QStringLiteral("/"));
-    connect(job, &TaskJob::SignalTaskEnded, this,
-            [this, hostLogFormat, url, bAnnounce, bProgress = !progressTitle.isEmpty()](bool ok,
-                                                                                        const QString& message) {
-                CDebugLog::AddLog(hostLogFormat.arg(ok).arg(url));
-                if (!ok && !message.isEmpty()) {
-                    CDebugLog::AddLog(message);
-                    Q_EMIT SignalAppendLog(message, LogColors::Failure);
-                }
-                if (bProgress)
-                    Q_EMIT SignalProgressFinished();
-                if (bAnnounce)
-                    Q_EMIT SignalMachineChanged();
-            });
+    connect(
+        job, &TaskJob::SignalTaskEnded, this,
+        [this, hostLogFormat, url, bAnnounce, bProgress = !progressTitle.isEmpty()](bool ok, const QString& message) {
+            CDebugLog::AddLog(hostLogFormat.arg(ok).arg(url));
+            if (!ok && !message.isEmpty()) {
+                CDebugLog::AddLog(message);
+                Q_EMIT SignalAppendLog(message, LogColors::Failure);
+            }
+            if (bProgress)
+                Q_EMIT SignalProgressFinished();
+            if (bAnnounce)
+                Q_EMIT SignalMachineChanged();
+        });
     job->Start();
     return job;
 }
@@ -536,9 +568,8 @@ MachineJob* MachineFileService::Delete(const MachineEndpoint& endpoint, const QS
                 return Refuse(reason, true);
         }
     }
-    CDebugLog::AddLog(QStringLiteral("SlotDeleteItemsTriggered fileCount:%1, folderCount:%2")
-                          .arg(files.size())
-                          .arg(folders.size()));
+    CDebugLog::AddLog(
+        QStringLiteral("SlotDeleteItemsTriggered fileCount:%1, folderCount:%2").arg(files.size()).arg(folders.size()));
     if (files.size() + folders.size() == 1) {
         const bool bFolder = files.isEmpty();
         const QString path = bFolder ? folders.first() : files.first();
@@ -550,16 +581,16 @@ MachineJob* MachineFileService::Delete(const MachineEndpoint& endpoint, const QS
             },
             bFolder ? QStringLiteral("DeleteFTPForder result:%1, url:%2")
                     : QStringLiteral("DeleteFTPFile result:%1, url:%2"),
-            bFolder ? tr("删除文件夹") : tr("删除文件"), bFolder ? tr("正在删除文件夹，请稍候") : tr("正在删除文件，请稍候"),
-            true);
+            bFolder ? tr("删除文件夹") : tr("删除文件"),
+            bFolder ? tr("正在删除文件夹，请稍候") : tr("正在删除文件，请稍候"), true);
     }
     return StartChange(
         endpoint, [this, endpoint, files, folders]() { return m_pFactory->DeleteItems(endpoint, files, folders); },
         QStringLiteral("DeleteFtpItems result:%1, url:%2"), tr("删除"), tr("正在删除，请稍候"), true);
 }
 
-MachineJob* MachineFileService::Rename(const MachineEndpoint& endpoint, const QString& oldPath,
-                                       const QString& newPath, RequestOrigin origin)
+MachineJob* MachineFileService::Rename(const MachineEndpoint& endpoint, const QString& oldPath, const QString& newPath,
+                                       RequestOrigin origin)
 {
     const QString unconnected = CheckConnected(endpoint);
     if (!unconnected.isEmpty())

@@ -11,6 +11,7 @@
 #include <QList>
 #include <QObject>
 #include <QPointer>
+#include <QSet>
 #include <QVariant>
 #include <memory>
 
@@ -111,8 +112,8 @@ private:
     QString CheckChange(const QString& path, bool bFolder, RequestOrigin origin) const;
     bool IsPathBusy(const MachineEndpoint& endpoint, const QString& path, bool bFolder) const;
     void AskOverwrite(const MachineEndpoint& endpoint, const QList<TransferItem>& items, CompositeJob* batch);
-    void CollectMachineTargets(const MachineEndpoint& endpoint, const QList<TransferItem>& items,
-                               CompositeJob* batch, std::function<void(bool, QList<OverwriteEntry>)> done);
+    void CollectMachineTargets(const MachineEndpoint& endpoint, const QList<TransferItem>& items, CompositeJob* batch,
+                               std::function<void(bool, QList<OverwriteEntry>)> done);
     void Enqueue(const MachineEndpoint& endpoint, const QList<TransferItem>& items, CompositeJob* batch,
                  bool bSilent = false);
     void StartWaiting();
@@ -122,6 +123,7 @@ private:
     void AfterLastTransfer();
     void Report(const QueuedTransfer& transfer, int state, qint64 done, qint64 total);
     void ApplyLearnedLoginLimit();
+    void RemovePartialUpload(const MachineEndpoint& endpoint, const QString& machinePath);
     MachineJob* StartChange(const MachineEndpoint& endpoint, std::function<MachineTask*()> maker,
                             const QString& hostLogFormat, const QString& progressTitle, const QString& progressText,
                             bool bAnnounce);
@@ -137,6 +139,8 @@ private:
     QList<std::shared_ptr<QueuedTransfer>> m_listRunning;
     // Every failed transfer by row key, so that the row can be retried.
     QHash<QString, TransferItem> m_hashFailed;
+    // Machine URLs of cancelled uploads whose temporary file is being looked for.
+    QSet<QString> m_setCleaning;
     bool m_bNavigationWaiting = false;
     QString m_strNavigationFolder;
     QString m_strNavigationEntry;
