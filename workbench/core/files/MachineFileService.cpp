@@ -3,6 +3,7 @@
 #include "CDebugLog.h"
 #include "CamBaseTextHelper.h"
 #include "CompositeJob.h"
+#include "FtpTemporaryName.h"
 #include "LogColors.h"
 #include "MachineTask.h"
 #include "MachineTaskFactory.h"
@@ -420,7 +421,7 @@ void MachineFileService::OnTransferEnded(const std::shared_ptr<QueuedTransfer>& 
 void MachineFileService::RemovePartialUpload(const MachineEndpoint& endpoint, const QString& machinePath)
 {
     // A stopped upload's own clean-up is stopped with it, so its hidden temporary file
-    // (".name.<token>.part" beside the target) is removed here. The path stays busy until the
+    // (".name.<marker><token>.part" beside the target) is removed here. The path stays busy until the
     // folder is listed, so that a new upload's temporary file is never taken for it.
     const QString url = MachineTaskFactory::Url(endpoint, machinePath);
     const QString folder = FolderOf(machinePath);
@@ -431,7 +432,9 @@ void MachineFileService::RemovePartialUpload(const MachineEndpoint& endpoint, co
     connect(listing, &TaskJob::SignalTaskEnded, this, [this, listing, endpoint, folder, prefix, url]() {
         m_setCleaning.remove(url);
         for (const FtpFileInfo& entry : listing->Entries()) {
-            if (entry.isDir() || !entry.name.startsWith(prefix) || !entry.name.endsWith(QLatin1String(".part")))
+            // Only this installation's own temporary file of this target: another computer may be
+            // uploading the same program right now.
+            if (entry.isDir() || !entry.name.startsWith(prefix) || !FtpTemporaryName::IsOurs(entry.name))
                 continue;
             const QString path = (folder == QLatin1String("/") ? folder : folder + QLatin1Char('/')) + entry.name;
             CDebugLog::AddLog(QStringLiteral("删除中断上传的临时文件：%1").arg(path));
