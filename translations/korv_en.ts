@@ -1079,6 +1079,14 @@ Which version do you want to keep?</translation>
         <source>无法写入文件：%1</source>
         <translation>Could not write the file: %1</translation>
     </message>
+    <message>
+        <source>已取消上传文件：%1</source>
+        <translation>Upload cancelled: %1</translation>
+    </message>
+    <message>
+        <source>已取消下载文件：%1</source>
+        <translation>Download cancelled: %1</translation>
+    </message>
 </context>
 <context>
     <name>MachineListingSource</name>
@@ -1582,6 +1590,22 @@ Which version do you want to keep?</translation>
         <source>时间</source>
         <translation>Time</translation>
     </message>
+    <message>
+        <source>已取消</source>
+        <translation>Cancelled</translation>
+    </message>
+    <message>
+        <source>取消传输</source>
+        <translation>Cancel transfer</translation>
+    </message>
+    <message>
+        <source>重新传输</source>
+        <translation>Retry transfer</translation>
+    </message>
+    <message>
+        <source>打开所在文件夹</source>
+        <translation>Open containing folder</translation>
+    </message>
 </context>
 <context>
     <name>TransProgressPainter</name>
@@ -1592,6 +1616,10 @@ Which version do you want to keep?</translation>
     <message>
         <source>传输成功</source>
         <translation>Done</translation>
+    </message>
+    <message>
+        <source>已取消</source>
+        <translation>Cancelled</translation>
     </message>
 </context>
 <context>
