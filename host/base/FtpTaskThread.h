@@ -58,7 +58,7 @@ protected:
     // Checks the name a step is about to create against the machine's name rules; false with the
     // rule in *message.
     bool CheckNewName(FtpSession& session, const QString& remotePath, QString* message) const;
-    // Emits SignalTaskProgress at most about ten times a second, or always when bFinal.
+    // Emits SignalTaskProgress for the first bytes, then at most once a second, and always when bFinal.
     void ReportProgress(qint64 done, qint64 total, bool bFinal = false);
 
 private:
