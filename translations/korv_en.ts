@@ -1130,7 +1130,7 @@ Which version do you want to keep?</translation>
     </message>
     <message>
         <source>剩余</source>
-        <translation>Free</translation>
+        <translation>Time left</translation>
     </message>
     <message>
         <source>文件名称</source>

@@ -150,9 +150,13 @@ void FilePageController::ConnectConnection()
         if (manager->IsConnected())
             manager->SetMachineDisconnected();
     });
-    connect(connection, &MachineConnection::SignalRealTimeData, files, [files](bool, const StructRealTimeData& record) {
-        files->SetRunningProgram(record.status == RealTimeStatusRunning ? record.program.name : QString());
-    });
+    connect(connection, &MachineConnection::SignalRealTimeData, files,
+            [files](bool ok, const StructRealTimeData& record) {
+                // A failed poll says nothing about the program: forgetting it would let its file be overwritten.
+                if (!ok || record.sn.isEmpty())
+                    return;
+                files->SetRunningProgram(record.status == RealTimeStatusRunning ? record.program.name : QString());
+            });
 }
 
 void FilePageController::ConnectFolderSync()
