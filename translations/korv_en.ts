@@ -976,6 +976,10 @@ Which version do you want to keep?</translation>
         <source>实时数据刷新间隔“%1”无效，已改为%2毫秒</source>
         <translation>Real-time refresh interval &quot;%1&quot; is not valid; using %2 ms</translation>
     </message>
+    <message>
+        <source>断开与机床（IP: %1）的连接，改为连接 %2</source>
+        <translation>Ending the connection to the machine (IP: %1) to connect to %2</translation>
+    </message>
 </context>
 <context>
     <name>MachineFileService</name>
