@@ -507,7 +507,7 @@ bool MachineFileService::Cancel(const QString& strKey)
         for (const std::shared_ptr<QueuedTransfer>& transfer : *list) {
             if (transfer->bSilent || transfer->strKey != strKey || !transfer->job)
                 continue;
-            // Kept alive by the job's handlers: the cancel of a waiting job ends it at once.
+            // A copy: cancelling a waiting job takes it out of the list being walked, at once.
             const std::shared_ptr<QueuedTransfer> keep = transfer;
             keep->bCancelled = true;
             keep->job->Cancel();
