@@ -992,6 +992,10 @@ Which version do you want to keep?</translation>
         <source>实时数据刷新间隔“%1”无效，已改为%2毫秒</source>
         <translation>Real-time refresh interval &quot;%1&quot; is not valid; using %2 ms</translation>
     </message>
+    <message>
+        <source>断开与机床（IP: %1）的连接，改为连接 %2</source>
+        <translation>Ending the connection to the machine (IP: %1) to connect to %2</translation>
+    </message>
 </context>
 <context>
     <name>MachineFileService</name>
@@ -1095,6 +1099,14 @@ Which version do you want to keep?</translation>
         <source>无法写入文件：%1</source>
         <translation>Could not write the file: %1</translation>
     </message>
+    <message>
+        <source>已取消上传文件：%1</source>
+        <translation>Upload cancelled: %1</translation>
+    </message>
+    <message>
+        <source>已取消下载文件：%1</source>
+        <translation>Download cancelled: %1</translation>
+    </message>
 </context>
 <context>
     <name>MachineListingSource</name>
@@ -1138,7 +1150,7 @@ Which version do you want to keep?</translation>
     </message>
     <message>
         <source>剩余</source>
-        <translation>Free</translation>
+        <translation>Time left</translation>
     </message>
     <message>
         <source>文件名称</source>
@@ -1598,6 +1610,22 @@ Which version do you want to keep?</translation>
         <source>时间</source>
         <translation>Time</translation>
     </message>
+    <message>
+        <source>已取消</source>
+        <translation>Cancelled</translation>
+    </message>
+    <message>
+        <source>取消传输</source>
+        <translation>Cancel transfer</translation>
+    </message>
+    <message>
+        <source>重新传输</source>
+        <translation>Retry transfer</translation>
+    </message>
+    <message>
+        <source>打开所在文件夹</source>
+        <translation>Open containing folder</translation>
+    </message>
 </context>
 <context>
     <name>TransProgressPainter</name>
@@ -1608,6 +1636,10 @@ Which version do you want to keep?</translation>
     <message>
         <source>传输成功</source>
         <translation>Done</translation>
+    </message>
+    <message>
+        <source>已取消</source>
+        <translation>Cancelled</translation>
     </message>
 </context>
 <context>

@@ -10,7 +10,10 @@
 #include <QUrl>
 
 namespace {
-constexpr qint64 kProgressIntervalMs = 100;
+// At most one report a second: the transfer list works a speed out of two reports and counts
+// whole seconds between them. A little over a second keeps the arrival gap on the owner's thread
+// from dropping below one second when delivery jitters, which would read as no speed at all.
+constexpr qint64 kProgressIntervalMs = 1050;
 constexpr int kLoginAttempts = 8;
 constexpr int kFirstBackOffMs = 100;
 constexpr int kMaxBackOffMs = 2000;

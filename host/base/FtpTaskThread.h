@@ -61,7 +61,7 @@ protected:
     bool CheckNewName(FtpSession& session, const QString& remotePath, QString* message,
                       QList<FtpFileInfo>* folder = nullptr) const;
     const FtpSettings& Settings() const { return m_settings; }
-    // Emits SignalTaskProgress at most about ten times a second, or always when bFinal.
+    // Emits SignalTaskProgress for the first bytes, then at most once a second, and always when bFinal.
     void ReportProgress(qint64 done, qint64 total, bool bFinal = false);
 
 private:

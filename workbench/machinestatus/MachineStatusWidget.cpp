@@ -385,6 +385,7 @@ void MachineStatusWidget::SetBadgeLook(const QString& key, const QString& text, 
 
 void MachineStatusWidget::StartStaleWatch(const QString& sn, int milliseconds)
 {
+    m_strSn = sn;
     m_pUi->LabelSN->setText(QStringLiteral("SN:%1").arg(sn));
     m_lastRecordTime = QDateTime::currentDateTime();
     m_pStaleTimer->setInterval(std::max(1, milliseconds));
@@ -404,19 +405,22 @@ void MachineStatusWidget::ShowStale()
 
 void MachineStatusWidget::SetRealTimeData(const StructRealTimeData& record)
 {
-    // A record without a serial number is a failed delivery: it does not prove the
-    // machine is answering, so it neither refreshes the data's age nor clears the stale look.
-    const bool answered = !record.sn.isEmpty();
-    if (answered) {
-        m_bStale = false;
-        m_lastRecordTime = QDateTime::currentDateTime();
-        m_pUi->BtnCNCStatus->setToolTip(QString());
-        // Re-armed after every answer, also after a stale spell: the next silence must show too.
-        if (m_bStaleWatch)
-            m_pStaleTimer->start();
-    }
+    // A failed delivery does not prove the machine is answering: it neither refreshes the
+    // data's age nor clears the stale look, and it carries no values worth showing.
+    if (record.sn.isEmpty())
+        return;
+    m_bStale = false;
+    m_lastRecordTime = QDateTime::currentDateTime();
+    m_pUi->BtnCNCStatus->setToolTip(QString());
+    // Re-armed after every answer, also after a stale spell: the next silence must show too.
+    if (m_bStaleWatch)
+        m_pStaleTimer->start();
+    ShowRecord(record);
+}
 
-    m_pUi->LabelSN->setText(QStringLiteral("SN:%1").arg(record.sn));
+void MachineStatusWidget::ShowRecord(const StructRealTimeData& record)
+{
+    m_pUi->LabelSN->setText(QStringLiteral("SN:%1").arg(m_strSn.isEmpty() ? record.sn : m_strSn));
     m_pUi->LabelSNTime->setText(RunTimeText(record.runTime));
     if (m_bStale)
         ShowStale();
@@ -539,13 +543,14 @@ void MachineStatusWidget::ShowOffline()
     m_pStaleTimer->stop();
     m_bStaleWatch = false;
     m_bStale = false;
+    m_strSn.clear();
     m_lastRecordTime = QDateTime();
     m_pUi->BtnCNCStatus->setToolTip(QString());
     m_pUi->LabelTemperature->setText(QStringLiteral("%1 °C").arg(QStringLiteral("-------")));
     StructRealTimeData empty;
     empty.load = QList<double>(7, 0.0);
     empty.toolInfo.toolNo = -1;
-    SetRealTimeData(empty);
+    ShowRecord(empty);
     SetBadge(QStringLiteral("offline"));
     m_pUi->LabelSN->setText(tr("设备未连接"));
 }

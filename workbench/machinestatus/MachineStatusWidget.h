@@ -35,6 +35,8 @@ public:
     explicit MachineStatusWidget(QWidget* parent = nullptr);
     ~MachineStatusWidget() override;
 
+    // A record of a failed or timed-out poll (no serial number) changes nothing: the last good
+    // values stay, under the stale badge once no good record came for a while.
     void SetRealTimeData(const StructRealTimeData& record);
     // Only the coordinate tables and the 3D view.
     void SetCoordinateData(const StructRealTimeData& record);
@@ -70,6 +72,7 @@ private:
     void SetBadge(const QString& key);
     void SetBadgeLook(const QString& key, const QString& text, const QString& icon);
     void ShowStale();
+    void ShowRecord(const StructRealTimeData& record);
     void SetTable(QTableWidget* table, const Pose6Dof& position, const Pose6Dof& toGo);
     void SetLoads(const QList<double>& loads);
     void SetTool(const StructToolInfo& tool);
@@ -87,4 +90,5 @@ private:
     bool m_bStaleWatch = false; // between StartStaleWatch() and ShowOffline()
     QString m_strBadgeKey;
     QDateTime m_lastRecordTime;
+    QString m_strSn; // the connection's, shown whatever the records say
 };

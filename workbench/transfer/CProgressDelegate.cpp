@@ -41,7 +41,7 @@ bool CProgressDelegate::editorEvent(QEvent* event, QAbstractItemModel* model, co
         const auto* mouse = static_cast<QMouseEvent*>(event);
         const QVariant value = index.data(InfoRole);
         if (mouse->button() == Qt::LeftButton && HoldsInfo(value) &&
-            value.value<TanslateInfo>().state == TanslateInfo::StateFailed &&
+            TanslateInfo::IsRetryable(value.value<TanslateInfo>().state) &&
             TransProgressPainter::RestartIconRect(option.rect).contains(mouse->position().toPoint())) {
             emit SignalRestartClicked(index);
             return true;

@@ -6,7 +6,7 @@
 
 #include <QIcon>
 #include <QPushButton>
-#include <QScrollBar>
+#include <QTimer>
 
 TransInfo::TransInfo(QWidget* parent) : QWidget(parent), m_pUi(new Ui::TransInfo)
 {
@@ -35,9 +35,7 @@ TransInfo::TransInfo(QWidget* parent) : QWidget(parent), m_pUi(new Ui::TransInfo
     m_pUi->pushButton->setFlat(true);
     connect(m_pUi->pushButton, &QPushButton::clicked, m_pLogModel, &TransLogModel::ClearLog);
 
-    connect(view->verticalScrollBar(), &QScrollBar::valueChanged, this, &TransInfo::OnScrolled);
-    // A cleared log starts following again.
-    connect(m_pLogModel, &QAbstractItemModel::modelReset, this, [this] { m_bFollowNewest = true; });
+    view->installEventFilter(this);
 }
 
 TransInfo::~TransInfo()
@@ -53,11 +51,13 @@ QTableView* TransInfo::TableView() const
 void TransInfo::AddLog(const QString& strMessage, const QColor& color)
 {
     m_pLogModel->AddLog(strMessage, color);
-    if (m_bFollowNewest)
-        m_pUi->tableView->scrollToBottom();
+    m_pUi->tableView->scrollToBottom();
 }
 
-void TransInfo::OnScrolled(int iValue)
+bool TransInfo::eventFilter(QObject* watched, QEvent* event)
 {
-    m_bFollowNewest = iValue >= m_pUi->tableView->verticalScrollBar()->maximum();
+    // A hidden view scrolls against a stale size; once shown and laid out again, it catches up.
+    if (watched == m_pUi->tableView && (event->type() == QEvent::Show || event->type() == QEvent::Resize))
+        QTimer::singleShot(0, m_pUi->tableView, &QAbstractItemView::scrollToBottom);
+    return QWidget::eventFilter(watched, event);
 }

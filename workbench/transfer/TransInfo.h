@@ -10,8 +10,8 @@ namespace Ui {
 class TransInfo;
 }
 
-// The log pane: time-stamped coloured lines, the newest kept in view unless the user
-// has scrolled up to read older ones.
+// The log pane: time-stamped coloured lines, the newest brought into view on every append and
+// whenever the pane is shown again (a page switch) or changes size.
 class TransInfo final : public QWidget
 {
     Q_OBJECT
@@ -26,10 +26,10 @@ public:
 
     void AddLog(const QString& strMessage, const QColor& color);
 
-private:
-    void OnScrolled(int iValue);
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
+private:
     Ui::TransInfo* m_pUi = nullptr;
     TransLogModel* m_pLogModel = nullptr;
-    bool m_bFollowNewest = true;
 };

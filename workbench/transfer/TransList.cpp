@@ -10,6 +10,9 @@
 #include "ui_TransList.h"
 
 #include <QDebug>
+#include <QFileInfo>
+#include <QKeyEvent>
+#include <QMenu>
 #include <QResizeEvent>
 #include <QStandardItemModel>
 #include <algorithm>
@@ -51,6 +54,11 @@ QString SpeedText(double dSpeed)
 QString SpeedTextOf(const TanslateInfo& info, double dSpeed)
 {
     return info.state == TanslateInfo::StateWaiting ? TransList::tr("等待中") : SpeedText(dSpeed);
+}
+
+QString StateTimeText(const TanslateInfo& info, const QString& strTimeLeft)
+{
+    return info.state == TanslateInfo::StateCancelled ? TransList::tr("已取消") : strTimeLeft;
 }
 
 QString TimeLeftText(qint64 iSeconds)
@@ -119,7 +127,9 @@ void TransList::SetUpTable()
     for (int column = 0; column < ColumnCount; ++column)
         m_pModel->setHorizontalHeaderItem(column, new QStandardItem(headers.at(column)));
     m_pModel->horizontalHeaderItem(ColumnTime)->setTextAlignment(CentredAlignment);
-    view->setSelectionMode(QAbstractItemView::NoSelection);
+    // One current row, visibly marked, is what the Delete key and the row menu act on.
+    view->setSelectionMode(QAbstractItemView::SingleSelection);
+    view->setSelectionBehavior(QAbstractItemView::SelectRows);
     for (int column = ColumnFile; column <= ColumnMachinePath; ++column)
         m_pHeader->setSectionResizeMode(column, QHeaderView::Interactive);
     m_pHeader->setSectionResizeMode(ColumnTime, QHeaderView::Stretch);
@@ -137,6 +147,70 @@ void TransList::SetUpTable()
     m_pUi->m_btnAllPause->setFont(FontCn_13);
     m_pUi->m_btnAllClear->setFont(FontCn_13);
     view->viewport()->installEventFilter(this);
+    view->installEventFilter(this);
+    SetUpRowMenu();
+}
+
+void TransList::SetUpRowMenu()
+{
+    QTableView* view = m_pUi->m_tableView;
+    m_pRowMenu = new QMenu(this);
+    m_pActionCancel = m_pRowMenu->addAction(tr("取消传输"), this, &TransList::CancelCurrentRow);
+    m_pActionCancel->setShortcut(QKeySequence(Qt::Key_Delete));
+    m_pActionRetry = m_pRowMenu->addAction(tr("重新传输"), this, &TransList::RetryCurrentRow);
+    m_pActionOpenFolder = m_pRowMenu->addAction(tr("打开所在文件夹"), this, &TransList::OpenCurrentFolder);
+    view->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(view, &QWidget::customContextMenuRequested, this, &TransList::ShowRowMenu);
+}
+
+void TransList::ShowRowMenu(const QPoint& pos)
+{
+    QTableView* view = m_pUi->m_tableView;
+    const QModelIndex index = view->indexAt(pos);
+    if (!index.isValid())
+        return;
+    view->setCurrentIndex(index);
+    QString strKey;
+    const TanslateInfo info = CurrentInfo(&strKey);
+    m_pActionCancel->setEnabled(TanslateInfo::IsActive(info.state));
+    m_pActionRetry->setEnabled(TanslateInfo::IsRetryable(info.state));
+    m_pActionOpenFolder->setEnabled(!info.localPath.isEmpty());
+    // popup, not exec: the menu must not run a nested loop under the list's slots.
+    m_pRowMenu->popup(view->viewport()->mapToGlobal(pos));
+}
+
+TanslateInfo TransList::CurrentInfo(QString* strKey) const
+{
+    const QModelIndex current = m_pUi->m_tableView->currentIndex();
+    *strKey = current.isValid() ? KeyOfRow(current.row()) : QString();
+    if (strKey->isEmpty()) {
+        TanslateInfo none;
+        none.state = TanslateInfo::StateFailed;
+        return none;
+    }
+    return m_pModel->item(current.row(), ColumnProgress)->data(CProgressDelegate::InfoRole).value<TanslateInfo>();
+}
+
+void TransList::CancelCurrentRow()
+{
+    QString strKey;
+    if (TanslateInfo::IsActive(CurrentInfo(&strKey).state) && !strKey.isEmpty())
+        emit SignalCancelTransfer(strKey);
+}
+
+void TransList::RetryCurrentRow()
+{
+    QString strKey;
+    if (TanslateInfo::IsRetryable(CurrentInfo(&strKey).state) && !strKey.isEmpty())
+        emit SignalRestartTransfer(strKey);
+}
+
+void TransList::OpenCurrentFolder()
+{
+    QString strKey;
+    const TanslateInfo info = CurrentInfo(&strKey);
+    if (!info.localPath.isEmpty())
+        emit SignalOpenFolder(QFileInfo(info.localPath).absolutePath());
 }
 
 void TransList::SlotUpdateTransfer(const TanslateInfo& info, const QString& strKey)
@@ -180,7 +254,7 @@ void TransList::UpdateRow(const TanslateInfo& info, const QString& strKey, qint6
 
     QStandardItem* time = m_pModel->item(row, ColumnTime);
     if (info.state != TanslateInfo::StateSucceeded) {
-        time->setText(strTimeLeft);
+        time->setText(StateTimeText(info, strTimeLeft));
     } else {
         // The same words for both directions, as the host log has always had them.
         CDebugLog::AddLog(QStringLiteral("上传文件到机床完成：%1").arg(info.fileName));
@@ -207,7 +281,9 @@ void TransList::AddRow(const TanslateInfo& info, const QString& strKey, qint64 i
     progress->setData(QStringLiteral("0 s"), CProgressDelegate::TimeLeftTextRole);
     QStandardItem* machinePath = MakeItem(info.machinePath, true);
     QStandardItem* time =
-        MakeItem(info.state == TanslateInfo::StateSucceeded ? CompletionTimeText(iNow) : QStringLiteral("0 s"), true);
+        MakeItem(info.state == TanslateInfo::StateSucceeded ? CompletionTimeText(iNow)
+                                                            : StateTimeText(info, QStringLiteral("0 s")),
+                 true);
     time->setTextAlignment(CentredAlignment);
     m_pModel->appendRow({file, progress, machinePath, time});
 
@@ -232,12 +308,9 @@ void TransList::on_m_btnAllClear_clicked()
 
 void TransList::OnRestartClicked(const QModelIndex& index)
 {
-    for (auto it = m_mapKeyRow.cbegin(); it != m_mapKeyRow.cend(); ++it) {
-        if (it.value() == index.row()) {
-            emit SignalRestartTransfer(it.key());
-            return;
-        }
-    }
+    const QString strKey = KeyOfRow(index.row());
+    if (!strKey.isEmpty())
+        emit SignalRestartTransfer(strKey);
 }
 
 void TransList::resizeEvent(QResizeEvent* event)
@@ -252,6 +325,11 @@ bool TransList::eventFilter(QObject* watched, QEvent* event)
     // shown (children get their size after the parent) and when the vertical scroll bar comes or goes.
     if (watched == m_pUi->m_tableView->viewport() && event->type() == QEvent::Resize)
         FitColumnsToViewport();
+    if (watched == m_pUi->m_tableView && event->type() == QEvent::KeyPress &&
+        static_cast<QKeyEvent*>(event)->key() == Qt::Key_Delete) {
+        CancelCurrentRow();
+        return true;
+    }
     return QWidget::eventFilter(watched, event);
 }
 

@@ -9,6 +9,8 @@
 class CFileNameDelegate;
 class CProgressDelegate;
 class CTransHeaderView;
+class QAction;
+class QMenu;
 class QStandardItem;
 class QStandardItemModel;
 class QTableView;
@@ -18,7 +20,9 @@ class TransList;
 }
 
 // The table of transfers: one row per transfer key, updated from every report with the
-// speed and the time left worked out from the previous report of the same key.
+// speed and the time left worked out from the previous report of the same key. A row's menu
+// (and the Delete key for the current row) asks to cancel, retry or open the local folder;
+// the list only asks, the owner of the transfers decides.
 class TransList final : public QWidget
 {
     Q_OBJECT
@@ -40,6 +44,8 @@ public:
     QStandardItemModel* Model() const { return m_pModel; }
     QTableView* TableView() const;
     int RowOfKey(const QString& strKey) const { return m_mapKeyRow.value(strKey, -1); }
+    QString KeyOfRow(int row) const { return m_mapKeyRow.key(row); }
+    QMenu* RowMenu() const { return m_pRowMenu; }
     void SetClock(TransferClock clock);
 
     // Empties the list and forgets every key, so a later report of a known key starts a new row.
@@ -51,6 +57,10 @@ public Q_SLOTS:
 Q_SIGNALS:
     // The user asked to run the failed transfer of this key again.
     void SignalRestartTransfer(const QString& strKey);
+    // The user asked to stop the running or waiting transfer of this key.
+    void SignalCancelTransfer(const QString& strKey);
+    // The user asked to see the local folder of a transfer's file.
+    void SignalOpenFolder(const QString& strFolder);
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -64,6 +74,13 @@ private:
     void AddRow(const TanslateInfo& info, const QString& strKey, qint64 iNow);
     void UpdateRow(const TanslateInfo& info, const QString& strKey, qint64 iNow);
     void OnRestartClicked(const QModelIndex& index);
+    void SetUpRowMenu();
+    void ShowRowMenu(const QPoint& pos);
+    // The report shown in the current row; state failed with an empty key when there is none.
+    TanslateInfo CurrentInfo(QString* strKey) const;
+    void CancelCurrentRow();
+    void RetryCurrentRow();
+    void OpenCurrentFolder();
     void FitColumnsToViewport();
 
     Ui::TransList* m_pUi = nullptr;
@@ -72,6 +89,10 @@ private:
     CProgressDelegate* m_pProgressDelegate = nullptr;
     CFileNameDelegate* m_pFileNameDelegate = nullptr;
     CFileNameDelegate* m_pMachinePathDelegate = nullptr;
+    QMenu* m_pRowMenu = nullptr;
+    QAction* m_pActionCancel = nullptr;
+    QAction* m_pActionRetry = nullptr;
+    QAction* m_pActionOpenFolder = nullptr;
     QHash<QString, int> m_mapKeyRow;
     QHash<QString, qint64> m_mapKeyLastBytes;
     QHash<QString, qint64> m_mapKeyLastTime;

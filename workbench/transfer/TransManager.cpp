@@ -24,6 +24,8 @@ void TransManager::BuildPanes()
     m_pTransList = new TransList(this);
     m_pTransInfo = new TransInfo(this);
     connect(m_pTransList, &TransList::SignalRestartTransfer, this, &TransManager::SignalRestartTransfer);
+    connect(m_pTransList, &TransList::SignalCancelTransfer, this, &TransManager::SignalCancelTransfer);
+    connect(m_pTransList, &TransList::SignalOpenFolder, this, &TransManager::SignalOpenFolder);
 
     m_pSplitter = new QSplitter(Qt::Horizontal, this);
     m_pSplitter->setHandleWidth(1);

@@ -25,8 +25,10 @@ public:
     void ClearTransList();
 
 Q_SIGNALS:
-    // Forwarded from the list: the user asked to retry the failed transfer of this key.
+    // Forwarded from the list: retry, cancel, or show the local folder of a row.
     void SignalRestartTransfer(const QString& strKey);
+    void SignalCancelTransfer(const QString& strKey);
+    void SignalOpenFolder(const QString& strFolder);
 
 protected:
     void resizeEvent(QResizeEvent* event) override;

@@ -10,6 +10,7 @@ const QColor BarFillColor(3, 151, 96);
 const QColor SpeedTextColor(51, 51, 51);
 const QColor FailedColor(209, 63, 63);
 const QColor SucceededColor(3, 151, 96);
+const QColor CancelledColor(128, 128, 128);
 constexpr int CellHeight = 24;
 constexpr int BarLeftMargin = 10;
 constexpr int BarTopMargin = 6;
@@ -74,6 +75,11 @@ void TransProgressPainter::Paint(QPainter* painter, const QRect& cell, const Tan
     case TanslateInfo::StateFailed:
         painter->setPen(FailedColor);
         painter->drawText(StateTextRect(cell), Qt::AlignCenter, tr("传输失败"));
+        m_iconRestart.paint(painter, RestartIconRect(cell), Qt::AlignRight | Qt::AlignVCenter);
+        break;
+    case TanslateInfo::StateCancelled:
+        painter->setPen(CancelledColor);
+        painter->drawText(StateTextRect(cell), Qt::AlignCenter, tr("已取消"));
         m_iconRestart.paint(painter, RestartIconRect(cell), Qt::AlignRight | Qt::AlignVCenter);
         break;
     case TanslateInfo::StateSucceeded:

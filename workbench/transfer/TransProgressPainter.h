@@ -10,7 +10,7 @@
 class QPainter;
 
 // Draws one cell of the progress column: a bar with the speed beside it while a transfer
-// runs, or the outcome text (with a restart icon after a failure). Works on any QPainter,
+// runs, or the outcome text (with a restart icon after a failure or a cancel). Works on any QPainter,
 // so the drawing can be checked in an image.
 class TransProgressPainter final
 {

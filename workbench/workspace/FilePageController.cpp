@@ -22,9 +22,11 @@
 #include <QAction>
 #include <QClipboard>
 #include <QDebug>
+#include <QDesktopServices>
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QMimeData>
+#include <QUrl>
 
 namespace {
 constexpr int RealTimeStatusRunning = 1;
@@ -74,6 +76,10 @@ void FilePageController::ConnectRequests()
         files->MakeDir(connection->Endpoint(), path, RequestOrigin::FilePage);
     });
     connect(m_parts.transManager, &TransManager::SignalRestartTransfer, files, &MachineFileService::Retry);
+    connect(m_parts.transManager, &TransManager::SignalCancelTransfer, files, &MachineFileService::Cancel);
+    // The desktop's file browser opens on its own; nothing here waits for it.
+    connect(m_parts.transManager, &TransManager::SignalOpenFolder, this,
+            [](const QString& folder) { QDesktopServices::openUrl(QUrl::fromLocalFile(folder)); });
     // One question per batch, whatever way the batch was asked for.
     QWidget* window = m_parts.window;
     files->SetOverwriteAsker([window](const QList<OverwriteEntry>& entries, std::function<void(bool)> answer) {
@@ -144,9 +150,13 @@ void FilePageController::ConnectConnection()
         if (manager->IsConnected())
             manager->SetMachineDisconnected();
     });
-    connect(connection, &MachineConnection::SignalRealTimeData, files, [files](bool, const StructRealTimeData& record) {
-        files->SetRunningProgram(record.status == RealTimeStatusRunning ? record.program.name : QString());
-    });
+    connect(connection, &MachineConnection::SignalRealTimeData, files,
+            [files](bool ok, const StructRealTimeData& record) {
+                // A failed poll says nothing about the program: forgetting it would let its file be overwritten.
+                if (!ok || record.sn.isEmpty())
+                    return;
+                files->SetRunningProgram(record.status == RealTimeStatusRunning ? record.program.name : QString());
+            });
 }
 
 void FilePageController::ConnectFolderSync()

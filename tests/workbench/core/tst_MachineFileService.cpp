@@ -361,6 +361,46 @@ private Q_SLOTS:
         QCOMPARE(cut.count(), ok ? 1 : 0);
     }
 
+    void cancelFromTheRowEndsItCancelled_data()
+    {
+        QTest::addColumn<bool>("waiting");
+        QTest::newRow("running cut") << false;
+        QTest::newRow("waiting cut") << true;
+    }
+
+    void cancelFromTheRowEndsItCancelled()
+    {
+        QFETCH(bool, waiting);
+        m_files->SetMaxTransfers(1);
+        QSignalSpy rows(m_files.get(), &MachineFileService::SignalTransferUpdated);
+        QSignalSpy cuts(m_files.get(), &MachineFileService::SignalCutSucceeded);
+        m_files->Transfer(Machine(), {UploadItem(QStringLiteral("first.nc"))}, RequestOrigin::FilePage);
+        TransferItem cut = UploadItem(QStringLiteral("a.nc"));
+        cut.operation = OperationCut;
+        const std::shared_ptr<Outcome> cutDone = Watch(m_files->Transfer(Machine(), {cut}, RequestOrigin::FilePage));
+        QTRY_COMPARE(m_files->WaitingCount(), 1);
+        if (!waiting) {
+            m_factory->Running(QStringLiteral("upload")).first()->End(true);
+            QTRY_COMPARE(m_files->WaitingCount(), 0);
+            QTRY_VERIFY(
+                m_factory->Running(QStringLiteral("upload")).first()->m_strPath.endsWith(QStringLiteral("a.nc")));
+        }
+        const QString key = rows.last().at(1).toString();
+        QVERIFY(key.endsWith(QStringLiteral("/nc/a.nc*Upload")));
+        QVERIFY(!m_files->Cancel(QStringLiteral("ftp://127.0.0.1:21/nc/none.nc*Upload")));
+        QVERIFY(m_files->Cancel(key));
+        QCOMPARE(ResultOf(cutDone), MachineJob::Result::Cancelled);
+        const TanslateInfo last = rows.last().at(0).value<TanslateInfo>();
+        QCOMPARE(rows.last().at(1).toString(), key);
+        QCOMPARE(last.state, int(TanslateInfo::StateCancelled));
+        QCOMPARE(last.localPath, cut.strLocalPath);
+        QVERIFY(QFile::exists(cut.strLocalPath));
+        QCOMPARE(cuts.count(), 0);
+        QVERIFY(!m_files->Cancel(key));
+        // A cancelled row is sent again like a failed one.
+        QCOMPARE(m_files->Retry(key)->GetResult(), MachineJob::Result::Running);
+    }
+
     void compositeResults()
     {
         auto* composite = new CompositeJob;

@@ -187,6 +187,9 @@ void TestMachineStatusWidget::staleDataAndAlarm()
     StructRealTimeData data = Record();
     data.status = 2;
     data.alarm = QStringLiteral("X轴伺服报警：跟随误差过大");
+    data.feed = 3000;
+    data.feedRate = 90;
+    data.MCS.x = 12.5;
     m_page->SetRealTimeData(data);
     auto* alarm = Find<QLabel>("LabelAlarm");
     QVERIFY(!alarm->isHidden());
@@ -195,8 +198,16 @@ void TestMachineStatusWidget::staleDataAndAlarm()
     // No answer for the interval: the badge says so, also when a failed delivery comes.
     QTRY_VERIFY(m_page->IsStale());
     QVERIFY(Badge()->text().startsWith(QStringLiteral("数据已过期")));
-    m_page->SetRealTimeData(StructRealTimeData());
+    // A failed or timed-out poll keeps the last good values under the badge.
+    StructRealTimeData failed;
+    failed.toolInfo.toolNo = -1;
+    m_page->SetRealTimeData(failed);
     QVERIFY(Badge()->text().startsWith(QStringLiteral("数据已过期")));
+    QCOMPARE(Text("LabelSN"), QStringLiteral("SN:PB01SIM0001"));
+    QCOMPARE(Text("DeviceFValue"), QStringLiteral("3000.00"));
+    QCOMPARE(Find<MachineStatusRingGauge>("DeviceFRing")->Value(), 90);
+    QCOMPARE(Text("CutterLabelNumber"), QStringLiteral("#2"));
+    QCOMPARE(m_page->View3D()->MachinePos().x, 12.5);
 
     data.status = 1;
     data.alarm.clear();

@@ -2,7 +2,9 @@
 #include "transfer/TransList.h"
 #include "transfer/TransProgressPainter.h"
 
+#include <QAction>
 #include <QHeaderView>
+#include <QMenu>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QStandardItemModel>
@@ -42,6 +44,7 @@ private Q_SLOTS:
     void columnWidthsFollowResize_data();
     void columnWidthsFollowResize();
     void restartIconOfFailedRowEmitsKey();
+    void rowMenuAndDeleteKeyFollowTheRowState();
     void reportTravelsThroughQueuedSignal();
 
 private:
@@ -210,6 +213,46 @@ void TransListTest::restartIconOfFailedRowEmitsKey()
     QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, icon.center());
     QCOMPARE(restart.count(), 1);
     QCOMPARE(restart.at(0).at(0).toString(), failedKey);
+}
+
+void TransListTest::rowMenuAndDeleteKeyFollowTheRowState()
+{
+    const QString cancelledKey = QStringLiteral("ftp://192.168.1.20:21/prog/b.nc*Download");
+    m_pList->SlotUpdateTransfer(Report(10, 100), Key);
+    TanslateInfo cancelled = Report(10, 100, TanslateInfo::StateCancelled);
+    cancelled.localPath = QStringLiteral("/home/op/parts/b.nc");
+    m_pList->SlotUpdateTransfer(cancelled, cancelledKey);
+    QCOMPARE(Text(1, TransList::ColumnTime), TransList::tr("已取消"));
+    m_pList->resize(900, 240);
+    m_pList->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_pList.get()));
+    QSignalSpy cancel(m_pList.get(), &TransList::SignalCancelTransfer);
+    QSignalSpy restart(m_pList.get(), &TransList::SignalRestartTransfer);
+    QSignalSpy folder(m_pList.get(), &TransList::SignalOpenFolder);
+    QTableView* view = m_pList->TableView();
+    const QList<QAction*> actions = m_pList->RowMenu()->actions(); // cancel, retry, open folder
+
+    // Delete cancels the current row only while it runs.
+    view->setCurrentIndex(m_pList->Model()->index(1, TransList::ColumnFile));
+    QTest::keyClick(view, Qt::Key_Delete);
+    QCOMPARE(cancel.count(), 0);
+    view->setCurrentIndex(m_pList->Model()->index(0, TransList::ColumnFile));
+    QTest::keyClick(view, Qt::Key_Delete);
+    QCOMPARE(cancel.count(), 1);
+    QCOMPARE(cancel.at(0).at(0).toString(), Key);
+
+    // The menu acts on the row it was opened over.
+    const QPoint cancelledRow = view->visualRect(m_pList->Model()->index(1, TransList::ColumnFile)).center();
+    emit view->customContextMenuRequested(cancelledRow);
+    QVERIFY(!actions.at(0)->isEnabled());
+    QVERIFY(actions.at(1)->isEnabled());
+    actions.at(1)->trigger();
+    actions.at(2)->trigger();
+    m_pList->RowMenu()->close();
+    QCOMPARE(restart.count(), 1);
+    QCOMPARE(restart.at(0).at(0).toString(), cancelledKey);
+    QCOMPARE(folder.count(), 1);
+    QCOMPARE(folder.at(0).at(0).toString(), QStringLiteral("/home/op/parts"));
 }
 
 void TransListTest::reportTravelsThroughQueuedSignal()

@@ -13,7 +13,12 @@ struct TanslateInfo
         StateSucceeded = 1,
         StateRunning = 2,
         StateWaiting = 3,
+        StateCancelled = 4, // stopped by the user; retried like a failure
     };
+
+    // A row that may still be cancelled, and one that may be sent again.
+    static bool IsActive(int state) { return state == StateRunning || state == StateWaiting; }
+    static bool IsRetryable(int state) { return state == StateFailed || state == StateCancelled; }
 
     double totalSize = 0;
     double doneSize = 0;
@@ -21,11 +26,13 @@ struct TanslateInfo
     bool direction = false; // true: towards the local computer (left arrow)
     int state = StateRunning;
     QString machinePath;
+    QString localPath; // the file on this computer, for opening its folder
 
     friend bool operator==(const TanslateInfo& a, const TanslateInfo& b)
     {
         return a.totalSize == b.totalSize && a.doneSize == b.doneSize && a.fileName == b.fileName &&
-               a.direction == b.direction && a.state == b.state && a.machinePath == b.machinePath;
+               a.direction == b.direction && a.state == b.state && a.machinePath == b.machinePath &&
+               a.localPath == b.localPath;
     }
     friend bool operator!=(const TanslateInfo& a, const TanslateInfo& b) { return !(a == b); }
 };

@@ -95,6 +95,13 @@ void MachineConnection::SetState(State state)
 quint64 MachineConnection::BeginAttempt(const QString& ip, const QString& sn)
 {
     if (m_eState != State::Disconnected) {
+        // Said before the attempt: if the new address is wrong, the user still learns why the
+        // machine that worked is gone.
+        if (m_eState == State::Connected || m_eState == State::Degraded) {
+            const QString text = tr("断开与机床（IP: %1）的连接，改为连接 %2").arg(m_strIp, ip);
+            CDebugLog::AddLog(text);
+            Q_EMIT SignalAppendLog(text, LogColors::Warning);
+        }
         TearDown();
         Q_EMIT SignalOffline();
     }

@@ -53,7 +53,8 @@ struct MachineFileService::QueuedTransfer
     TransferItem item;
     QString strUrl;
     QString strKey;
-    bool bSilent = false; // a private fetch: no row, no log line
+    bool bSilent = false;    // a private fetch: no row, no log line
+    bool bCancelled = false; // the user stopped it from its row
     QPointer<TaskJob> job;
     TransferActivity::Hold hold;
 
@@ -327,8 +328,11 @@ void MachineFileService::Enqueue(const MachineEndpoint& endpoint, const QList<Tr
                 [this, transfer](bool ok, const QString& message) { OnTransferEnded(transfer, ok, message); });
         connect(transfer->job, &TaskJob::SignalCancelledWaiting, this, [this, transfer]() {
             m_listWaiting.removeAll(transfer);
-            if (!transfer->bSilent)
-                Report(*transfer, TanslateInfo::StateFailed, 0, 0);
+            if (!transfer->bSilent) {
+                Report(*transfer, transfer->bCancelled ? TanslateInfo::StateCancelled : TanslateInfo::StateFailed, 0,
+                       0);
+                m_hashFailed.insert(transfer->strKey, transfer->item);
+            }
             transfer->hold.reset();
             if (!IsBusy())
                 AfterLastTransfer();
@@ -387,22 +391,30 @@ void MachineFileService::OnTransferEnded(const std::shared_ptr<QueuedTransfer>& 
     if (ok && bUpload && !m_bNavigationWaiting)
         Q_EMIT SignalUploaded(item.strMachinePath);
     const qint64 size = QFileInfo(item.strLocalPath).size();
-    Report(*transfer, ok ? TanslateInfo::StateSucceeded : TanslateInfo::StateFailed, ok ? size : 0, size);
+    // A task that completed before the stop reached it has succeeded all the same.
+    const bool bCancelled = !ok && transfer->bCancelled;
+    Report(*transfer,
+           ok ? TanslateInfo::StateSucceeded : (bCancelled ? TanslateInfo::StateCancelled : TanslateInfo::StateFailed),
+           ok ? size : 0, size);
     const QString name = transfer->DisplayName();
-    if (bUpload) {
+    if (bCancelled)
+        Q_EMIT SignalAppendLog((bUpload ? tr("已取消上传文件：%1") : tr("已取消下载文件：%1")).arg(name),
+                               LogColors::Warning);
+    else if (bUpload)
         Q_EMIT SignalAppendLog((ok ? tr("上传文件完成：%1") : tr("上传文件失败：%1")).arg(name),
                                ok ? LogColors::Plain : LogColors::Failure);
+    else
+        Q_EMIT SignalAppendLog((ok ? tr("下载文件完成：%1") : tr("下载文件失败：%1")).arg(name),
+                               ok ? LogColors::Plain : LogColors::Failure);
+    if (bUpload) {
         CDebugLog::AddLog(QStringLiteral("FTP上传文件result：%1，operation %2").arg(ok).arg(item.operation));
         if (item.operation == OperationCut)
             FinishCut(*transfer, ok);
-    } else {
-        Q_EMIT SignalAppendLog((ok ? tr("下载文件完成：%1") : tr("下载文件失败：%1")).arg(name),
-                               ok ? LogColors::Plain : LogColors::Failure);
-        if (ok)
-            Q_EMIT SignalDownloaded(item.strLocalPath);
+    } else if (ok) {
+        Q_EMIT SignalDownloaded(item.strLocalPath);
     }
     // The reason, so that the operator can tell a full disk from a lost machine.
-    if (!ok && !message.isEmpty()) {
+    if (!ok && !bCancelled && !message.isEmpty()) {
         CDebugLog::AddLog(message);
         Q_EMIT SignalAppendLog(message, LogColors::Failure);
     }
@@ -488,6 +500,7 @@ void MachineFileService::Report(const QueuedTransfer& transfer, int state, qint6
     info.direction = !transfer.item.bUpload;
     info.state = state;
     info.machinePath = transfer.item.strMachinePath;
+    info.localPath = transfer.item.strLocalPath;
     Q_EMIT SignalTransferUpdated(info, transfer.strKey);
 }
 
@@ -521,6 +534,22 @@ MachineJob* MachineFileService::Fetch(const MachineEndpoint& endpoint, const QSt
     auto* batch = new CompositeJob(this);
     Enqueue(endpoint, {TransferItem{false, localPath, machinePath, OperationCopy}}, batch, true);
     return batch;
+}
+
+bool MachineFileService::Cancel(const QString& strKey)
+{
+    for (const QList<std::shared_ptr<QueuedTransfer>>* list : {&m_listRunning, &m_listWaiting}) {
+        for (const std::shared_ptr<QueuedTransfer>& transfer : *list) {
+            if (transfer->bSilent || transfer->strKey != strKey || !transfer->job)
+                continue;
+            // A copy: cancelling a waiting job takes it out of the list being walked, at once.
+            const std::shared_ptr<QueuedTransfer> keep = transfer;
+            keep->bCancelled = true;
+            keep->job->Cancel();
+            return true;
+        }
+    }
+    return false;
 }
 
 void MachineFileService::StopAll()

@@ -82,6 +82,10 @@ public:
     MachineJob* UploadAutoCamFiles(const QVariant& fileData, const QString& filePath, const QString& modelName);
     // Runs the failed transfer of a row again, through the checks of a new request.
     MachineJob* Retry(const QString& strKey);
+    // Stops the running or waiting transfer of a row; its row ends cancelled, ready for a retry.
+    // A stopped upload leaves no temporary file behind and a cut keeps its source. False when
+    // no transfer of that row runs or waits.
+    bool Cancel(const QString& strKey);
     // The machine went away: every transfer stops and its row ends failed, ready for a retry.
     void StopAll();
     // A machine-panel navigation: now when idle, else once the last transfer ended.
