@@ -5,6 +5,7 @@
 #include "BenchSupport.h"
 
 #include <CVarnokMessageBox.h>
+#include <FolderSync.h>
 #include <KorvBaseGlobals.h>
 #include <QApplication>
 #include <QDir>
@@ -14,7 +15,6 @@
 #include <cstdio>
 #include <filepanel/FileManager.h>
 #include <filepanel/FileSelectPanel.h>
-#include <FolderSync.h>
 #include <workspace/Workspace.h>
 
 namespace {

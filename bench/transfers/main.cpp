@@ -8,6 +8,8 @@
 
 #include <FtpSettings.h>
 #include <KorvBaseGlobals.h>
+#include <MachineFileService.h>
+#include <MachineJob.h>
 #include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
@@ -16,8 +18,6 @@
 #include <cstdio>
 #include <filepanel/FileManager.h>
 #include <functional>
-#include <MachineFileService.h>
-#include <MachineJob.h>
 #include <workspace/Workspace.h>
 
 namespace {
@@ -31,8 +31,8 @@ double TimeTransfers(Workspace& workspace, bool bUpload, const QStringList& name
         items.append({bUpload, QDir(localDir).filePath(name), QStringLiteral("/ours/") + name, OperationCopy});
     QElapsedTimer clock;
     clock.start();
-    MachineJob* job = workspace.FileService()->Transfer(workspace.Connection()->Endpoint(), items,
-                                                        RequestOrigin::FilePage);
+    MachineJob* job =
+        workspace.FileService()->Transfer(workspace.Connection()->Endpoint(), items, RequestOrigin::FilePage);
     bool bDone = false;
     bool bOk = false;
     QObject::connect(job, &MachineJob::SignalResult, [&](MachineJob* ended) {

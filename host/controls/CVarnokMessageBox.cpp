@@ -4,12 +4,12 @@
 #include "KorvFonts.h"
 
 #include <QCheckBox>
+#include <QCoreApplication>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPushButton>
-#include <QCoreApplication>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -258,9 +258,8 @@ void CVarnokMessageBox::Open(QWidget* parent, const StructMsgBoxRequest& request
     box->open();
 }
 
-void CVarnokMessageBox::Open(QWidget* parent, int buttons, EnumMsgIcon icon, const QString& title,
-                             const QString& text, const QMap<EnumMsgButtonFunction, QString>& buttonTexts,
-                             std::function<void(int)> onAnswer)
+void CVarnokMessageBox::Open(QWidget* parent, int buttons, EnumMsgIcon icon, const QString& title, const QString& text,
+                             const QMap<EnumMsgButtonFunction, QString>& buttonTexts, std::function<void(int)> onAnswer)
 {
     StructMsgBoxRequest request = MakeRequest(buttons, icon, title, text);
     request.mapButtonTexts = buttonTexts;

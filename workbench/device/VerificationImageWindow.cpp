@@ -2,8 +2,8 @@
 
 #include "AccountRequest.h"
 #include "CNetLoginTask.h"
-#include "ui_VerificationImageWindow.h"
 #include "WorkPool.h"
+#include "ui_VerificationImageWindow.h"
 
 #include <QCloseEvent>
 #include <QJsonObject>
@@ -98,7 +98,8 @@ void VerificationImageWindow::on_changeBtn_clicked()
     ui->hintLabel->hide();
     ui->verificationImageLabel->clear();
     ui->verificationImageLabel->setText(tr("正在获取验证码图片..."));
-    m_watcher.setFuture(QtConcurrent::run(WorkPool::Instance(), &VerificationImageWindow::Fetch, m_strNationCode, m_strMobile));
+    m_watcher.setFuture(
+        QtConcurrent::run(WorkPool::Instance(), &VerificationImageWindow::Fetch, m_strNationCode, m_strMobile));
 }
 
 void VerificationImageWindow::closeEvent(QCloseEvent* event)

@@ -61,9 +61,10 @@ void FilePageController::ConnectRequests()
     MachineFileService* files = m_parts.files;
     MachineConnection* connection = m_parts.connection;
     const MachineFileRequests* requests = m_parts.fileManager->Requests();
-    connect(requests, &MachineFileRequests::SignalTransfer, files, [files, connection](const QList<TransferItem>& items) {
-        files->Transfer(connection->Endpoint(), items, RequestOrigin::FilePage);
-    });
+    connect(requests, &MachineFileRequests::SignalTransfer, files,
+            [files, connection](const QList<TransferItem>& items) {
+                files->Transfer(connection->Endpoint(), items, RequestOrigin::FilePage);
+            });
     connect(requests, &MachineFileRequests::SignalDelete, files,
             [files, connection](const QStringList& fileList, const QStringList& folders) {
                 files->Delete(connection->Endpoint(), fileList, folders, RequestOrigin::FilePage);
@@ -137,11 +138,12 @@ void FilePageController::ConnectConnection()
     MachineFileService* files = m_parts.files;
     FileManager* manager = m_parts.fileManager;
     connect(connection, &MachineConnection::SignalEndpointChanged, files, &MachineFileService::SetEndpoint);
-    connect(connection, &MachineConnection::SignalConnected, this, [this, manager](const QString& ip, const QString& sn) {
-        m_pFolderSync->StopSyncAndRestoreState();
-        m_parts.toolPage->SetEnabled(ToolPage::ActionFolderSync, true);
-        manager->SetMachineConnected(ip, sn);
-    });
+    connect(connection, &MachineConnection::SignalConnected, this,
+            [this, manager](const QString& ip, const QString& sn) {
+                m_pFolderSync->StopSyncAndRestoreState();
+                m_parts.toolPage->SetEnabled(ToolPage::ActionFolderSync, true);
+                manager->SetMachineConnected(ip, sn);
+            });
     connect(connection, &MachineConnection::SignalOffline, this, [this, files, manager]() {
         m_pFolderSync->StopSyncAndRestoreState();
         m_parts.toolPage->SetEnabled(ToolPage::ActionFolderSync, false);

@@ -21,8 +21,8 @@ QString Setting(const char* key)
 
 void Save(const char* key, const QString& value)
 {
-    CamBaseTextHelper::instance()->SetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal,
-                                                        QString::fromLatin1(key), value, false);
+    CamBaseTextHelper::instance()->SetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal, QString::fromLatin1(key),
+                                                        value, false);
 }
 } // namespace
 

@@ -35,7 +35,8 @@ QString OverwriteQuestion::Text(const QList<OverwriteEntry>& entries)
                                 Describe(entry.nNewSize, entry.newTime), Describe(entry.nOldSize, entry.oldTime)));
     }
     if (entries.size() > MaxListed)
-        details.append(QCoreApplication::translate("OverwriteQuestion", "……另有 %1 个文件").arg(entries.size() - MaxListed));
+        details.append(
+            QCoreApplication::translate("OverwriteQuestion", "……另有 %1 个文件").arg(entries.size() - MaxListed));
     return QCoreApplication::translate("OverwriteQuestion", "目标路径已包含同名文件：%1，是否覆盖？")
                .arg(names.join(QStringLiteral("、"))) +
            QStringLiteral("\n\n") + details.join(QLatin1Char('\n'));

@@ -1,8 +1,6 @@
 #include "Workspace.h"
 
 #include "BroadCastSender.h"
-#include "DeviceActions.h"
-#include "StatusPageController.h"
 #include "CDebugLog.h"
 #include "CSelectMachineBox.h"
 #include "CVarnokMessageBox.h"
@@ -10,10 +8,12 @@
 #include "CamBaseSignalHelper.h"
 #include "CamBaseTextHelper.h"
 #include "CompareTwoVersion.h"
+#include "DeviceActions.h"
 #include "FolderSync.h"
-#include "MachineFileService.h"
 #include "LogColors.h"
 #include "MachineConnection.h"
+#include "MachineFileService.h"
+#include "StatusPageController.h"
 #include "WorkbenchLog.h"
 #include "filepanel/FileManager.h"
 #include "machinestatus/MachineStatusWidget.h"
@@ -336,8 +336,8 @@ void Workspace::ConnectFilePage()
             [this]() { m_pToolPage->SetEnabled(ToolPage::ActionMachineStatus, true); });
     connect(this, &Workspace::SignalMachineOffline, this,
             [this]() { m_pToolPage->SetEnabled(ToolPage::ActionMachineStatus, false); });
-    m_pFilePage = new FilePageController(
-        {this, m_pConnection, m_pFiles, m_pFileManager, m_pTransManager, m_pToolPage}, this);
+    m_pFilePage =
+        new FilePageController({this, m_pConnection, m_pFiles, m_pFileManager, m_pTransManager, m_pToolPage}, this);
     connect(m_pFilePage, &FilePageController::SignalAppendLog, this, &Workspace::SlotAppendLog);
     connect(m_pFilePage, &FilePageController::SignalNotice, this, &Workspace::ShowNotice);
     connect(m_pFileManager, &FileManager::SignalAppendLog, this, &Workspace::SlotAppendLog);

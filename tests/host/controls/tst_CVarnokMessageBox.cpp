@@ -149,7 +149,9 @@ void tst_CVarnokMessageBox::openAnswersLaterWithoutALoop()
     no->click();
     QTRY_COMPARE(answer, int(MsgButtonNo));
 
-    CVarnokMessageBox::SetTestResponder([](const StructMsgBoxRequest&) { return StructMsgBoxAnswer{MsgButtonYes, false}; });
+    CVarnokMessageBox::SetTestResponder([](const StructMsgBoxRequest&) {
+        return StructMsgBoxAnswer{MsgButtonYes, false};
+    });
     CVarnokMessageBox::Open(nullptr, MsgButtonYes | MsgButtonNo, MsgIconWarning, QStringLiteral("提示"),
                             QStringLiteral("q"), {}, [&](int button) { answer = button; });
     QCOMPARE(answer, int(MsgButtonNo));

@@ -1,7 +1,7 @@
 #include "FtpNameRules.h"
 #include "FtpSettings.h"
-#include "SimWorkspaceFixture.h"
 #include "MachineFileService.h"
+#include "SimWorkspaceFixture.h"
 #include "workspace/Workspace.h"
 
 #include <QApplication>

@@ -4,6 +4,7 @@
 #include "FtpNameRules.h"
 #include "FtpSettings.h"
 #include "KorvBaseGlobals.h"
+#include "MachineFileService.h"
 #include "MachinePortMap.h"
 #include "SimFtpServer.h"
 #include "SimMachine.h"
@@ -17,7 +18,6 @@
 #include "transfer/TransList.h"
 #include "transfer/TransLogModel.h"
 #include "transfer/TransManager.h"
-#include "MachineFileService.h"
 #include "workspace/Workspace.h"
 
 #include <QApplication>

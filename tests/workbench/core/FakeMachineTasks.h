@@ -15,8 +15,7 @@ class FakeMachineTask final : public MachineTask
 public:
     FakeMachineTask(QString kind, QString path, QList<FtpFileInfo> entries = {})
         : m_strKind(std::move(kind)), m_strPath(std::move(path)), m_listEntries(std::move(entries))
-    {
-    }
+    {}
 
     void Start() override { m_bStarted = true; }
     void Stop() override;
@@ -41,7 +40,8 @@ public:
     MachineTask* Download(const MachineEndpoint&, const QString& machinePath, const QString& localPath) const override;
     MachineTask* DeleteFile(const MachineEndpoint&, const QString& path) const override;
     MachineTask* DeleteFolder(const MachineEndpoint&, const QString& path) const override;
-    MachineTask* DeleteItems(const MachineEndpoint&, const QStringList& files, const QStringList& folders) const override;
+    MachineTask* DeleteItems(const MachineEndpoint&, const QStringList& files,
+                             const QStringList& folders) const override;
     MachineTask* Rename(const MachineEndpoint&, const QString& oldPath, const QString& newPath) const override;
     MachineTask* MakeDir(const MachineEndpoint&, const QString& path) const override;
     MachineTask* List(const MachineEndpoint&, const QString& folder) const override;

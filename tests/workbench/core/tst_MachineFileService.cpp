@@ -37,7 +37,8 @@ struct Outcome
 std::shared_ptr<Outcome> Watch(MachineJob* job)
 {
     auto outcome = std::make_shared<Outcome>();
-    QObject::connect(job, &MachineJob::SignalResult, [outcome](MachineJob* ended) { outcome->result = ended->GetResult(); });
+    QObject::connect(job, &MachineJob::SignalResult,
+                     [outcome](MachineJob* ended) { outcome->result = ended->GetResult(); });
     return outcome;
 }
 
@@ -103,21 +104,51 @@ private Q_SLOTS:
         QTest::addColumn<QString>("request");
         QTest::addColumn<QString>("path");
         QTest::addColumn<bool>("refused");
-        QTest::newRow("bare name, delete that file") << "a.nc" << "delete-file" << "/x/a.nc" << true;
-        QTest::newRow("bare name, delete a folder") << "a.nc" << "delete-folder" << "/x" << false;
-        QTest::newRow("path, delete its folder") << "/x/a.nc" << "delete-folder" << "/x" << true;
-        QTest::newRow("path, delete the root") << "/x/a.nc" << "delete-folder" << "/" << true;
-        QTest::newRow("path, delete a look-alike folder") << "/x/a.nc" << "delete-folder" << "/xy" << false;
-        QTest::newRow("path, rename it") << "/x/a.nc" << "rename-from" << "/x/a.nc" << true;
-        QTest::newRow("path, rename onto it") << "/x/a.nc" << "rename-to" << "/x/a.nc" << true;
-        QTest::newRow("path, batch holding it") << "/x/a.nc" << "delete-items" << "/x/a.nc" << true;
-        QTest::newRow("path, upload over it") << "/x/a.nc" << "upload" << "/x/a.nc" << true;
-        QTest::newRow("status page while nothing runs") << "" << "status-delete" << "/x/a.nc" << false;
-        QTest::newRow("leading dot") << "" << "upload" << "/x/.hidden.nc" << true;
-        QTest::newRow("not a program") << "" << "upload" << "/x/setup.exe" << true;
-        QTest::newRow("climbing machine name") << "" << "download" << "/x/.." << true;
-        QTest::newRow("no machine") << "" << "offline-upload" << "/x/a.nc" << true;
-        QTest::newRow("no machine, delete") << "" << "offline-delete" << "/x/a.nc" << true;
+        QTest::newRow("bare name, delete that file") << "a.nc"
+                                                     << "delete-file"
+                                                     << "/x/a.nc" << true;
+        QTest::newRow("bare name, delete a folder") << "a.nc"
+                                                    << "delete-folder"
+                                                    << "/x" << false;
+        QTest::newRow("path, delete its folder") << "/x/a.nc"
+                                                 << "delete-folder"
+                                                 << "/x" << true;
+        QTest::newRow("path, delete the root") << "/x/a.nc"
+                                               << "delete-folder"
+                                               << "/" << true;
+        QTest::newRow("path, delete a look-alike folder") << "/x/a.nc"
+                                                          << "delete-folder"
+                                                          << "/xy" << false;
+        QTest::newRow("path, rename it") << "/x/a.nc"
+                                         << "rename-from"
+                                         << "/x/a.nc" << true;
+        QTest::newRow("path, rename onto it") << "/x/a.nc"
+                                              << "rename-to"
+                                              << "/x/a.nc" << true;
+        QTest::newRow("path, batch holding it") << "/x/a.nc"
+                                                << "delete-items"
+                                                << "/x/a.nc" << true;
+        QTest::newRow("path, upload over it") << "/x/a.nc"
+                                              << "upload"
+                                              << "/x/a.nc" << true;
+        QTest::newRow("status page while nothing runs") << ""
+                                                        << "status-delete"
+                                                        << "/x/a.nc" << false;
+        QTest::newRow("leading dot") << ""
+                                     << "upload"
+                                     << "/x/.hidden.nc" << true;
+        QTest::newRow("not a program") << ""
+                                       << "upload"
+                                       << "/x/setup.exe" << true;
+        QTest::newRow("climbing machine name") << ""
+                                               << "download"
+                                               << "/x/.." << true;
+        QTest::newRow("no machine") << ""
+                                    << "offline-upload"
+                                    << "/x/a.nc" << true;
+        QTest::newRow("no machine, delete") << ""
+                                            << "offline-delete"
+                                            << "/x/a.nc" << true;
     }
 
     void refusals()
@@ -167,12 +198,15 @@ private Q_SLOTS:
 
     void statusPageKeepsOffWhileTransfersRun()
     {
-        MachineJob* upload = m_files->Transfer(Machine(), {UploadItem(QStringLiteral("a.nc"))}, RequestOrigin::FilePage);
+        MachineJob* upload =
+            m_files->Transfer(Machine(), {UploadItem(QStringLiteral("a.nc"))}, RequestOrigin::FilePage);
         const std::shared_ptr<Outcome> uploadDone = Watch(upload);
         QTRY_COMPARE(m_factory->Running(QStringLiteral("upload")).size(), 1);
-        MachineJob* fromStatusPage = m_files->Delete(Machine(), {QStringLiteral("/nc/b.nc")}, {}, RequestOrigin::StatusPage);
+        MachineJob* fromStatusPage =
+            m_files->Delete(Machine(), {QStringLiteral("/nc/b.nc")}, {}, RequestOrigin::StatusPage);
         QCOMPARE(fromStatusPage->GetResult(), MachineJob::Result::Refused);
-        MachineJob* fromFilePage = m_files->Delete(Machine(), {QStringLiteral("/nc/b.nc")}, {}, RequestOrigin::FilePage);
+        MachineJob* fromFilePage =
+            m_files->Delete(Machine(), {QStringLiteral("/nc/b.nc")}, {}, RequestOrigin::FilePage);
         QVERIFY(!fromFilePage->IsFinished());
         m_factory->Running(QStringLiteral("delete")).first()->End(true);
         m_factory->Running(QStringLiteral("upload")).first()->End(true);
@@ -220,9 +254,10 @@ private Q_SLOTS:
     void everyEndClearsTheFlag()
     {
         QFETCH(QString, ending);
-        MachineJob* job = ending == QLatin1String("fetch")
-                              ? m_files->Fetch(Machine(), QStringLiteral("/nc/a.nc"), m_local.filePath(QStringLiteral("copy")))
-                              : m_files->Transfer(Machine(), {UploadItem(QStringLiteral("a.nc"))}, RequestOrigin::FilePage);
+        MachineJob* job =
+            ending == QLatin1String("fetch")
+                ? m_files->Fetch(Machine(), QStringLiteral("/nc/a.nc"), m_local.filePath(QStringLiteral("copy")))
+                : m_files->Transfer(Machine(), {UploadItem(QStringLiteral("a.nc"))}, RequestOrigin::FilePage);
         const std::shared_ptr<Outcome> jobDone = Watch(job);
         const QString kind = ending == QLatin1String("fetch") ? QStringLiteral("download") : QStringLiteral("upload");
         QTRY_COMPARE(m_factory->Running(kind).size(), 1);
@@ -252,7 +287,8 @@ private Q_SLOTS:
         m_files->SetMaxTransfers(1);
         MachineJob* first = m_files->Transfer(Machine(), {UploadItem(QStringLiteral("a.nc"))}, RequestOrigin::FilePage);
         const std::shared_ptr<Outcome> firstDone = Watch(first);
-        MachineJob* second = m_files->Transfer(Machine(), {UploadItem(QStringLiteral("b.nc"))}, RequestOrigin::FilePage);
+        MachineJob* second =
+            m_files->Transfer(Machine(), {UploadItem(QStringLiteral("b.nc"))}, RequestOrigin::FilePage);
         QTRY_COMPARE(m_factory->Running(QStringLiteral("upload")).size(), 1);
         QCOMPARE(m_files->WaitingCount(), 1);
         second->Cancel();
@@ -273,12 +309,12 @@ private Q_SLOTS:
     {
         QFETCH(bool, replace);
         m_bReplace = replace;
-        m_factory->m_hashFolders.insert(QStringLiteral("/nc"),
-                                        {FileEntry(QStringLiteral("a.nc"), 1526), FileEntry(QStringLiteral("b.nc"), 9)});
-        MachineJob* batch = m_files->Transfer(
-            Machine(),
-            {UploadItem(QStringLiteral("a.nc")), UploadItem(QStringLiteral("b.nc")), UploadItem(QStringLiteral("c.nc"))},
-            RequestOrigin::FilePage);
+        m_factory->m_hashFolders.insert(
+            QStringLiteral("/nc"), {FileEntry(QStringLiteral("a.nc"), 1526), FileEntry(QStringLiteral("b.nc"), 9)});
+        MachineJob* batch = m_files->Transfer(Machine(),
+                                              {UploadItem(QStringLiteral("a.nc")), UploadItem(QStringLiteral("b.nc")),
+                                               UploadItem(QStringLiteral("c.nc"))},
+                                              RequestOrigin::FilePage);
         const std::shared_ptr<Outcome> batchDone = Watch(batch);
         QTRY_COMPARE(m_listQuestions.size(), 1);
         const QList<OverwriteEntry> asked = m_listQuestions.first();
@@ -406,7 +442,8 @@ private Q_SLOTS:
         auto* composite = new CompositeJob;
         const std::shared_ptr<Outcome> compositeDone = Watch(composite);
         composite->AddSubjob(MachineJob::MakeRefused(QStringLiteral("no"), composite));
-        composite->AddSubjob(m_files->Transfer(Machine(), {UploadItem(QStringLiteral("a.nc"))}, RequestOrigin::Sync, true));
+        composite->AddSubjob(
+            m_files->Transfer(Machine(), {UploadItem(QStringLiteral("a.nc"))}, RequestOrigin::Sync, true));
         composite->Seal();
         QTRY_COMPARE(m_factory->Running(QStringLiteral("upload")).size(), 1);
         QVERIFY(!composite->IsFinished());

@@ -119,8 +119,6 @@ private Q_SLOTS:
         QCOMPARE(panel.SortModel()->SortRoleValue(), 0);
     }
 
-
-
     void filterHidesOtherFileTypesOnly()
     {
         FileSelectPanel panel(true);
@@ -299,7 +297,6 @@ private Q_SLOTS:
         QCOMPARE(panel.HistoryPaths(), history);
         CVarnokMessageBox::SetTestResponder({});
     }
-
 
     void bigFolderListsOffTheGuiThread()
     {

@@ -172,7 +172,6 @@ private Q_SLOTS:
         model.item(0)->setData(QStringLiteral("c999"), FileItemRole::Name);
         QCOMPARE(Order(proxy), (QStringList{"c20", "c100", "c999"}));
     }
-
 };
 
 QTEST_MAIN(TestFileSortProxyModel)

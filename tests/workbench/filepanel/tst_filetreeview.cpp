@@ -113,7 +113,6 @@ private Q_SLOTS:
         lineEdit->insert(text);
         QCOMPARE(lineEdit->text() == text, accepted);
     }
-
 };
 
 QTEST_MAIN(TestFileTreeView)

@@ -1,9 +1,9 @@
 #include "CVarnokMessageBox.h"
+#include "MachineFileService.h"
 #include "SimWorkspaceFixture.h"
 #include "machinestatus/MachineStatusElidedLabel.h"
 #include "machinestatus/MachineStatusFileActionWidget.h"
 #include "machinestatus/MachineStatusFileDelegate.h"
-#include "MachineFileService.h"
 #include "machinestatus/MachineStatusFtpManager.h"
 #include "machinestatus/MachineStatusProgramPanel.h"
 

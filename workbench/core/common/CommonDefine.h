@@ -19,10 +19,10 @@ enum OperationType
 Q_DECLARE_METATYPE(OperationType)
 
 // Machine program files, by suffix without the dot; tested with case-sensitive containment.
-inline const QStringList MachineFileSuffixList = {QStringLiteral("nc"),   QStringLiteral("ngc"),  QStringLiteral("tap"),
-                                                  QStringLiteral("mpf"),  QStringLiteral("txt"),  QStringLiteral("znc"),
-                                                  QStringLiteral("zv"),   QStringLiteral("zngc"), QStringLiteral("zsnc"),
-                                                  QStringLiteral("zconf"), QStringLiteral("tar")};
+inline const QStringList MachineFileSuffixList = {
+    QStringLiteral("nc"),   QStringLiteral("ngc"),   QStringLiteral("tap"), QStringLiteral("mpf"),
+    QStringLiteral("txt"),  QStringLiteral("znc"),   QStringLiteral("zv"),  QStringLiteral("zngc"),
+    QStringLiteral("zsnc"), QStringLiteral("zconf"), QStringLiteral("tar")};
 
 // Preference among the machine's network links when one machine answers on several.
 inline const QMap<QString, int> InterfaceRankMap = {{QString::fromLatin1(g_strInterfaceUsb), 3},

@@ -8,9 +8,9 @@
 #include "FtpConnection.h"
 #include "KorvBaseGlobals.h"
 #include "LogColors.h"
+#include "MachinePortMap.h"
 #include "MachineTask.h"
 #include "MachineTaskFactory.h"
-#include "MachinePortMap.h"
 #include "SerialNumberReader.h"
 #include "WorkbenchLog.h"
 

@@ -29,8 +29,7 @@ public:
     virtual MachineTask* DeleteFolder(const MachineEndpoint& endpoint, const QString& path) const;
     virtual MachineTask* DeleteItems(const MachineEndpoint& endpoint, const QStringList& files,
                                      const QStringList& folders) const;
-    virtual MachineTask* Rename(const MachineEndpoint& endpoint, const QString& oldPath,
-                                const QString& newPath) const;
+    virtual MachineTask* Rename(const MachineEndpoint& endpoint, const QString& oldPath, const QString& newPath) const;
     virtual MachineTask* MakeDir(const MachineEndpoint& endpoint, const QString& path) const;
     // Entries() of the task holds the folder's entries once it finished.
     virtual MachineTask* List(const MachineEndpoint& endpoint, const QString& folder) const;

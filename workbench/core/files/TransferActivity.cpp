@@ -4,8 +4,7 @@
 
 TransferActivity::TransferActivity(QObject* parent)
     : QObject(parent), m_pSelf(std::make_shared<TransferActivity*>(this))
-{
-}
+{}
 
 TransferActivity::~TransferActivity()
 {

@@ -5,8 +5,7 @@
 
 TaskJob::TaskJob(TaskOwner* owner, TaskMaker maker, QObject* parent)
     : MachineJob(parent), m_pOwner(owner), m_fnMake(std::move(maker))
-{
-}
+{}
 
 void TaskJob::Start()
 {

@@ -22,10 +22,7 @@ bool SameContent(const QString& first, const QString& second)
 }
 } // namespace
 
-FolderSyncComparer::FolderSyncComparer(MachineFileService* files, QObject* parent)
-    : QObject(parent), m_pFiles(files)
-{
-}
+FolderSyncComparer::FolderSyncComparer(MachineFileService* files, QObject* parent) : QObject(parent), m_pFiles(files) {}
 
 FolderSyncComparer::~FolderSyncComparer() = default;
 

@@ -23,8 +23,8 @@ constexpr int NoticeInformation = 1;
 FolderSyncJob::FolderSyncJob(MachineFileService* files, const MachineEndpoint& endpoint, const QString& localFolder,
                              const QString& machineFolder, const Options& options, QObject* parent)
     : CompositeJob(parent), m_pFiles(files), m_endpoint(endpoint),
-      m_strLocalFolder(QDir::fromNativeSeparators(localFolder)), m_strMachineFolder(machineFolder),
-      m_options(options), m_pScanner(new FolderSyncScanner(this)), m_pComparer(new FolderSyncComparer(files, this))
+      m_strLocalFolder(QDir::fromNativeSeparators(localFolder)), m_strMachineFolder(machineFolder), m_options(options),
+      m_pScanner(new FolderSyncScanner(this)), m_pComparer(new FolderSyncComparer(files, this))
 {
     connect(m_pScanner, &FolderSyncScanner::SignalScanned, this, &FolderSyncJob::OnScanned);
     connect(m_pComparer, &FolderSyncComparer::SignalCompared, this, &FolderSyncJob::OnCompared);

@@ -41,8 +41,8 @@ void FolderSyncScanner::Cancel()
     m_tasks.RequestStopAll();
 }
 
-void FolderSyncScanner::Start(const MachineEndpoint& endpoint, const QString& localFolder,
-                              const QString& machineFolder, bool bRecursive)
+void FolderSyncScanner::Start(const MachineEndpoint& endpoint, const QString& localFolder, const QString& machineFolder,
+                              bool bRecursive)
 {
     Cancel();
     const quint64 generation = m_nGeneration;
