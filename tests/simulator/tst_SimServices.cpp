@@ -24,11 +24,9 @@ private slots:
     void serialNumber_data();
     void serialNumber();
     void serialNumberSilent();
-    void requestsAnsweredInOrder();
     void brokenFrameClosesTheConnection_data();
     void brokenFrameClosesTheConnection();
     void fileAndToolMessages();
-    void vanishClosesEveryPort();
     void programStartsAndStops();
 
 private:
@@ -133,35 +131,6 @@ QJsonObject tst_SimServices::Request(QTcpSocket& socket, const QJsonObject& requ
     return frames.isEmpty() ? QJsonObject() : QJsonDocument::fromJson(frames.first()).object();
 }
 
-void tst_SimServices::requestsAnsweredInOrder()
-{
-    QTcpSocket socket;
-    socket.connectToHost(QHostAddress::LocalHost, m_sim->InfoPort());
-    QVERIFY(socket.waitForConnected(5000));
-    // Three requests in one segment: three answers, in order.
-    socket.write(SimFrameCodec::Encode({{"type", "RealTimeDataReq"}}) + SimFrameCodec::Encode({{"type", "NoSuchReq"}}) +
-                 SimFrameCodec::Encode({{"type", "GetMachineInfoReq"}}));
-    SimFrameCodec codec;
-    QList<QByteArray> frames;
-    QVERIFY(QTest::qWaitFor(
-        [&] {
-            frames += codec.Feed(socket.readAll());
-            return frames.size() == 3;
-        },
-        5000));
-    QStringList types;
-    QList<int> codes;
-    for (const QByteArray& frame : frames) {
-        const QJsonObject reply = QJsonDocument::fromJson(frame).object();
-        types << reply.value("type").toString();
-        codes << reply.value("code").toInt(-1);
-    }
-    QCOMPARE(types, (QStringList{"RealTimeDataRes", "ErrorRes", "GetMachineInfoRes"}));
-    QCOMPARE(codes, (QList<int>{0, 2, 0}));
-    const QJsonObject info = QJsonDocument::fromJson(frames.at(2)).object().value("data").toObject();
-    QCOMPARE(info.value("system").toObject().value("Sn").toString(), QString("PB01TEST0001"));
-}
-
 void tst_SimServices::brokenFrameClosesTheConnection_data()
 {
     QTest::addColumn<QByteArray>("bytes");
@@ -206,21 +175,6 @@ void tst_SimServices::fileAndToolMessages()
     const QJsonArray tools{QJsonObject{{"toolNo", 7}, {"toolType", 2}, {"toolDiameter", 8.0}}};
     QCOMPARE(Request(socket, {{"type", "UploadToolsReq"}, {"tools", tools}}).value("code").toInt(-1), 0);
     QCOMPARE(Request(socket, {{"type", "DownloadToolsReq"}}).value("tools").toArray(), tools);
-}
-
-void tst_SimServices::vanishClosesEveryPort()
-{
-    QTcpSocket held;
-    held.connectToHost(QHostAddress::LocalHost, m_sim->InfoPort());
-    QVERIFY(held.waitForConnected(5000));
-    const QList<quint16> ports{m_sim->FtpPort(), m_sim->InfoPort(), m_sim->SnPort()};
-    m_sim->Vanish();
-    QVERIFY(QTest::qWaitFor([&held] { return held.state() == QAbstractSocket::UnconnectedState; }, 5000));
-    for (quint16 port : ports) {
-        QTcpSocket socket;
-        socket.connectToHost(QHostAddress::LocalHost, port);
-        QVERIFY(!socket.waitForConnected(2000));
-    }
 }
 
 void tst_SimServices::programStartsAndStops()
