@@ -51,7 +51,6 @@ private Q_SLOTS:
     void coordinateTablesReuseTheirItems();
     void noToolAndOfflineClearTheValues();
     void staleDataKeepsTheLastGoodValues();
-    void commandWidgetsEmitOnRelease();
     void ringGaugeLimits();
     void coordTableRatios();
     void elidedLabelTooltip();
@@ -207,23 +206,6 @@ void TestMachineStatusWidget::staleDataKeepsTheLastGoodValues()
     m_page->ShowOffline();
     QTest::qWait(120);
     QCOMPARE(Badge()->text(), QStringLiteral("离线"));
-}
-
-void TestMachineStatusWidget::commandWidgetsEmitOnRelease()
-{
-    m_page->resize(1280, 820);
-    m_page->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_page.get()));
-    QSignalSpy start(m_page.get(), &MachineStatusWidget::signalStartRequested);
-    QSignalSpy stop(m_page.get(), &MachineStatusWidget::signalStopRequested);
-    QSignalSpy reset(m_page.get(), &MachineStatusWidget::signalResetRequested);
-    // A click on the text label inside lands on the command widget.
-    QTest::mouseClick(Find<QLabel>("labelStartText"), Qt::LeftButton);
-    QTest::mouseClick(Find<QWidget>("BtnStop"), Qt::LeftButton);
-    QTest::mouseClick(Find<QLabel>("labelResetIcon"), Qt::LeftButton);
-    QCOMPARE(start.count(), 1);
-    QCOMPARE(stop.count(), 1);
-    QCOMPARE(reset.count(), 1);
 }
 
 void TestMachineStatusWidget::ringGaugeLimits()
