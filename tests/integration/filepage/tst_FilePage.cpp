@@ -155,6 +155,8 @@ void TestFilePage::uploadAndDownloadArriveByteForByte()
                               15000);
     QCOMPARE(Read(LocalFile(QStringLiteral("fixture.tap"))), download);
     QVERIFY(HasLine(QStringLiteral("下载文件完成：fixture.tap"), LogColors::Plain));
+    // The download lists the local folder again; a selection made before that listing ends is lost.
+    QTRY_VERIFY_WITH_TIMEOUT(manager->LocalPanel()->FileNames().contains(QStringLiteral("fixture.tap")), 10000);
 
     // Overwriting after a Yes replaces the machine's file whole.
     const QByteArray second = RandomBytes(50 * 1024);
