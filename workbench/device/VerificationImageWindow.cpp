@@ -49,8 +49,8 @@ VerificationImageWindow::StructFetchResult VerificationImageWindow::Fetch(const 
         data.contains(QLatin1String("label"))) {
         result.strImgId = data.value(QLatin1String("imgid")).toString();
         result.strLabel = data.value(QLatin1String("label")).toString();
-        result.pixmap.loadFromData(QByteArray::fromBase64(data.value(QLatin1String("image")).toString().toLatin1()),
-                                   "jpeg");
+        result.image.loadFromData(QByteArray::fromBase64(data.value(QLatin1String("image")).toString().toLatin1()),
+                                  "jpeg");
     }
     return result;
 }
@@ -72,10 +72,11 @@ void VerificationImageWindow::RecvReply()
     m_strImgId = result.strImgId;
     ui->confirmBtn->setEnabled(true);
     ui->verificationImageLabel->setText(QString());
-    ui->verificationImageLabel->setPixmap(result.pixmap.isNull()
-                                              ? QPixmap()
-                                              : result.pixmap.scaled(ui->verificationImageLabel->size(),
-                                                                     Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+    const QPixmap pixmap = QPixmap::fromImage(result.image);
+    ui->verificationImageLabel->setPixmap(
+        pixmap.isNull()
+            ? QPixmap()
+            : pixmap.scaled(ui->verificationImageLabel->size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
     ui->hintLabel->setText(result.strLabel);
     ui->hintLabel->show();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QFutureWatcher>
+#include <QImage>
 #include <QPixmap>
 #include <QPointF>
 #include <QWidget>
@@ -17,13 +18,13 @@ class VerificationImageWindow : public QWidget
     Q_OBJECT
 
 public:
-    // One fetch's outcome, made on a worker thread.
+    // One fetch's outcome, made on a worker thread: an image, since pixmaps belong to the GUI thread.
     struct StructFetchResult
     {
         QString strCode;
         QString strImgId;
         QString strLabel;
-        QPixmap pixmap;
+        QImage image;
     };
 
     VerificationImageWindow(const QString& nationCode, const QString& mobile, QWidget* parent = nullptr);
