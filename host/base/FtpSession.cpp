@@ -39,6 +39,7 @@ struct Transfer
     QByteArray* buffer = nullptr;
     bool bUpload = false;
     bool bDeviceFailed = false;
+    void* curl = nullptr;
 };
 
 bool StopRequested(const Transfer* transfer)
@@ -84,8 +85,12 @@ size_t OnRead(char* data, size_t size, size_t count, void* userData)
 int OnProgress(void* userData, curl_off_t dlTotal, curl_off_t dlNow, curl_off_t ulTotal, curl_off_t ulNow)
 {
     auto* transfer = static_cast<Transfer*>(userData);
-    if (StopRequested(transfer))
+    if (StopRequested(transfer)) {
+        // Stopped between two commands, libcurl would otherwise cache a connection whose replies
+        // are still on their way, and the next step on it would read them as its own.
+        curl_easy_setopt(static_cast<CURL*>(transfer->curl), CURLOPT_FORBID_REUSE, 1L);
         return 1;
+    }
     if (!transfer->progress || !*transfer->progress)
         return 0;
     const bool bGoOn =
@@ -362,6 +367,7 @@ QByteArray FtpSession::ToWire(const QString& text) const
 
 void FtpSession::Reset(const QByteArray& url, void* transfer)
 {
+    static_cast<Transfer*>(transfer)->curl = m_pCurl;
     CURL* curl = static_cast<CURL*>(m_pCurl);
     curl_easy_setopt(curl, CURLOPT_URL, url.constData());
     curl_easy_setopt(curl, CURLOPT_NOBODY, 0L);
@@ -526,6 +532,8 @@ int FtpSession::RunStep()
         // A stop request must not wait for a silent server: it ends the step at the next wake-up.
         if (m_stopCheck && m_stopCheck()) {
             result = CURLE_ABORTED_BY_CALLBACK;
+            // Nobody may reuse a connection left in the middle of an exchange.
+            curl_easy_setopt(curl, CURLOPT_FORBID_REUSE, 1L);
             break;
         }
         // libcurl 7.88 can leave a step due with no socket to wait on (after the EPSV or PASV reply,
@@ -549,6 +557,7 @@ int FtpSession::RunStep()
             result = message->data.result;
     }
     curl_multi_remove_handle(multi, curl);
+    curl_easy_setopt(curl, CURLOPT_FORBID_REUSE, 0L);
     t_pPerformingSession = nullptr;
     m_iConnectingFd = -1;
     return result;
@@ -579,6 +588,11 @@ bool FtpSession::SizeReplied(qint64* size) const
         }
     }
     return false;
+}
+
+void FtpSession::FinishDespiteStop()
+{
+    m_stopCheck = {};
 }
 
 bool FtpSession::Connect(const QString& folder)

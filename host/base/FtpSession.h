@@ -57,6 +57,9 @@ public:
     // USER/PASS, or a 530 that names a limit or follows a success of the same credentials.
     bool LoginRefusedAsBusy() const { return m_bLoginRefusedAsBusy; }
     bool WasStopped() const { return m_bStopped; }
+    // Later steps run to their end within the time-outs even after a stop: the clean-up of a
+    // stopped step (its temporary file) must not be stopped with it.
+    void FinishDespiteStop();
     // Human-readable reason of the last failure, including the server's reply when there was one.
     QString ErrorMessage() const { return m_strError; }
 

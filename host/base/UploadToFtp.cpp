@@ -50,12 +50,14 @@ bool UploadToFtp::Execute(FtpSession& session, QString* message)
                        "FtpTask", "机床上的文件只有%1字节，本地文件为%2字节（虽然机床回复传输完成），原文件未改动")
                        .arg(remoteSize)
                        .arg(size);
+        session.FinishDespiteStop();
         session.Command({QStringLiteral("DELE ") + part});
         return false;
     }
     if (!bOk || remoteSize < 0 || !ReplaceTarget(session, part, target, taken, message)) {
         if (message->isEmpty())
             *message = session.ErrorMessage();
+        session.FinishDespiteStop();
         session.Command({QStringLiteral("DELE ") + part});
         return false;
     }

@@ -17,7 +17,7 @@ public:
     // The factory every view and the funnel use unless a test replaced it.
     static std::shared_ptr<MachineTaskFactory> Default();
 
-    // "ftp://ip:21/path" as the host's tasks and the transfer list key it.
+    // The machine path as a URL on the well-known port, as the host's tasks and the transfer list key it.
     static QString Url(const MachineEndpoint& endpoint, const QString& path);
     static QString EncodedUrl(const MachineEndpoint& endpoint, const QString& path);
 

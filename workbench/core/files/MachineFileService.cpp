@@ -3,7 +3,6 @@
 #include "CDebugLog.h"
 #include "CamBaseTextHelper.h"
 #include "CompositeJob.h"
-#include "FtpTemporaryName.h"
 #include "LogColors.h"
 #include "MachineTask.h"
 #include "MachineTaskFactory.h"
@@ -115,8 +114,6 @@ bool MachineFileService::HitsRunningProgram(const QString& machinePath, bool bFo
 bool MachineFileService::IsPathBusy(const MachineEndpoint& endpoint, const QString& path, bool bFolder) const
 {
     const QString url = MachineTaskFactory::Url(endpoint, path);
-    if (m_setCleaning.contains(url))
-        return true;
     for (const QList<std::shared_ptr<QueuedTransfer>>* list : {&m_listRunning, &m_listWaiting}) {
         for (const std::shared_ptr<QueuedTransfer>& transfer : *list) {
             if (transfer->strUrl == url || (bFolder && transfer->strUrl.startsWith(url + QLatin1Char('/'))))
@@ -422,38 +419,10 @@ void MachineFileService::OnTransferEnded(const std::shared_ptr<QueuedTransfer>& 
         m_hashFailed.remove(transfer->strKey);
     else
         m_hashFailed.insert(transfer->strKey, item);
-    if (!ok && bUpload && transfer->job && transfer->job->IsCancelRequested())
-        RemovePartialUpload(transfer->endpoint, item.strMachinePath);
     transfer->hold.reset();
     StartWaiting();
     if (!IsBusy())
         AfterLastTransfer();
-}
-
-void MachineFileService::RemovePartialUpload(const MachineEndpoint& endpoint, const QString& machinePath)
-{
-    // A stopped upload's own clean-up is stopped with it, so its hidden temporary file
-    // (".name.<marker><token>.part" beside the target) is removed here. The path stays busy until the
-    // folder is listed, so that a new upload's temporary file is never taken for it.
-    const QString url = MachineTaskFactory::Url(endpoint, machinePath);
-    const QString folder = FolderOf(machinePath);
-    const QString prefix = QLatin1Char('.') + LastPart(machinePath) + QLatin1Char('.');
-    m_setCleaning.insert(url);
-    auto* listing = new TaskJob(
-        &m_tasks, [this, endpoint, folder]() { return m_pFactory->List(endpoint, folder); }, this);
-    connect(listing, &TaskJob::SignalTaskEnded, this, [this, listing, endpoint, folder, prefix, url]() {
-        m_setCleaning.remove(url);
-        for (const FtpFileInfo& entry : listing->Entries()) {
-            // Only this installation's own temporary file of this target: another computer may be
-            // uploading the same program right now.
-            if (entry.isDir() || !entry.name.startsWith(prefix) || !FtpTemporaryName::IsOurs(entry.name))
-                continue;
-            const QString path = (folder == QLatin1String("/") ? folder : folder + QLatin1Char('/')) + entry.name;
-            CDebugLog::AddLog(QStringLiteral("删除中断上传的临时文件：%1").arg(path));
-            m_tasks.Start(m_pFactory->DeleteFile(endpoint, path));
-        }
-    });
-    listing->Start();
 }
 
 void MachineFileService::ApplyLearnedLoginLimit()

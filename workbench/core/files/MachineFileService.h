@@ -127,7 +127,6 @@ private:
     void AfterLastTransfer();
     void Report(const QueuedTransfer& transfer, int state, qint64 done, qint64 total);
     void ApplyLearnedLoginLimit();
-    void RemovePartialUpload(const MachineEndpoint& endpoint, const QString& machinePath);
     MachineJob* StartChange(const MachineEndpoint& endpoint, std::function<MachineTask*()> maker,
                             const QString& hostLogFormat, const QString& progressTitle, const QString& progressText,
                             bool bAnnounce);
@@ -144,7 +143,6 @@ private:
     // Every failed transfer by row key, so that the row can be retried.
     QHash<QString, TransferItem> m_hashFailed;
     // Machine URLs of cancelled uploads whose temporary file is being looked for.
-    QSet<QString> m_setCleaning;
     bool m_bNavigationWaiting = false;
     QString m_strNavigationFolder;
     QString m_strNavigationEntry;

@@ -13,7 +13,6 @@ void CompositeJob::AddSubjob(MachineJob* job)
         m_nTotalEnded += ended->TotalBytes();
         switch (ended->GetResult()) {
         case Result::Succeeded:
-            ++m_nSucceeded;
             break;
         case Result::Refused:
             ++m_nRefused;

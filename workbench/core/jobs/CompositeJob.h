@@ -20,8 +20,6 @@ public:
     // No more sub-jobs will come.
     void Seal();
     int RunningCount() const { return int(m_listRunning.size()); }
-    int FailedCount() const { return m_nFailed; }
-    int SucceededCount() const { return m_nSucceeded; }
 
 protected:
     void DoCancel() override;
@@ -36,7 +34,6 @@ private:
     bool m_bSealed = false;
     bool m_bCancelled = false;
     int m_nFailed = 0;
-    int m_nSucceeded = 0;
     int m_nRefused = 0;
     int m_nEnded = 0;
     QString m_strFirstError;

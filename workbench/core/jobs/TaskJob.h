@@ -25,7 +25,6 @@ public:
     void Start();
     bool IsStarted() const { return m_bStarted; }
     // Someone asked the job to stop: a task that ends without success was stopped, not failed.
-    bool IsCancelRequested() const { return m_bCancelRequested; }
     // The entries of a listing task, once it finished.
     QList<FtpFileInfo> Entries() const { return m_listEntries; }
 

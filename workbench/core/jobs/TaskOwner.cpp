@@ -1,13 +1,11 @@
 #include "TaskOwner.h"
 
-#include "FtpTaskThread.h"
-#include "HostFtpTask.h"
+#include "MachineTask.h"
 #include "WorkPool.h"
 
 #include <QDeadlineTimer>
 #include <QMutex>
 #include <QPromise>
-#include <QRunnable>
 #include <QThreadPool>
 #include <QWaitCondition>
 #include <atomic>
@@ -34,11 +32,6 @@ void TaskOwner::Start(MachineTask* task)
     QObject::connect(task, &MachineTask::SignalFinished, task, &QObject::deleteLater);
     m_listTasks.append(task);
     task->Start();
-}
-
-void TaskOwner::Start(FtpTaskThread* task)
-{
-    Start(new HostFtpTask(task));
 }
 
 QFuture<bool> TaskOwner::Run(std::function<bool(const StopCheck&)> work)

@@ -6,11 +6,10 @@
 #include <functional>
 #include <memory>
 
-class FtpTaskThread;
 class MachineTask;
 
-// The one way an object owns background work: machine tasks, host FTP task threads and jobs on
-// the workbench's pool. Whatever still runs when the owner stops or goes is asked to stop and
+// The one way an object owns background work: machine tasks (host FTP task threads among them)
+// and jobs on the workbench's pool. Whatever still runs when the owner stops or goes is asked to stop and
 // waited for, up to a bound, so that no result outlives its receiver and no worker runs the
 // plug-in's code once the host unloads it. Nothing waits without that bound.
 class TaskOwner final
@@ -25,8 +24,6 @@ public:
 
     // Starts a task; the owner deletes it once it reported its end.
     void Start(MachineTask* task);
-    // Starts a host task thread created without a parent; it deletes itself once it ended.
-    void Start(FtpTaskThread* task);
     // Runs work on the workbench's pool; the work polls the stop check it is given.
     QFuture<bool> Run(std::function<bool(const StopCheck&)> work);
     // Asks everything running to stop, without waiting.

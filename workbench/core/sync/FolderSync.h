@@ -32,7 +32,6 @@ public:
 
     bool IsSyncing() const { return m_pJob && !m_pJob->IsFinished(); }
     int GetButtonState() const { return m_iButtonState; }
-    FolderSyncJob* CurrentJob() const { return m_pJob; }
 
     // Starts with the checks that need no widgets: another transfer, empty paths, a drive root.
     // Returns the run's job, or null when the start was refused (the notice says why).

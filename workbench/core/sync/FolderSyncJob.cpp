@@ -154,7 +154,6 @@ void FolderSyncJob::AfterDecisions()
     if (m_plan.listUpload.isEmpty() && m_plan.listDownload.isEmpty() && m_plan.listMachineDirs.isEmpty() &&
         m_plan.listLocalDirs.isEmpty()) {
         if (m_nSkipped == 0) {
-            m_bInSync = true;
             Q_EMIT SignalNotice(NoticeInformation, tr("当前目录已同步，无需操作"));
             Log(tr("当前目录已同步，无需操作"), LogColors::Success);
             SetPhase(Phase::Ended);

@@ -56,9 +56,6 @@ public:
     void SetConflictAsker(ConflictAsker asker) { m_fnAskConflict = std::move(asker); }
     void SetPlanReviewer(PlanReviewer reviewer) { m_fnReviewPlan = std::move(reviewer); }
     void Start();
-    Phase GetPhase() const { return m_ePhase; }
-    // The folders held the same files already.
-    bool WasInSync() const { return m_bInSync; }
     // The machine went away: end now, telling the user what was not sent.
     void Interrupt();
 
@@ -108,7 +105,6 @@ private:
     FolderSyncPlan m_plan;
     QQueue<Item> m_queue;
     bool m_bHeld = false;
-    bool m_bInSync = false;
     int m_nFailCount = 0;
     int m_nDone = 0;
     int m_nSkipped = 0;
