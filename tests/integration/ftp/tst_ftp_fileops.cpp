@@ -14,6 +14,7 @@ class TestFtpFileOps : public QObject
     Q_OBJECT
 
 private slots:
+    void init();
     void deletesFile_data() { FtpTestFixture::AddServerRows(); }
     void deletesFile();
     void deletesNestedFolder_data() { FtpTestFixture::AddServerRows(); }
@@ -34,22 +35,24 @@ private:
     TestFtpServer* m_pServer = nullptr;
 };
 
-void TestFtpFileOps::MakeTree(const QString& base) const
-{
-    QVERIFY(m_pServer->MakeDir(base + QStringLiteral("/a/b/c")));
-    QVERIFY(m_pServer->MakeDir(base + QStringLiteral("/a")));
-    QVERIFY(m_pServer->MakeDir(base + QStringLiteral("/a/b")));
-    QVERIFY(m_pServer->MakeDir(base + QStringLiteral("/a/b/d")));
-    QVERIFY(m_pServer->WriteFile(base + QStringLiteral("/a/1.nc"), "1"));
-    QVERIFY(m_pServer->WriteFile(base + QStringLiteral("/a/b/2.nc"), "2"));
-    QVERIFY(m_pServer->WriteFile(base + QStringLiteral("/a/b/c/中文 3.nc"), "3"));
-}
-
-void TestFtpFileOps::deletesFile()
+void TestFtpFileOps::init()
 {
     QString skip;
     if (!(m_pServer = m_fixture.CurrentServer(&skip)))
         QSKIP(qPrintable(skip));
+}
+
+void TestFtpFileOps::MakeTree(const QString& base) const
+{
+    for (const char* dir : {"/a/b/c", "/a", "/a/b", "/a/b/d"})
+        QVERIFY(m_pServer->MakeDir(base + QLatin1String(dir)));
+    for (const QString file :
+         {QStringLiteral("/a/1.nc"), QStringLiteral("/a/b/2.nc"), QStringLiteral("/a/b/c/中文 3.nc")})
+        QVERIFY(m_pServer->WriteFile(base + file, file.toUtf8()));
+}
+
+void TestFtpFileOps::deletesFile()
+{
     const QString file = m_fixture.NewRemoteFolder(m_pServer, QStringLiteral("del")) + QStringLiteral("/删除 我.nc");
     QVERIFY(m_pServer->WriteFile(file, "x"));
     TaskOutcome outcome =
@@ -65,9 +68,6 @@ void TestFtpFileOps::deletesFile()
 
 void TestFtpFileOps::deletesNestedFolder()
 {
-    QString skip;
-    if (!(m_pServer = m_fixture.CurrentServer(&skip)))
-        QSKIP(qPrintable(skip));
     const QString base = m_fixture.NewRemoteFolder(m_pServer, QStringLiteral("deltree"));
     MakeTree(base);
     QVERIFY(m_pServer->WriteFile(base + QStringLiteral("/keep.nc"), "k"));
@@ -81,16 +81,12 @@ void TestFtpFileOps::deletesNestedFolder()
 
 void TestFtpFileOps::batchDeleteContinuesPastFailures()
 {
-    QString skip;
-    if (!(m_pServer = m_fixture.CurrentServer(&skip)))
-        QSKIP(qPrintable(skip));
     const QString base = m_fixture.NewRemoteFolder(m_pServer, QStringLiteral("batch"));
     MakeTree(base);
     QVERIFY(m_pServer->MakeDir(base + QStringLiteral("/empty")));
-    QVERIFY(m_pServer->WriteFile(base + QStringLiteral("/x.nc"), "x"));
-    QVERIFY(m_pServer->WriteFile(base + QStringLiteral("/y y.nc"), "y"));
     const QStringList files{base + QStringLiteral("/x.nc"), base + QStringLiteral("/missing.nc"),
                             base + QStringLiteral("/y y.nc")};
+    QVERIFY(m_pServer->WriteFile(files[0], "x") && m_pServer->WriteFile(files[2], "y"));
     const QStringList folders{base + QStringLiteral("/a"), base + QStringLiteral("/empty")};
 
     TaskOutcome outcome = FtpTestFixture::Run(new DeleteFtpItems(QStringLiteral("ftp://127.0.0.1:21/"),
@@ -99,10 +95,8 @@ void TestFtpFileOps::batchDeleteContinuesPastFailures()
     QVERIFY(outcome.bFinished);
     QVERIFY(!outcome.bOk);
     QVERIFY2(outcome.message.contains(QStringLiteral("missing.nc")), qPrintable(outcome.message));
-    QVERIFY(!Exists(base + QStringLiteral("/x.nc")));
-    QVERIFY(!Exists(base + QStringLiteral("/y y.nc")));
-    QVERIFY(!Exists(base + QStringLiteral("/a")));
-    QVERIFY(!Exists(base + QStringLiteral("/empty")));
+    for (const char* gone : {"/x.nc", "/y y.nc", "/a", "/empty"})
+        QVERIFY2(!Exists(base + QLatin1String(gone)), gone);
 
     QVERIFY(m_pServer->WriteFile(base + QStringLiteral("/z.nc"), "z"));
     outcome =
@@ -114,9 +108,6 @@ void TestFtpFileOps::batchDeleteContinuesPastFailures()
 
 void TestFtpFileOps::renamesFileAndFolder()
 {
-    QString skip;
-    if (!(m_pServer = m_fixture.CurrentServer(&skip)))
-        QSKIP(qPrintable(skip));
     const QString base = m_fixture.NewRemoteFolder(m_pServer, QStringLiteral("rename"));
     QVERIFY(m_pServer->WriteFile(base + QStringLiteral("/old name.nc"), "content"));
     QVERIFY(m_pServer->MakeDir(base + QStringLiteral("/dir")));
@@ -144,9 +135,6 @@ void TestFtpFileOps::renamesFileAndFolder()
 
 void TestFtpFileOps::makesFolders()
 {
-    QString skip;
-    if (!(m_pServer = m_fixture.CurrentServer(&skip)))
-        QSKIP(qPrintable(skip));
     const QString folder = m_fixture.NewRemoteFolder(m_pServer, QStringLiteral("mkd")) + QStringLiteral("/新建 文件夹");
     TaskOutcome outcome = FtpTestFixture::Run(
         new MakeFtpDirection(FtpTestFixture::PlainUrl(folder), FtpTestFixture::EncodedUrl(folder), folder));

