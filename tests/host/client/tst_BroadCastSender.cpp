@@ -1,5 +1,4 @@
 #include "BroadCastSender.h"
-#include "CncSimulator.h"
 
 #include <QCoreApplication>
 #include <QNetworkDatagram>
@@ -10,93 +9,67 @@
 #include <QUdpSocket>
 #include <unistd.h>
 
-// Discovery of the simulator: on loopback always, and by real broadcast across a
-// veth pair into a second network namespace where the machine allows it.
+// Discovery against fake machines on loopback, and of the simulator by real broadcast across a
+// veth pair into a second network namespace where the machine allows it. (Loopback discovery of
+// the simulator itself is the workspace tests' business.)
 class tst_BroadCastSender : public QObject
 {
     Q_OBJECT
 private slots:
-    void findsTheSimulatorOnLoopback();
     void ignoresNoiseAndRepeats();
     void stopsReadingWhenAListenerStopsDiscovery();
     void findsTheSimulatorInAnotherNamespace();
 };
 
-void tst_BroadCastSender::findsTheSimulatorOnLoopback()
-{
-    QTemporaryDir root;
-    SimOptions options;
-    options.rootDir = root.path();
-    options.serialNumber = "PB01LOOP0001";
-    options.interfaceName = "usb";
-    options.ftpPort = options.infoPort = options.snPort = options.discoveryPort = 0;
-    CncSimulator sim(options);
-    QString error;
-    QVERIFY2(sim.Start(&error), qPrintable(error));
+namespace {
+QStringList g_listWarnings;
 
-    BroadCastSender sender;
-    sender.SetDiscoveryPort(sim.DiscoveryPort());
-    sender.SetInterfaceFilter({"lo"});
-    QCOMPARE(sender.TargetAddresses(), QList<QHostAddress>{QHostAddress(QHostAddress::LocalHost)});
-    QSignalSpy results(&sender, &BroadCastSender::discoveryResult);
-    sender.startDiscovery(2000, 100);
-    QVERIFY(sender.isDiscovering());
-    QVERIFY(results.wait(5000));
-    const QStringList fields = results.first().first().toString().split('*');
-    QCOMPARE(fields.value(1), QString("PB01LOOP0001"));
-    QCOMPARE(fields.value(3), QString("127.0.0.1"));
-    QCOMPARE(fields.value(5), QString("usb"));
-    sender.stopDiscovery();
-    QVERIFY(!sender.isDiscovering());
-}
+// Answers every discovery request with the same datagrams, and counts the requests.
+struct FakeMachines
+{
+    QUdpSocket socket;
+    int rounds = 0;
+
+    explicit FakeMachines(const QList<QByteArray>& answers)
+    {
+        socket.bind(QHostAddress::LocalHost, 0);
+        QObject::connect(&socket, &QUdpSocket::readyRead, &socket, [this, answers] {
+            while (socket.hasPendingDatagrams()) {
+                ++rounds;
+                const QNetworkDatagram request = socket.receiveDatagram();
+                for (const QByteArray& answer : answers)
+                    socket.writeDatagram(answer, request.senderAddress(), request.senderPort());
+            }
+        });
+    }
+    void Aim(BroadCastSender& sender) const
+    {
+        sender.SetDiscoveryPort(socket.localPort());
+        sender.SetInterfaceFilter({"lo"});
+    }
+};
+} // namespace
 
 void tst_BroadCastSender::ignoresNoiseAndRepeats()
 {
-    // A fake responder that answers every round with junk, a short reply and then a real one twice.
-    QUdpSocket responder;
-    QVERIFY(responder.bind(QHostAddress::LocalHost, 0));
-    int rounds = 0;
-    connect(&responder, &QUdpSocket::readyRead, this, [&responder, &rounds] {
-        while (responder.hasPendingDatagrams()) {
-            ++rounds;
-            QHostAddress from;
-            quint16 port = 0;
-            QByteArray request(int(responder.pendingDatagramSize()), '\0');
-            responder.readDatagram(request.data(), request.size(), &from, &port);
-            for (const QByteArray& answer : {QByteArray("a*b*c"), QByteArray(600, '*'), QByteArray("\xff\xfe*x*y*z", 9),
-                                             QByteArray("M*SN1*v*10.0.0.9"), QByteArray("M*SN1*v*10.0.0.9")})
-                responder.writeDatagram(answer, from, port);
-        }
-    });
+    // Junk, a short reply and then a real one twice, every round.
+    FakeMachines machine({QByteArray("a*b*c"), QByteArray(600, '*'), QByteArray("\xff\xfe*x*y*z", 9),
+                          QByteArray("M*SN1*v*10.0.0.9"), QByteArray("M*SN1*v*10.0.0.9")});
     BroadCastSender sender;
-    sender.SetDiscoveryPort(responder.localPort());
-    sender.SetInterfaceFilter({"lo"});
+    machine.Aim(sender);
     QSignalSpy results(&sender, &BroadCastSender::discoveryResult);
     sender.startDiscovery(5000, 50);
-    QVERIFY(QTest::qWaitFor([&rounds] { return rounds >= 4; }, 5000));
+    QVERIFY(QTest::qWaitFor([&machine] { return machine.rounds >= 4; }, 5000));
     QCOMPARE(results.size(), 1);
     QCOMPARE(results.first().first().toString(), QString("M*SN1*v*10.0.0.9"));
 }
 
-namespace {
-QStringList g_listWarnings;
-} // namespace
-
 void tst_BroadCastSender::stopsReadingWhenAListenerStopsDiscovery()
 {
     // Two machines answer at once; the listener stops at the first, which closes the socket.
-    QUdpSocket responder;
-    QVERIFY(responder.bind(QHostAddress::LocalHost, 0));
-    connect(&responder, &QUdpSocket::readyRead, this, [&responder] {
-        while (responder.hasPendingDatagrams()) {
-            const QNetworkDatagram request = responder.receiveDatagram();
-            for (const QByteArray& answer : {QByteArray("M*SN1*v*10.0.0.1"), QByteArray("M*SN2*v*10.0.0.2")})
-                responder.writeDatagram(answer, request.senderAddress(), request.senderPort());
-        }
-    });
+    FakeMachines machines({QByteArray("M*SN1*v*10.0.0.1"), QByteArray("M*SN2*v*10.0.0.2")});
     BroadCastSender sender;
-    sender.SetDiscoveryPort(responder.localPort());
-    sender.SetInterfaceFilter({"lo"});
+    machines.Aim(sender);
     connect(&sender, &BroadCastSender::discoveryResult, &sender, &BroadCastSender::stopDiscovery);
     QSignalSpy results(&sender, &BroadCastSender::discoveryResult);
     g_listWarnings.clear();
@@ -178,20 +151,16 @@ void tst_BroadCastSender::findsTheSimulatorInAnotherNamespace()
     QSignalSpy results(&sender, &BroadCastSender::discoveryResult);
     sender.startDiscovery(5000, 200);
     // The namespace's link may need a moment to come up; later rounds retry.
+    QStringList fields;
     QVERIFY(QTest::qWaitFor(
-        [&results] {
+        [&] {
             for (const auto& arguments : results) {
                 if (arguments.first().toString().contains("PB01NETNS001"))
-                    return true;
+                    fields = arguments.first().toString().split('*');
             }
-            return false;
+            return !fields.isEmpty();
         },
         8000));
-    QStringList fields;
-    for (const auto& arguments : results) {
-        if (arguments.first().toString().contains("PB01NETNS001"))
-            fields = arguments.first().toString().split('*');
-    }
     QCOMPARE(fields.value(3), subnet + "2");
     QCOMPARE(fields.value(5), QString("wlan"));
 }

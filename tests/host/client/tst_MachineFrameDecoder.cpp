@@ -3,17 +3,13 @@
 
 #include <QJsonArray>
 #include <QTest>
+#include <QtEndian>
 
 namespace {
 QByteArray frame(const QByteArray& payload)
 {
-    QByteArray header(4, '\0');
-    const quint32 size = quint32(payload.size());
-    header[0] = char(size >> 24);
-    header[1] = char(size >> 16);
-    header[2] = char(size >> 8);
-    header[3] = char(size);
-    return header + payload;
+    const quint32 size = qToBigEndian(quint32(payload.size()));
+    return QByteArray(reinterpret_cast<const char*>(&size), sizeof size) + payload;
 }
 } // namespace
 
@@ -144,19 +140,14 @@ void tst_MachineFrameDecoder::realTimeDataWithWrongKinds()
     };
     StructRealTimeData record;
     QVERIFY(MachineRecordJson::ReadRealTimeData(data, &record));
-    QCOMPARE(record.sn, QString("42"));
-    QCOMPARE(record.status, 3);
-    QCOMPARE(record.feed, std::numeric_limits<int>::max());
-    QCOMPARE(record.spindleSpeed, std::numeric_limits<int>::min());
-    QCOMPARE(record.runTime, 13);
+    QCOMPARE((QStringList{record.sn, record.program.name, record.originOffset.index}),
+             (QStringList{"42", "a.nc", "G54"}));
+    QCOMPARE((QList<int>{record.status, record.feed, record.spindleSpeed, record.runTime, record.toolInfo.toolNo}),
+             (QList<int>{3, std::numeric_limits<int>::max(), std::numeric_limits<int>::min(), 13, 0}));
     QCOMPARE(record.load, (QList<double>{86, 58, 0}));
-    QCOMPARE(record.MCS.x, -1.5);
-    QCOMPARE(record.MCS.c, 7.25);
-    QCOMPARE(record.program.name, QString("a.nc"));
+    QCOMPARE((QList<double>{record.MCS.x, record.MCS.c, record.originOffset.offset.z}),
+             (QList<double>{-1.5, 7.25, -100}));
     QCOMPARE(record.program.currentLines.lines, (QStringList{"G0 X0", "5"}));
-    QCOMPARE(record.toolInfo.toolNo, 0);
-    QCOMPARE(record.originOffset.index, QString("G54"));
-    QCOMPARE(record.originOffset.offset.z, -100.0);
     QVERIFY(!MachineRecordJson::ReadRealTimeData({}, &record));
 }
 
