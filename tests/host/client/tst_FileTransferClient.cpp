@@ -14,7 +14,7 @@
 #include <memory>
 
 // The machine client against the simulator, and against a raw socket that sends
-// what no machine should.
+// what no machine should. Records of a running program are the status page's tests' business.
 class tst_FileTransferClient : public QObject
 {
     Q_OBJECT
@@ -23,7 +23,6 @@ private slots:
     void init();
     void cleanup();
     void machineInfoFilledFieldByField();
-    void realTimeDataMovesWhileAProgramRuns();
     void foreignBytesInRecordsKeepTheConnection();
     void unansweredRequestFailsAfterTheTimeout();
     void connectionEndFailsWhatIsPending_data();
@@ -95,34 +94,6 @@ void tst_FileTransferClient::machineInfoFilledFieldByField()
     QVERIFY(system.TotalRunTime >= 1260);
     QCOMPARE(system.TotalMachineTime, 845);
     QVERIFY(!net.eth.mac.isEmpty());
-}
-
-void tst_FileTransferClient::realTimeDataMovesWhileAProgramRuns()
-{
-    FileTransferClient client;
-    QVERIFY(Connect(client, m_sim->InfoPort()));
-    QSignalSpy data(&client, &FileTransferClient::SignalGetMachineRealTimeData);
-    QList<StructRealTimeData> records;
-    // Asks again until the simulated clock has moved on; three records, each later than the last.
-    QVERIFY(QTest::qWaitFor(
-        [&] {
-            if (client.GetMachineRealTimeData() && data.wait(5000) && data.last().at(0).toBool()) {
-                const auto record = data.last().at(1).value<StructRealTimeData>();
-                if (records.isEmpty() || record.runTime > records.last().runTime)
-                    records << record;
-            }
-            return records.size() == 3;
-        },
-        10000));
-    QCOMPARE(records.first().status, int(SimMachine::Running));
-    QCOMPARE(records.first().program.totalLine, 6);
-    const auto moved = [](const StructRealTimeData& a, const StructRealTimeData& b) {
-        return a.MCS.x != b.MCS.x || a.MCS.y != b.MCS.y || a.MCS.z != b.MCS.z;
-    };
-    QVERIFY(moved(records.at(0), records.at(1)));
-    QVERIFY(moved(records.at(1), records.at(2)));
-    QVERIFY(records.at(2).runTime > records.at(0).runTime);
-    QCOMPARE(records.at(2).WCS.x, records.at(2).MCS.x - records.at(2).originOffset.offset.x);
 }
 
 // A controller set to GBK writes program names in GBK, and a failed sensor as NaN: the name is
