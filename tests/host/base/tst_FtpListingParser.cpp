@@ -31,20 +31,18 @@ void TestFtpListingParser::parsesLine_data()
     QTest::addColumn<QString>("type");
     QTest::addColumn<qint64>("size");
     QTest::addColumn<QDateTime>("time");
+    // Listings as the test servers write them are the FTP listing tests' business; these are the
+    // other controllers' quirks and the boundaries.
     const auto row = [](const char* tag, const char* line, const char* name, const char* type, qint64 size,
                         const QDateTime& time) {
         QTest::newRow(tag) << QString::fromUtf8(line) << QString::fromUtf8(name) << type << size << time;
     };
-    row("unix-pure-ftpd-year", "-rw-r--r--    1 0          0                   2 Jan  2  2020 old file 旧.nc",
-        "old file 旧.nc", "file", 2, Utc(2020, 1, 2));
     row("unix-time-this-year", "-rw-r--r-- 1 ftp ftp 4096 Mar  9 04:45 recent.nc", "recent.nc", "file", 4096,
         Utc(2024, 3, 9, 4, 45));
     row("unix-time-tomorrow-is-this-year", "-rw-r--r-- 1 ftp ftp 1 Mar 11 23:59 t.nc", "t.nc", "file", 1,
         Utc(2024, 3, 11, 23, 59));
     row("unix-time-future-is-last-year", "-rw-r--r-- 1 ftp ftp 1 Nov 23 04:45 last.nc", "last.nc", "file", 1,
         Utc(2023, 11, 23, 4, 45));
-    row("unix-dir", "drwxr-xr-x 2 ftp ftp 4096 Feb 29 10:00 程序 目录", "程序 目录", "dir", 4096,
-        Utc(2024, 2, 29, 10, 0));
     row("unix-symlink", "lrwxrwxrwx 1 0 0 8 Jan  2  2020 link.nc -> plain.nc", "link.nc", "file", 8, Utc(2020, 1, 2));
     row("unix-no-group", "-rw-r--r-- 1 owner 77 Dec 31  1999 a.nc", "a.nc", "file", 77, Utc(1999, 12, 31));
     row("unix-double-spaces", "-rw-r--r-- 1 a b 5 Jan  2  2020 two  spaces.nc", "two  spaces.nc", "file", 5,
@@ -60,8 +58,6 @@ void TestFtpListingParser::parsesLine_data()
     row("dos-dir-narrow-padding", "05/01/2024 09:30   <DIR>  sub dir", "sub dir", "dir", 0, Utc(2024, 5, 1, 9, 30));
     row("dos-noon", "03-04-2021  12:15PM  10 noon.nc", "noon.nc", "file", 10, Utc(2021, 3, 4, 12, 15));
     row("dos-iso-24h", "2020-01-02  17:45    5,678 iso file.nc", "iso file.nc", "file", 5678, Utc(2020, 1, 2, 17, 45));
-    row("mlsd-file", "type=file;size=6;modify=20261123090048;UNIX.mode=0644; 中 a.txt", "中 a.txt", "file", 6,
-        Utc(2026, 11, 23, 9, 0, 48));
     row("mlsd-dir-upper-facts", "Type=dir;Sizd=4096;Modify=20200102030405.123; sub dir", "sub dir", "dir", 4096,
         Utc(2020, 1, 2, 3, 4, 5));
     row("mlsd-signed-size-unknown", "type=file;size=-23;modify=20200102030405; neg.nc", "neg.nc", "file", 0,
@@ -88,14 +84,12 @@ void TestFtpListingParser::ignoresLine_data()
     QTest::newRow("blank") << "   \t ";
     QTest::newRow("unix-dot") << "drwxr-xr-x 2 a b 4096 Jan  2  2020 .";
     QTest::newRow("unix-dotdot") << "drwxr-xr-x 2 a b 4096 Jan  2  2020 ..";
-    QTest::newRow("mlsd-pdir") << "type=pdir;sizd=4096;modify=20261123090048; ..";
     QTest::newRow("mlsd-cdir-full-path") << "type=cdir;modify=20261123090048; /some/dir";
     QTest::newRow("slash-in-name") << "-rw-r--r-- 1 a b 5 Jan  2  2020 ../../etc/passwd";
     QTest::newRow("bad-month") << "-rw-r--r-- 1 a b 5 Foo  2  2020 x.nc";
     QTest::newRow("bad-day") << "-rw-r--r-- 1 a b 5 Jan 32  2020 x.nc";
     QTest::newRow("bad-permissions") << "-rw-r--r-Q 1 a b 5 Jan  2  2020 x.nc";
     QTest::newRow("blank-name") << "-rw-r--r-- 1 a b 5 Jan  2  2020   ";
-    QTest::newRow("server-banner") << "226 Transfer complete.";
     QTest::newRow("dos-bad-date") << "13-45-20  10:30AM  5 x.nc";
     QTest::newRow("dos-no-size") << "01-02-20  10:30AM  big x.nc";
     QTest::newRow("mlsd-no-name") << "type=file;size=1;";
