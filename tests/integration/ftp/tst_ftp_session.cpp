@@ -35,11 +35,11 @@ private slots:
     void failureInOwnWords();
     void smallUploadsKeepPace_data();
     void smallUploadsKeepPace();
-    void idleTimeoutTeachesNoLimit(); // before any test that teaches a limit
+    void staleLoginIsRedone_data();
+    void staleLoginIsRedone(); // before any test that teaches a limit
     void loginLimitAfterPassword_data();
     void loginLimitAfterPassword();
     void learnedLimitIsProbedAgain();
-    void forgottenLoginIsRetriedOnce();
     void slowGreetingWithinResponseTime();
     void temporaryNamesObeyTheNameRules();
     void sizeCheckFindsHiddenTemporaryFile_data();
@@ -226,19 +226,6 @@ void TestFtpSession::loginLimitAfterPassword()
     QCOMPARE(FtpSessionBudget::Instance().Limit(QStringLiteral("127.0.0.1")), 1);
 }
 
-// A controller's idle time-out leaves its 421 on the cached connection; the next task must not
-// read it as a full machine.
-void TestFtpSession::idleTimeoutTeachesNoLimit()
-{
-    auto sim = StartSim({"--stale-idle-421", "--idle-timeout", "1"});
-    QVERIFY(sim);
-    QVERIFY(ListRoot().bOk);
-    QTest::qWait(1500);
-    const TaskOutcome outcome = ListRoot();
-    QVERIFY2(outcome.bOk, qPrintable(outcome.message));
-    QCOMPARE(FtpSessionBudget::Instance().Limit(QStringLiteral("127.0.0.1")), 0);
-}
-
 void TestFtpSession::learnedLimitIsProbedAgain()
 {
     // Bookkeeping only: the host name is a key, nothing is sent to it.
@@ -261,11 +248,20 @@ void TestFtpSession::learnedLimitIsProbedAgain()
     budget.SetProbeInterval(std::chrono::seconds(30));
 }
 
-// A machine restarted while our login sat idle resets the next command. Steps that change nothing
-// go again on a new connection; a DELE is checked against the folder first.
-void TestFtpSession::forgottenLoginIsRetriedOnce()
+void TestFtpSession::staleLoginIsRedone_data()
 {
-    auto sim = StartSim({"--reset-idle-after", "1"});
+    QTest::addColumn<QStringList>("switches");
+    QTest::newRow("idle-timeout-421") << QStringList{"--stale-idle-421", "--idle-timeout", "1"};
+    QTest::newRow("machine-restarted") << QStringList{"--reset-idle-after", "1"};
+}
+
+// A controller's idle time-out leaves its 421 on the cached connection, and a machine restarted
+// while our login sat idle resets the next command: neither is a full machine. Steps that change
+// nothing go again on a new connection; a DELE is checked against the folder first.
+void TestFtpSession::staleLoginIsRedone()
+{
+    QFETCH(QStringList, switches);
+    auto sim = StartSim(switches);
     QVERIFY(sim);
     QVERIFY(sim->WriteFile(QStringLiteral("/old.nc"), "M30\n"));
     QVERIFY(sim->WriteFile(QStringLiteral("/keep.nc"), "M30\n"));
@@ -274,6 +270,7 @@ void TestFtpSession::forgottenLoginIsRetriedOnce()
     TaskOutcome outcome = ListRoot();
     QVERIFY2(outcome.bOk, qPrintable(outcome.message));
     QVERIFY(outcome.Entry(QStringLiteral("keep.nc")));
+    QCOMPARE(FtpSessionBudget::Instance().Limit(QStringLiteral("127.0.0.1")), 0);
     QTest::qWait(1500);
     outcome = FtpTestFixture::Run(new DeleteFTPFile(FtpTestFixture::PlainUrl("/old.nc"),
                                                     FtpTestFixture::EncodedUrl("/old.nc"), QStringLiteral("/old.nc")));
