@@ -6,6 +6,7 @@
 #include <QFileInfo>
 #include <QTest>
 #include <RenameFtpFile.h>
+#include <tuple>
 
 class TestFtpFileOps : public QObject
 {
@@ -73,24 +74,19 @@ void TestFtpFileOps::renamesFileAndFolder()
     QVERIFY(m_pServer->WriteFile(base + QStringLiteral("/old name.nc"), "content"));
     QVERIFY(m_pServer->MakeDir(base + QStringLiteral("/dir")));
 
-    const struct
-    {
-        QString from;
-        QString to;
-        bool bOk;
-    } cases[] = {
+    const std::tuple<QString, QString, bool> cases[] = {
         {base + QStringLiteral("/old name.nc"), base + QStringLiteral("/新 名字.nc"), true},
         {base + QStringLiteral("/dir"), base + QStringLiteral("/目录2"), true},
         {base + QStringLiteral("/absent.nc"), base + QStringLiteral("/whatever.nc"), false},
     };
-    for (const auto& c : cases) {
-        auto* task = new RenameFtpFile(FtpTestFixture::PlainUrl(c.from), FtpTestFixture::PlainUrl(c.to), c.from);
-        task->SetFilePath(c.from, c.to);
+    for (const auto& [from, to, bOk] : cases) {
+        auto* task = new RenameFtpFile(FtpTestFixture::PlainUrl(from), FtpTestFixture::PlainUrl(to), from);
+        task->SetFilePath(from, to);
         const TaskOutcome outcome = FtpTestFixture::Run(task);
         QVERIFY(outcome.bFinished);
-        QCOMPARE(outcome.bOk, c.bOk);
-        QCOMPARE(Exists(c.to), c.bOk);
-        QVERIFY(!Exists(c.from));
+        QCOMPARE(outcome.bOk, bOk);
+        QCOMPARE(Exists(to), bOk);
+        QVERIFY(!Exists(from));
     }
 }
 

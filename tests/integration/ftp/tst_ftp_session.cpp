@@ -33,7 +33,6 @@ private slots:
     void init();
     void failureInOwnWords_data();
     void failureInOwnWords();
-    void smallUploadsKeepPace_data();
     void smallUploadsKeepPace();
     void staleLoginIsRedone_data();
     void staleLoginIsRedone(); // before any test that teaches a limit
@@ -110,26 +109,12 @@ void TestFtpSession::failureInOwnWords()
     QVERIFY(LogHas(" failed: curl ")); // ... and goes to the debug log
 }
 
-void TestFtpSession::smallUploadsKeepPace_data()
-{
-    QTest::addColumn<QStringList>("faults");
-    QTest::addColumn<int>("files");
-    QTest::addColumn<int>("minMedianMs");
-    QTest::addColumn<int>("maxMedianMs");
-    // A delayed acknowledgement costs 40 ms per upload and the data-connection stall a second; both
-    // stand far above these bounds, which leave room for a loaded machine (the sanitizer builds
-    // stretch the median bound by KORV_TIME_FACTOR).
-    QTest::newRow("no-latency") << QStringList{} << 200 << 0 << 20;
-    QTest::newRow("latency-switch") << QStringList{"--ftp-latency", "30"} << 10 << 60 << 1000;
-}
-
+// A delayed acknowledgement costs 40 ms per upload and the data-connection stall a second; both
+// stand far above these bounds, which leave room for a loaded machine (the sanitizer builds
+// stretch the median bound by KORV_TIME_FACTOR). The simulator's own latency is its tests' business.
 void TestFtpSession::smallUploadsKeepPace()
 {
-    QFETCH(QStringList, faults);
-    QFETCH(int, files);
-    QFETCH(int, minMedianMs);
-    QFETCH(int, maxMedianMs);
-    CncSimServer sim(faults);
+    CncSimServer sim;
     QVERIFY2(sim.Start(), qPrintable(sim.ErrorString()));
     FtpSettings settings;
     settings.user = sim.User();
@@ -138,7 +123,7 @@ void TestFtpSession::smallUploadsKeepPace()
     QVERIFY2(session.Connect(), qPrintable(session.ErrorMessage()));
     QByteArray program(20 * 1024, 'p');
     QList<qint64> times;
-    for (int i = 0; i < files; ++i) {
+    for (int i = 0; i < 200; ++i) {
         QBuffer source(&program);
         QVERIFY(source.open(QIODevice::ReadOnly));
         QElapsedTimer clock;
@@ -151,7 +136,7 @@ void TestFtpSession::smallUploadsKeepPace()
     const qint64 median = times.at(times.size() / 2);
     const QString figures = QStringLiteral("median %1 ms, max %2 ms").arg(median).arg(times.last());
     const int factor = qMax(1, qEnvironmentVariableIntValue("KORV_TIME_FACTOR"));
-    QVERIFY2(median >= minMedianMs && median <= maxMedianMs * factor, qPrintable(figures));
+    QVERIFY2(median <= 20 * factor, qPrintable(figures));
     QVERIFY2(times.last() < 900, qPrintable(figures));
     QCOMPARE(QFileInfo(sim.LocalPath(QStringLiteral("/p0.nc"))).size(), program.size());
 }
