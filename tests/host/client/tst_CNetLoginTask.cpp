@@ -70,9 +70,7 @@ tst_CNetLoginTask::Outcome tst_CNetLoginTask::RunTask(int kind, const QVariant& 
         outcome.error = task.ErrorString();
         return outcome;
     }));
-    if (!QTest::qWaitFor([&watcher] { return watcher.isFinished(); }, 20000))
-        return {};
-    return watcher.result();
+    return QTest::qWaitFor([&watcher] { return watcher.isFinished(); }, 20000) ? watcher.result() : Outcome{};
 }
 
 void tst_CNetLoginTask::failures()
