@@ -81,7 +81,8 @@ void tst_MachineFrameDecoder::foreignTextAndUnusableNumbers_data()
     const auto gbk = [](const char* hex) {
         return QByteArray(R"({"type":"R","name":")") + QByteArray::fromHex(hex) + R"(.nc"})";
     };
-    // Plain GBK names go through the client's test; a second byte of 0x5c reads as a backslash to a UTF-8 parser.
+    // Plain GBK names go through the client's test. A second byte of 0x5c reads as a backslash to
+    // a UTF-8 parser.
     QTest::newRow("gbk-backslash-byte") << gbk("815c") << QByteArray("GBK") << "乗.nc" << true;
     QTest::newRow("nan") << QByteArray(R"({"type":"R","name":"NaN.nc","spindleTemp":NaN})") << QByteArray("UTF-8")
                          << "NaN.nc" << false;
