@@ -24,11 +24,6 @@ QByteArray ReadAll(const QString& path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-void Stop(FtpTaskThread* task)
-{
-    task->SetTransControl(FtpTaskThread::TransControlStop);
-}
-
 FtpTaskThread* Up(const QString& remote, const QString& local)
 {
     return new UploadToFtp(FtpTestFixture::PlainUrl(remote), FtpTestFixture::EncodedUrl(remote), local);
@@ -119,10 +114,10 @@ void TestFtpTransfer::stopLeavesNoFullFile()
     TestTempDir target;
     const QString up = m_local.CreateFile(QStringLiteral("big.nc"), RandomBytes(size));
     for (bool bUpload : {true, false}) {
-        const TaskOutcome outcome =
-            FtpTestFixture::Run(bUpload ? Up(folder + QStringLiteral("/up.nc"), up)
-                                        : Down(folder + QStringLiteral("/down.nc"), target.FilePath("big.nc")),
-                                30000, Stop);
+        const TaskOutcome outcome = FtpTestFixture::Run(
+            bUpload ? Up(folder + QStringLiteral("/up.nc"), up)
+                    : Down(folder + QStringLiteral("/down.nc"), target.FilePath("big.nc")),
+            30000, [](FtpTaskThread* task) { task->SetTransControl(FtpTaskThread::TransControlStop); });
         QVERIFY(outcome.bFinished);
         QVERIFY(!outcome.bOk);
         QVERIFY2(outcome.message.contains(QStringLiteral("停止")), qPrintable(outcome.message));
