@@ -51,7 +51,7 @@ void TestCamBaseHelpers::convertsXmlToJson()
     QCOMPARE(items.size(), 2);
     QCOMPARE(items[0].toObject().value("@id").toString(), QStringLiteral("1"));
     QCOMPARE(items[1].toString(), QStringLiteral("b"));
-    for (const QByteArray bad : {QByteArray("<broken><a></broken>"), QByteArray()})
+    for (const QByteArray& bad : {QByteArray("<broken><a></broken>"), QByteArray()})
         QVERIFY(CamBaseTextHelper::instance()->ConvertXmlToJson(bad).isEmpty());
 }
 

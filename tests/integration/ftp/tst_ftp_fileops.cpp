@@ -42,8 +42,8 @@ void TestFtpFileOps::batchDeleteContinuesPastFailures()
     const QString base = m_fixture.NewRemoteFolder(m_pServer, QStringLiteral("batch"));
     for (const char* dir : {"/a/b/c", "/a", "/a/b", "/a/b/d", "/empty"})
         QVERIFY(m_pServer->MakeDir(base + QLatin1String(dir)));
-    for (const QString file : {QStringLiteral("/a/1.nc"), QStringLiteral("/a/b/2.nc"),
-                               QStringLiteral("/a/b/c/中文 3.nc"), QStringLiteral("/keep.nc")})
+    for (const QString& file : {QStringLiteral("/a/1.nc"), QStringLiteral("/a/b/2.nc"),
+                                QStringLiteral("/a/b/c/中文 3.nc"), QStringLiteral("/keep.nc")})
         QVERIFY(m_pServer->WriteFile(base + file, file.toUtf8()));
     const QStringList files{base + QStringLiteral("/x.nc"), base + QStringLiteral("/missing.nc"),
                             base + QStringLiteral("/删除 我.nc")};
