@@ -31,77 +31,37 @@ void TestFtpListingParser::parsesLine_data()
     QTest::addColumn<QString>("type");
     QTest::addColumn<qint64>("size");
     QTest::addColumn<QDateTime>("time");
-
-    QTest::newRow("unix-pure-ftpd-year")
-        << "-rw-r--r--    1 0          0                   2 Jan  2  2020 old file 旧.nc"
-        << "old file 旧.nc"
-        << "file" << qint64(2) << Utc(2020, 1, 2);
-    QTest::newRow("unix-time-this-year") << "-rw-r--r-- 1 ftp ftp 4096 Mar  9 04:45 recent.nc"
-                                         << "recent.nc"
-                                         << "file" << qint64(4096) << Utc(2024, 3, 9, 4, 45);
-    QTest::newRow("unix-time-tomorrow-is-this-year") << "-rw-r--r-- 1 ftp ftp 1 Mar 11 23:59 t.nc"
-                                                     << "t.nc"
-                                                     << "file" << qint64(1) << Utc(2024, 3, 11, 23, 59);
-    QTest::newRow("unix-time-future-is-last-year") << "-rw-r--r-- 1 ftp ftp 1 Nov 23 04:45 last.nc"
-                                                   << "last.nc"
-                                                   << "file" << qint64(1) << Utc(2023, 11, 23, 4, 45);
-    QTest::newRow("unix-dir") << "drwxr-xr-x 2 ftp ftp 4096 Feb 29 10:00 程序 目录"
-                              << "程序 目录"
-                              << "dir" << qint64(4096) << Utc(2024, 2, 29, 10, 0);
-    QTest::newRow("unix-symlink") << "lrwxrwxrwx 1 0 0 8 Jan  2  2020 link.nc -> plain.nc"
-                                  << "link.nc"
-                                  << "file" << qint64(8) << Utc(2020, 1, 2);
-    QTest::newRow("unix-no-group") << "-rw-r--r-- 1 owner 77 Dec 31  1999 a.nc"
-                                   << "a.nc"
-                                   << "file" << qint64(77) << Utc(1999, 12, 31);
-    QTest::newRow("unix-device") << "crw-rw-rw- 1 root root 1, 3 Jan  2  2020 null"
-                                 << "null"
-                                 << "file" << qint64(0) << Utc(2020, 1, 2);
-    QTest::newRow("unix-leading-and-double-spaces") << "-rw-r--r-- 1 a b 5 Jan  2  2020 two  spaces.nc"
-                                                    << "two  spaces.nc"
-                                                    << "file" << qint64(5) << Utc(2020, 1, 2);
-    QTest::newRow("unix-year-name-leading-spaces") << "-rw-r--r-- 1 a b 5 Jan  2  2020   lead.nc"
-                                                   << "  lead.nc"
-                                                   << "file" << qint64(5) << Utc(2020, 1, 2);
-    QTest::newRow("unix-time-name-leading-space") << "drwxr-xr-x 2 a b 4096 Mar  9 04:45  sub"
-                                                  << " sub"
-                                                  << "dir" << qint64(4096) << Utc(2024, 3, 9, 4, 45);
-    QTest::newRow("dos-file-name-leading-spaces") << "12-31-99  11:05PM              1234   old.nc"
-                                                  << "  old.nc"
-                                                  << "file" << qint64(1234) << Utc(1999, 12, 31, 23, 5);
-    QTest::newRow("dos-dir-name-leading-space") << "01-02-20  10:30AM       <DIR>           folder"
-                                                << " folder"
-                                                << "dir" << qint64(0) << Utc(2020, 1, 2, 10, 30);
-    QTest::newRow("dos-dir-narrow-padding") << "05/01/2024 09:30   <DIR>  sub dir"
-                                            << "sub dir"
-                                            << "dir" << qint64(0) << Utc(2024, 5, 1, 9, 30);
-    QTest::newRow("unix-big-size") << "-rw-r--r-- 1 a b 1073741824 Jan  2  2020 big.bin"
-                                   << "big.bin"
-                                   << "file" << qint64(1073741824) << Utc(2020, 1, 2);
-    QTest::newRow("dos-noon") << "03-04-2021  12:15PM  10 noon.nc"
-                              << "noon.nc"
-                              << "file" << qint64(10) << Utc(2021, 3, 4, 12, 15);
-    QTest::newRow("dos-iso-24h") << "2020-01-02  17:45    5,678 iso file.nc"
-                                 << "iso file.nc"
-                                 << "file" << qint64(5678) << Utc(2020, 1, 2, 17, 45);
-    QTest::newRow("mlsd-file") << "type=file;size=6;modify=20261123090048;UNIX.mode=0644; 中 a.txt"
-                               << "中 a.txt"
-                               << "file" << qint64(6) << Utc(2026, 11, 23, 9, 0, 48);
-    QTest::newRow("mlsd-dir-upper-facts") << "Type=dir;Sizd=4096;Modify=20200102030405.123; sub dir"
-                                          << "sub dir"
-                                          << "dir" << qint64(4096) << Utc(2020, 1, 2, 3, 4, 5);
-    QTest::newRow("mlsd-create-fallback") << "type=file;size=1;create=20200102030405; c.nc"
-                                          << "c.nc"
-                                          << "file" << qint64(1) << Utc(2020, 1, 2, 3, 4, 5);
-    QTest::newRow("mlsd-symlink") << "type=OS.unix=symlink;size=3;modify=20200102030405; l.nc"
-                                  << "l.nc"
-                                  << "file" << qint64(3) << Utc(2020, 1, 2, 3, 4, 5);
-    QTest::newRow("mlsd-signed-size-unknown") << "type=file;size=-23;modify=20200102030405; neg.nc"
-                                              << "neg.nc"
-                                              << "file" << qint64(0) << Utc(2020, 1, 2, 3, 4, 5);
-    QTest::newRow("mlsd-name-with-semicolon") << "type=file;size=1;modify=20200102030405; a; b=c.nc"
-                                              << "a; b=c.nc"
-                                              << "file" << qint64(1) << Utc(2020, 1, 2, 3, 4, 5);
+    // Listings as the test servers write them are the FTP listing tests' business; these are the
+    // other controllers' quirks and the boundaries.
+    const auto row = [](const char* tag, const char* line, const char* name, const char* type, qint64 size,
+                        const QDateTime& time) {
+        QTest::newRow(tag) << QString::fromUtf8(line) << QString::fromUtf8(name) << type << size << time;
+    };
+    row("unix-time-tomorrow-is-this-year", "-rw-r--r-- 1 ftp ftp 1 Mar 11 23:59 t.nc", "t.nc", "file", 1,
+        Utc(2024, 3, 11, 23, 59));
+    row("unix-time-future-is-last-year", "-rw-r--r-- 1 ftp ftp 1 Nov 23 04:45 last.nc", "last.nc", "file", 1,
+        Utc(2023, 11, 23, 4, 45));
+    row("unix-symlink", "lrwxrwxrwx 1 0 0 8 Jan  2  2020 link.nc -> plain.nc", "link.nc", "file", 8, Utc(2020, 1, 2));
+    row("unix-no-group", "-rw-r--r-- 1 owner 77 Dec 31  1999 a.nc", "a.nc", "file", 77, Utc(1999, 12, 31));
+    row("unix-double-spaces", "-rw-r--r-- 1 a b 5 Jan  2  2020 two  spaces.nc", "two  spaces.nc", "file", 5,
+        Utc(2020, 1, 2));
+    row("unix-year-name-leading-spaces", "-rw-r--r-- 1 a b 5 Jan  2  2020   lead.nc", "  lead.nc", "file", 5,
+        Utc(2020, 1, 2));
+    row("unix-time-name-leading-space", "drwxr-xr-x 2 a b 4096 Mar  9 04:45  sub", " sub", "dir", 4096,
+        Utc(2024, 3, 9, 4, 45));
+    row("dos-file-name-leading-spaces", "12-31-99  11:05PM              1234   old.nc", "  old.nc", "file", 1234,
+        Utc(1999, 12, 31, 23, 5));
+    row("dos-dir-name-leading-space", "01-02-20  10:30AM       <DIR>           folder", " folder", "dir", 0,
+        Utc(2020, 1, 2, 10, 30));
+    row("dos-dir-narrow-padding", "05/01/2024 09:30   <DIR>  sub dir", "sub dir", "dir", 0, Utc(2024, 5, 1, 9, 30));
+    row("dos-noon", "03-04-2021  12:15PM  10 noon.nc", "noon.nc", "file", 10, Utc(2021, 3, 4, 12, 15));
+    row("dos-iso-24h", "2020-01-02  17:45    5,678 iso file.nc", "iso file.nc", "file", 5678, Utc(2020, 1, 2, 17, 45));
+    row("mlsd-dir-upper-facts", "Type=dir;Sizd=4096;Modify=20200102030405.123; sub dir", "sub dir", "dir", 4096,
+        Utc(2020, 1, 2, 3, 4, 5));
+    row("mlsd-signed-size-unknown", "type=file;size=-23;modify=20200102030405; neg.nc", "neg.nc", "file", 0,
+        Utc(2020, 1, 2, 3, 4, 5));
+    row("mlsd-name-with-semicolon", "type=file;size=1;modify=20200102030405; a; b=c.nc", "a; b=c.nc", "file", 1,
+        Utc(2020, 1, 2, 3, 4, 5));
 }
 
 void TestFtpListingParser::parsesLine()
@@ -119,20 +79,14 @@ void TestFtpListingParser::ignoresLine_data()
 {
     QTest::addColumn<QString>("line");
     QTest::newRow("total") << "total 12";
-    QTest::newRow("empty") << "";
     QTest::newRow("blank") << "   \t ";
     QTest::newRow("unix-dot") << "drwxr-xr-x 2 a b 4096 Jan  2  2020 .";
     QTest::newRow("unix-dotdot") << "drwxr-xr-x 2 a b 4096 Jan  2  2020 ..";
-    QTest::newRow("mlsd-cdir") << "type=cdir;sizd=4096;modify=20261123090048; .";
-    QTest::newRow("mlsd-pdir") << "type=pdir;sizd=4096;modify=20261123090048; ..";
     QTest::newRow("mlsd-cdir-full-path") << "type=cdir;modify=20261123090048; /some/dir";
     QTest::newRow("slash-in-name") << "-rw-r--r-- 1 a b 5 Jan  2  2020 ../../etc/passwd";
     QTest::newRow("bad-month") << "-rw-r--r-- 1 a b 5 Foo  2  2020 x.nc";
-    QTest::newRow("bad-day") << "-rw-r--r-- 1 a b 5 Jan 32  2020 x.nc";
     QTest::newRow("bad-permissions") << "-rw-r--r-Q 1 a b 5 Jan  2  2020 x.nc";
-    QTest::newRow("no-name") << "-rw-r--r-- 1 a b 5 Jan  2  2020";
     QTest::newRow("blank-name") << "-rw-r--r-- 1 a b 5 Jan  2  2020   ";
-    QTest::newRow("server-banner") << "226 Transfer complete.";
     QTest::newRow("dos-bad-date") << "13-45-20  10:30AM  5 x.nc";
     QTest::newRow("dos-no-size") << "01-02-20  10:30AM  big x.nc";
     QTest::newRow("mlsd-no-name") << "type=file;size=1;";
@@ -155,10 +109,7 @@ void TestFtpListingParser::parsesWholeListing()
                                "-rw-r--r-- 1 a b 7 Jan  2  2020 last.nc"; // no final line end
     const QList<FtpFileInfo> entries = FtpListingParser(kNow).Parse(listing);
     QCOMPARE(entries.size(), 3);
-    QCOMPARE(entries[0].name, QStringLiteral("one.nc"));
-    QCOMPARE(entries[1].name, QStringLiteral("目录"));
-    QVERIFY(entries[1].isDir());
-    QCOMPARE(entries[2].size, 7);
+    QCOMPARE(entries[0].name + entries[1].name + entries[2].name, QStringLiteral("one.nc目录last.nc"));
 }
 
 void TestFtpListingParser::survivesInsertedBlanksAndBreaks()

@@ -3,17 +3,13 @@
 
 #include <QJsonArray>
 #include <QTest>
+#include <QtEndian>
 
 namespace {
 QByteArray frame(const QByteArray& payload)
 {
-    QByteArray header(4, '\0');
-    const quint32 size = quint32(payload.size());
-    header[0] = char(size >> 24);
-    header[1] = char(size >> 16);
-    header[2] = char(size >> 8);
-    header[3] = char(size);
-    return header + payload;
+    const quint32 size = qToBigEndian(quint32(payload.size()));
+    return QByteArray(reinterpret_cast<const char*>(&size), sizeof size) + payload;
 }
 } // namespace
 
@@ -21,7 +17,6 @@ class tst_MachineFrameDecoder : public QObject
 {
     Q_OBJECT
 private slots:
-    void decodesHoweverTheBytesArrive_data();
     void decodesHoweverTheBytesArrive();
     void untrustworthyFramesBreakTheStream_data();
     void untrustworthyFramesBreakTheStream();
@@ -30,31 +25,23 @@ private slots:
     void realTimeDataWithWrongKinds();
 };
 
-void tst_MachineFrameDecoder::decodesHoweverTheBytesArrive_data()
-{
-    QTest::addColumn<int>("chunk");
-    QTest::newRow("byte-by-byte") << 1;
-    QTest::newRow("three-bytes") << 3;
-    QTest::newRow("header-split") << 2;
-    QTest::newRow("all-merged") << 100000;
-}
-
 void tst_MachineFrameDecoder::decodesHoweverTheBytesArrive()
 {
-    QFETCH(int, chunk);
     const QJsonObject first{{"type", "RealTimeDataRes"}, {"code", 0}, {"msg", "零件"}};
     const QJsonObject second{{"type", "GetMachineInfoRes"}, {"code", 0}};
     const QByteArray bytes = MachineFrameDecoder::Encode(first) + MachineFrameDecoder::Encode(second);
-    MachineFrameDecoder decoder;
-    QList<QJsonObject> messages;
-    for (int i = 0; i < bytes.size(); i += chunk) {
-        QVERIFY(decoder.Feed(bytes.mid(i, chunk)));
-        QJsonObject message;
-        while (decoder.Next(&message))
-            messages << message;
+    for (int chunk : {1, 3, 100000}) { // headers and text split anywhere, and frames merged
+        MachineFrameDecoder decoder;
+        QList<QJsonObject> messages;
+        for (int i = 0; i < bytes.size(); i += chunk) {
+            QVERIFY(decoder.Feed(bytes.mid(i, chunk)));
+            QJsonObject message;
+            while (decoder.Next(&message))
+                messages << message;
+        }
+        QCOMPARE(messages, (QList<QJsonObject>{first, second}));
+        QVERIFY(!decoder.IsBroken());
     }
-    QCOMPARE(messages, (QList<QJsonObject>{first, second}));
-    QVERIFY(!decoder.IsBroken());
 }
 
 void tst_MachineFrameDecoder::untrustworthyFramesBreakTheStream_data()
@@ -65,7 +52,6 @@ void tst_MachineFrameDecoder::untrustworthyFramesBreakTheStream_data()
     QTest::newRow("oversized") << frame("{}").replace(0, 4, QByteArray::fromHex("00100001")) << "frame length 1048577";
     QTest::newRow("truncated-json") << frame(R"({"type":"Real)") << "malformed JSON";
     QTest::newRow("array") << frame("[1,2]") << "payload is not a JSON object";
-    QTest::newRow("binary") << frame(QByteArray("\xff\xfe\x00\x01", 4)) << "malformed JSON";
 }
 
 void tst_MachineFrameDecoder::untrustworthyFramesBreakTheStream()
@@ -95,11 +81,9 @@ void tst_MachineFrameDecoder::foreignTextAndUnusableNumbers_data()
     const auto gbk = [](const char* hex) {
         return QByteArray(R"({"type":"R","name":")") + QByteArray::fromHex(hex) + R"(.nc"})";
     };
-    QTest::newRow("gbk-name") << gbk("c1e3bcfe") << QByteArray("GBK") << "零件.nc" << true;
-    // A second byte of 0x5c reads as a backslash to a UTF-8 parser.
+    // Plain GBK names go through the client's test. A second byte of 0x5c reads as a backslash to
+    // a UTF-8 parser.
     QTest::newRow("gbk-backslash-byte") << gbk("815c") << QByteArray("GBK") << "乗.nc" << true;
-    QTest::newRow("encoding-not-set") << gbk("c1e3bcfe") << QByteArray("UTF-8") << "\uFFFD\uFFFD\uFFFD\uFFFD.nc"
-                                      << true;
     QTest::newRow("nan") << QByteArray(R"({"type":"R","name":"NaN.nc","spindleTemp":NaN})") << QByteArray("UTF-8")
                          << "NaN.nc" << false;
     QTest::newRow("out-of-range") << QByteArray(R"({"type":"R","load":[1,-1e999]})") << QByteArray("UTF-8") << ""
@@ -144,19 +128,14 @@ void tst_MachineFrameDecoder::realTimeDataWithWrongKinds()
     };
     StructRealTimeData record;
     QVERIFY(MachineRecordJson::ReadRealTimeData(data, &record));
-    QCOMPARE(record.sn, QString("42"));
-    QCOMPARE(record.status, 3);
-    QCOMPARE(record.feed, std::numeric_limits<int>::max());
-    QCOMPARE(record.spindleSpeed, std::numeric_limits<int>::min());
-    QCOMPARE(record.runTime, 13);
+    QCOMPARE((QStringList{record.sn, record.program.name, record.originOffset.index}),
+             (QStringList{"42", "a.nc", "G54"}));
+    QCOMPARE((QList<int>{record.status, record.feed, record.spindleSpeed, record.runTime, record.toolInfo.toolNo}),
+             (QList<int>{3, std::numeric_limits<int>::max(), std::numeric_limits<int>::min(), 13, 0}));
     QCOMPARE(record.load, (QList<double>{86, 58, 0}));
-    QCOMPARE(record.MCS.x, -1.5);
-    QCOMPARE(record.MCS.c, 7.25);
-    QCOMPARE(record.program.name, QString("a.nc"));
+    QCOMPARE((QList<double>{record.MCS.x, record.MCS.c, record.originOffset.offset.z}),
+             (QList<double>{-1.5, 7.25, -100}));
     QCOMPARE(record.program.currentLines.lines, (QStringList{"G0 X0", "5"}));
-    QCOMPARE(record.toolInfo.toolNo, 0);
-    QCOMPARE(record.originOffset.index, QString("G54"));
-    QCOMPARE(record.originOffset.offset.z, -100.0);
     QVERIFY(!MachineRecordJson::ReadRealTimeData({}, &record));
 }
 

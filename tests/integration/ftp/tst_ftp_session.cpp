@@ -1,5 +1,4 @@
 #include "CncSimServer.h"
-#include "FreeLoopbackPort.h"
 #include "FtpTestFixture.h"
 #include "TestTempDir.h"
 
@@ -34,13 +33,12 @@ private slots:
     void init();
     void failureInOwnWords_data();
     void failureInOwnWords();
-    void smallUploadsKeepPace_data();
     void smallUploadsKeepPace();
-    void idleTimeoutTeachesNoLimit(); // before any test that teaches a limit
+    void staleLoginIsRedone_data();
+    void staleLoginIsRedone(); // before any test that teaches a limit
     void loginLimitAfterPassword_data();
     void loginLimitAfterPassword();
     void learnedLimitIsProbedAgain();
-    void forgottenLoginIsRetriedOnce();
     void slowGreetingWithinResponseTime();
     void temporaryNamesObeyTheNameRules();
     void sizeCheckFindsHiddenTemporaryFile_data();
@@ -52,6 +50,8 @@ private:
     std::unique_ptr<CncSimServer> StartSim(const QStringList& switches);
     bool LogHas(const QByteArray& text) const;
     FtpTaskThread* Upload(const QString& remote, const QByteArray& bytes);
+    FtpTaskThread* Download(const QString& remote);
+    static TaskOutcome ListRoot();
 
     FtpTestFixture m_fixture; // private settings folder
     TestTempDir m_local;
@@ -68,34 +68,18 @@ void TestFtpSession::failureInOwnWords_data()
     QTest::addColumn<QStringList>("faults");
     QTest::addColumn<bool>("bUpload");
     QTest::addColumn<QString>("setup");
-    QTest::addColumn<QString>("words");
-    QTest::addColumn<QString>("serverReply");
-    QTest::newRow("could-not-connect") << QStringList{} << false << "closed-port"
-                                       << "无法连接FTP服务器"
-                                       << "";
-    QTest::newRow("login-denied") << QStringList{} << false << "wrong-password"
-                                  << "登录被拒绝"
-                                  << "530";
-    QTest::newRow("remote-file-not-found") << QStringList{} << false << "missing-file"
-                                           << "远程文件不存在"
-                                           << "550";
-    QTest::newRow("timed-out") << QStringList{"--ftp-latency", "2500"} << false << "short-timeout"
-                               << "FTP服务器响应超时"
-                               << "";
-    QTest::newRow("disk-full-while-sending") << QStringList{"--ftp-disk-full", "65536"} << true << ""
-                                             << "服务器存储空间不足"
-                                             << "552";
-    QTest::newRow("connection-cut") << QStringList{"--ftp-drop-after", "65536"} << false << ""
-                                    << "FTP连接中断"
-                                    << "";
-    QTest::newRow("passive-and-active-refused")
-        << QStringList{"--no-passive", "--ftp-refuse", "EPRT", "--ftp-refuse", "PORT"} << false << ""
-        << "下载文件失败：机床拒绝了被动模式，主动模式也未成功"
-        << "550";
+    QTest::addColumn<QStringList>("words"); // and the server's reply, where it gave one
+    const auto row = [](const char* tag, const QStringList& faults, bool bUpload, const char* setup,
+                        const QStringList& words) { QTest::newRow(tag) << faults << bUpload << setup << words; };
+    // Refused connections and logins are the connection tests' business.
+    row("remote-file-not-found", {}, false, "missing-file", {"远程文件不存在", "服务器回复：550"});
+    row("timed-out", {"--ftp-latency", "2500"}, false, "short-timeout", {"FTP服务器响应超时"});
+    row("disk-full-while-sending", {"--ftp-disk-full", "65536"}, true, "", {"服务器存储空间不足", "服务器回复：552"});
+    row("connection-cut", {"--ftp-drop-after", "65536"}, false, "", {"FTP连接中断"});
+    row("passive-and-active-refused", {"--no-passive", "--ftp-refuse", "EPRT", "--ftp-refuse", "PORT"}, false, "",
+        {"下载文件失败：机床拒绝了被动模式，主动模式也未成功", "服务器回复：550"});
     // The rename of the finished upload onto the target is refused: named after RNTO, not RNFR.
-    QTest::newRow("rename-refused") << QStringList{"--ftp-refuse", "RNTO"} << true << ""
-                                    << "RNTO失败"
-                                    << "550";
+    row("rename-refused", {"--ftp-refuse", "RNTO"}, true, "", {"RNTO失败", "服务器回复：550"});
 }
 
 void TestFtpSession::failureInOwnWords()
@@ -103,64 +87,34 @@ void TestFtpSession::failureInOwnWords()
     QFETCH(QStringList, faults);
     QFETCH(bool, bUpload);
     QFETCH(QString, setup);
-    QFETCH(QString, words);
-    QFETCH(QString, serverReply);
-    CncSimServer sim(faults);
-    QVERIFY2(sim.Start(), qPrintable(sim.ErrorString()));
+    QFETCH(QStringList, words);
+    auto sim = StartSim(faults);
+    QVERIFY(sim);
     const QByteArray big(8 * 1024 * 1024, 'g');
-    QVERIFY(sim.WriteFile(QStringLiteral("/big.nc"), big));
-    FtpTestFixture::SetSetting(g_strSettingFtpUser, sim.User());
-    FtpTestFixture::SetSetting(g_strSettingFtpPassword, setup == "wrong-password" ? "wrong" : sim.Password());
-    FtpTestFixture::SetSetting(g_strSettingFtpPortMapping,
-                               setup == "closed-port" ? int(FreeLoopbackPort()) : int(sim.Port()));
-    FtpTestFixture::SetSetting(g_strSettingFtpConnectTimeoutMs, 5000);
-    FtpTestFixture::SetSetting(g_strSettingFtpResponseTimeoutMs, setup == "short-timeout" ? 1000 : 15000);
+    QVERIFY(sim->WriteFile(QStringLiteral("/big.nc"), big));
+    if (setup == "short-timeout")
+        FtpTestFixture::SetSetting(g_strSettingFtpResponseTimeoutMs, 1000);
 
     const QString remote = setup == "missing-file" ? QStringLiteral("/missing.nc") : QStringLiteral("/big.nc");
-    FtpTaskThread* task = nullptr;
-    if (bUpload)
-        task = new UploadToFtp(FtpTestFixture::PlainUrl(remote), FtpTestFixture::EncodedUrl(remote),
-                               m_local.CreateFile(QStringLiteral("big.nc"), big));
-    else
-        task = new DownloadToLocal(FtpTestFixture::PlainUrl(remote), FtpTestFixture::EncodedUrl(remote),
-                                   m_local.FilePath(QStringLiteral("down.nc")));
-    const TaskOutcome outcome = FtpTestFixture::Run(task);
+    const TaskOutcome outcome = FtpTestFixture::Run(bUpload ? Upload(remote, big) : Download(remote));
     QVERIFY(outcome.bFinished);
     QVERIFY(!outcome.bOk);
-    QVERIFY2(outcome.message.contains(words), qPrintable(outcome.message));
-    if (!serverReply.isEmpty())
-        QVERIFY2(outcome.message.contains(QStringLiteral("服务器回复：") + serverReply), qPrintable(outcome.message));
+    for (const QString& word : words)
+        QVERIFY2(outcome.message.contains(word), qPrintable(outcome.message));
     // libcurl's English stays out of the user's text (the server's own reply may be English) ...
     QString ownText = outcome.message;
     ownText.remove(QRegularExpression(QStringLiteral("（服务器回复：[^）]*）")));
     ownText.remove(QRegularExpression(QStringLiteral("^[A-Z]{3,4}失败"))); // a step named by its FTP command
     QVERIFY2(!ownText.contains(QRegularExpression(QStringLiteral("[A-Za-z]{4,}"))), qPrintable(outcome.message));
-    // ... and goes to the debug log.
-    QFile log(CDebugLog::LogFilePath());
-    QVERIFY(log.open(QIODevice::ReadOnly));
-    QVERIFY(log.readAll().contains(" failed: curl "));
+    QVERIFY(LogHas(" failed: curl ")); // ... and goes to the debug log
 }
 
-void TestFtpSession::smallUploadsKeepPace_data()
-{
-    QTest::addColumn<QStringList>("faults");
-    QTest::addColumn<int>("files");
-    QTest::addColumn<int>("minMedianMs");
-    QTest::addColumn<int>("maxMedianMs");
-    // A delayed acknowledgement costs 40 ms per upload and the data-connection stall a second; both
-    // stand far above these bounds, which leave room for a loaded machine (the sanitizer builds
-    // stretch the median bound by KORV_TIME_FACTOR).
-    QTest::newRow("no-latency") << QStringList{} << 200 << 0 << 20;
-    QTest::newRow("latency-switch") << QStringList{"--ftp-latency", "30"} << 10 << 60 << 1000;
-}
-
+// A delayed acknowledgement costs 40 ms per upload and the data-connection stall a second; both
+// stand far above these bounds, which leave room for a loaded machine (the sanitizer builds
+// stretch the median bound by KORV_TIME_FACTOR). The simulator's own latency is its tests' business.
 void TestFtpSession::smallUploadsKeepPace()
 {
-    QFETCH(QStringList, faults);
-    QFETCH(int, files);
-    QFETCH(int, minMedianMs);
-    QFETCH(int, maxMedianMs);
-    CncSimServer sim(faults);
+    CncSimServer sim;
     QVERIFY2(sim.Start(), qPrintable(sim.ErrorString()));
     FtpSettings settings;
     settings.user = sim.User();
@@ -169,7 +123,7 @@ void TestFtpSession::smallUploadsKeepPace()
     QVERIFY2(session.Connect(), qPrintable(session.ErrorMessage()));
     QByteArray program(20 * 1024, 'p');
     QList<qint64> times;
-    for (int i = 0; i < files; ++i) {
+    for (int i = 0; i < 200; ++i) {
         QBuffer source(&program);
         QVERIFY(source.open(QIODevice::ReadOnly));
         QElapsedTimer clock;
@@ -182,7 +136,7 @@ void TestFtpSession::smallUploadsKeepPace()
     const qint64 median = times.at(times.size() / 2);
     const QString figures = QStringLiteral("median %1 ms, max %2 ms").arg(median).arg(times.last());
     const int factor = qMax(1, qEnvironmentVariableIntValue("KORV_TIME_FACTOR"));
-    QVERIFY2(median >= minMedianMs && median <= maxMedianMs * factor, qPrintable(figures));
+    QVERIFY2(median <= 20 * factor, qPrintable(figures));
     QVERIFY2(times.last() < 900, qPrintable(figures));
     QCOMPARE(QFileInfo(sim.LocalPath(QStringLiteral("/p0.nc"))).size(), program.size());
 }
@@ -214,6 +168,18 @@ FtpTaskThread* TestFtpSession::Upload(const QString& remote, const QByteArray& b
                            m_local.CreateFile(QStringLiteral("up.nc"), bytes));
 }
 
+FtpTaskThread* TestFtpSession::Download(const QString& remote)
+{
+    return new DownloadToLocal(FtpTestFixture::PlainUrl(remote), FtpTestFixture::EncodedUrl(remote),
+                               m_local.FilePath(QStringLiteral("down.nc")));
+}
+
+TaskOutcome TestFtpSession::ListRoot()
+{
+    return FtpTestFixture::Run(
+        new ListFtpDirectory(FtpTestFixture::PlainUrl("/"), FtpTestFixture::EncodedUrl("/"), QStringLiteral("/")));
+}
+
 void TestFtpSession::loginLimitAfterPassword_data()
 {
     QTest::addColumn<QString>("reply");
@@ -239,28 +205,10 @@ void TestFtpSession::loginLimitAfterPassword()
         replies += other->readAll();
     QVERIFY2(replies.contains("230"), replies.constData());
     QTimer::singleShot(700, other.get(), [&other] { other->disconnectFromHost(); });
-    const TaskOutcome outcome = FtpTestFixture::Run(new DownloadToLocal(
-        FtpTestFixture::PlainUrl("/a.nc"), FtpTestFixture::EncodedUrl("/a.nc"), m_local.FilePath("a.nc")));
+    const TaskOutcome outcome = FtpTestFixture::Run(Download(QStringLiteral("/a.nc")));
     QVERIFY2(outcome.bOk, qPrintable(outcome.message));
     QCOMPARE(other->state(), QAbstractSocket::UnconnectedState);
     QCOMPARE(FtpSessionBudget::Instance().Limit(QStringLiteral("127.0.0.1")), 1);
-}
-
-// A controller's idle time-out leaves its 421 on the cached connection; the next task must not
-// read it as a full machine.
-void TestFtpSession::idleTimeoutTeachesNoLimit()
-{
-    auto sim = StartSim({"--stale-idle-421", "--idle-timeout", "1"});
-    QVERIFY(sim);
-    const auto list = [] {
-        return FtpTestFixture::Run(
-            new ListFtpDirectory(FtpTestFixture::PlainUrl("/"), FtpTestFixture::EncodedUrl("/"), QStringLiteral("/")));
-    };
-    QVERIFY(list().bOk);
-    QTest::qWait(1500);
-    const TaskOutcome outcome = list();
-    QVERIFY2(outcome.bOk, qPrintable(outcome.message));
-    QCOMPARE(FtpSessionBudget::Instance().Limit(QStringLiteral("127.0.0.1")), 0);
 }
 
 void TestFtpSession::learnedLimitIsProbedAgain()
@@ -285,23 +233,29 @@ void TestFtpSession::learnedLimitIsProbedAgain()
     budget.SetProbeInterval(std::chrono::seconds(30));
 }
 
-// A machine restarted while our login sat idle resets the next command. Steps that change nothing
-// go again on a new connection; a DELE is checked against the folder first.
-void TestFtpSession::forgottenLoginIsRetriedOnce()
+void TestFtpSession::staleLoginIsRedone_data()
 {
-    auto sim = StartSim({"--reset-idle-after", "1"});
+    QTest::addColumn<QStringList>("switches");
+    QTest::newRow("idle-timeout-421") << QStringList{"--stale-idle-421", "--idle-timeout", "1"};
+    QTest::newRow("machine-restarted") << QStringList{"--reset-idle-after", "1"};
+}
+
+// A controller's idle time-out leaves its 421 on the cached connection, and a machine restarted
+// while our login sat idle resets the next command: neither is a full machine. Steps that change
+// nothing go again on a new connection; a DELE is checked against the folder first.
+void TestFtpSession::staleLoginIsRedone()
+{
+    QFETCH(QStringList, switches);
+    auto sim = StartSim(switches);
     QVERIFY(sim);
     QVERIFY(sim->WriteFile(QStringLiteral("/old.nc"), "M30\n"));
     QVERIFY(sim->WriteFile(QStringLiteral("/keep.nc"), "M30\n"));
-    const auto list = [] {
-        return FtpTestFixture::Run(
-            new ListFtpDirectory(FtpTestFixture::PlainUrl("/"), FtpTestFixture::EncodedUrl("/"), QStringLiteral("/")));
-    };
-    QVERIFY(list().bOk);
+    QVERIFY(ListRoot().bOk);
     QTest::qWait(1500);
-    TaskOutcome outcome = list();
+    TaskOutcome outcome = ListRoot();
     QVERIFY2(outcome.bOk, qPrintable(outcome.message));
     QVERIFY(outcome.Entry(QStringLiteral("keep.nc")));
+    QCOMPARE(FtpSessionBudget::Instance().Limit(QStringLiteral("127.0.0.1")), 0);
     QTest::qWait(1500);
     outcome = FtpTestFixture::Run(new DeleteFTPFile(FtpTestFixture::PlainUrl("/old.nc"),
                                                     FtpTestFixture::EncodedUrl("/old.nc"), QStringLiteral("/old.nc")));
@@ -314,8 +268,7 @@ void TestFtpSession::slowGreetingWithinResponseTime()
     auto sim = StartSim({"--greeting-delay", "1500"});
     QVERIFY(sim);
     FtpTestFixture::SetSetting(g_strSettingFtpConnectTimeoutMs, 1000);
-    const TaskOutcome outcome = FtpTestFixture::Run(
-        new ListFtpDirectory(FtpTestFixture::PlainUrl("/"), FtpTestFixture::EncodedUrl("/"), QStringLiteral("/")));
+    const TaskOutcome outcome = ListRoot();
     QVERIFY2(outcome.bOk, qPrintable(outcome.message));
 }
 
@@ -340,12 +293,7 @@ void TestFtpSession::temporaryNamesObeyTheNameRules()
 
     // The names carry this installation's marker and no other's, and never repeat a name in the folder.
     const QString marker = FtpTemporaryName::InstallationMarker();
-    QCOMPARE(FtpTemporaryName::InstallationMarker(), marker);
-    const QString shortName = FtpTemporaryName::Make(QStringLiteral("PROG1.NC"), rules, marker, {"PROG1.NC"});
-    QVERIFY2(rules.Violation(shortName).isEmpty(), qPrintable(shortName));
-    QVERIFY(FtpTemporaryName::IsOurs(shortName));
     const QString hidden = FtpTemporaryName::Make(QStringLiteral("prog 1.nc"), FtpNameRules(), marker);
-    QVERIFY2(hidden.startsWith(QLatin1String(".prog 1.nc.")), qPrintable(hidden));
     QVERIFY(FtpTemporaryName::IsOurs(hidden, marker));
     QVERIFY(!FtpTemporaryName::IsOurs(hidden, marker == "zzzz" ? "yyyy" : "zzzz"));
     QVERIFY(!FtpTemporaryName::IsOurs(QStringLiteral("PROG1.NC")));
@@ -382,11 +330,9 @@ void TestFtpSession::activeModeWhenPassiveIsRefused()
     QVERIFY(LogHas("passive mode refused"));
     // The next task starts in active mode at once.
     QFile::remove(CDebugLog::LogFilePath());
-    outcome = FtpTestFixture::Run(new DownloadToLocal(FtpTestFixture::PlainUrl("/active.nc"),
-                                                      FtpTestFixture::EncodedUrl("/active.nc"),
-                                                      m_local.FilePath("active.nc")));
+    outcome = FtpTestFixture::Run(Download(QStringLiteral("/active.nc")));
     QVERIFY2(outcome.bOk, qPrintable(outcome.message));
-    QFile back(m_local.FilePath("active.nc"));
+    QFile back(m_local.FilePath("down.nc"));
     QVERIFY(back.open(QIODevice::ReadOnly));
     QCOMPARE(back.readAll(), bytes);
     QVERIFY(!LogHas("passive mode refused"));
