@@ -1,4 +1,3 @@
-#include "CompositeJob.h"
 #include "FakeMachineTasks.h"
 #include "KorvBaseGlobals.h"
 #include "MachineFileService.h"
@@ -333,29 +332,7 @@ private Q_SLOTS:
         QCOMPARE(ResultOf(batchDone), MachineJob::Result::Succeeded);
     }
 
-    void downloadOntoALocalFileAsks()
-    {
-        const QString existing = LocalFile(QStringLiteral("a.nc"), "mine");
-        m_bReplace = false;
-        MachineJob* job = m_files->Download(Machine(), existing, QStringLiteral("/nc/a.nc"), RequestOrigin::FilePage);
-        const std::shared_ptr<Outcome> jobDone = Watch(job);
-        QCOMPARE(ResultOf(jobDone), MachineJob::Result::Cancelled);
-        QCOMPARE(m_listQuestions.size(), 1);
-        QCOMPARE(m_listQuestions.first().first().bUpload, false);
-        QCOMPARE(m_factory->Created(QStringLiteral("download")), 0);
-    }
 
-    void decidedBatchesAskNothing()
-    {
-        m_factory->m_hashFolders.insert(QStringLiteral("/nc"), {FileEntry(QStringLiteral("a.nc"), 1)});
-        MachineJob* job = m_files->Transfer(Machine(), {UploadItem(QStringLiteral("a.nc"))}, RequestOrigin::Sync, true);
-        const std::shared_ptr<Outcome> jobDone = Watch(job);
-        QTRY_COMPARE(m_factory->Running(QStringLiteral("upload")).size(), 1);
-        QCOMPARE(m_factory->Created(QStringLiteral("list")), 0);
-        m_factory->Running(QStringLiteral("upload")).first()->End(true);
-        QCOMPARE(ResultOf(jobDone), MachineJob::Result::Succeeded);
-        QVERIFY(m_listQuestions.isEmpty());
-    }
 
     void failedRowIsRetriedThroughTheChecks()
     {
@@ -437,20 +414,6 @@ private Q_SLOTS:
         QCOMPARE(m_files->Retry(key)->GetResult(), MachineJob::Result::Running);
     }
 
-    void compositeResults()
-    {
-        auto* composite = new CompositeJob;
-        const std::shared_ptr<Outcome> compositeDone = Watch(composite);
-        composite->AddSubjob(MachineJob::MakeRefused(QStringLiteral("no"), composite));
-        composite->AddSubjob(
-            m_files->Transfer(Machine(), {UploadItem(QStringLiteral("a.nc"))}, RequestOrigin::Sync, true));
-        composite->Seal();
-        QTRY_COMPARE(m_factory->Running(QStringLiteral("upload")).size(), 1);
-        QVERIFY(!composite->IsFinished());
-        m_factory->Running(QStringLiteral("upload")).first()->End(true);
-        // A refused part and a done part: the whole succeeded.
-        QCOMPARE(ResultOf(compositeDone), MachineJob::Result::Succeeded);
-    }
 };
 
 QTEST_GUILESS_MAIN(TestMachineFileService)
