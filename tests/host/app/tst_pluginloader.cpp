@@ -26,20 +26,6 @@ private Q_SLOTS:
         garbage.write("this is not a shared library\n");
     }
 
-    void brokenLibrariesAreReportedAndSkipped()
-    {
-        PluginLoader loader;
-        QList<LoadedPlugin> plugins = loader.LoadFolder(m_pluginDir.path());
-        QCOMPARE(plugins.size(), 1);
-        QCOMPARE(plugins.first().strName, QStringLiteral("CamPluginFile"));
-        const QStringList errors = loader.Errors();
-        QCOMPARE(errors.size(), 2);
-        QVERIFY(errors.at(0).contains(QStringLiteral("libgarbage.so: cannot load")));
-        QVERIFY(errors.at(1).contains(QStringLiteral("libnoentry.so: not a workbench plug-in, missing createPlugin")));
-        PluginLoader::UnloadAll(plugins);
-        QVERIFY(plugins.isEmpty());
-    }
-
     void windowShowsTheWorkbenchAndObeysItsRequests()
     {
         PluginLoader loader;
@@ -91,19 +77,9 @@ private Q_SLOTS:
         const QString out = QString::fromUtf8(korv.readAllStandardOutput());
         QCOMPARE(out, QStringLiteral("CamPluginFile\t1.0.0\tFiles\t5\n"));
         const QString err = QString::fromUtf8(korv.readAllStandardError());
-        QVERIFY2(err.contains(QStringLiteral("skipped plug-in")) && err.contains(QStringLiteral("libnoentry.so")),
-                 qPrintable(err));
-    }
-
-    void aNormalRunKeepsTheConsoleQuiet()
-    {
-        const QString shot = m_configDir.filePath(QStringLiteral("shot.png"));
-        QProcess korv;
-        korv.start(QStringLiteral(KORV_EXE),
-                   {"--plugin-dir", m_pluginDir.path(), "--screenshot", shot, "--screenshot-delay", "100"});
-        QVERIFY(korv.waitForFinished(30000));
-        const QString out = QString::fromUtf8(korv.readAllStandardOutput() + korv.readAllStandardError());
-        QVERIFY2(!out.contains(QStringLiteral("[CamPluginFile]")), qPrintable(out));
+        for (const char* broken : {"libgarbage.so: cannot load", "libnoentry.so: not a workbench plug-in"})
+            QVERIFY2(err.contains(QStringLiteral("skipped plug-in %1").arg(QString::fromLatin1(broken))),
+                     qPrintable(err));
     }
 
 private:
