@@ -162,7 +162,9 @@ void TestDeviceBinding::bindThenUnbind()
     QVERIFY(dialog);
     QCOMPARE(fixture.RequestSmsCode(dialog, Mobile), QStringLiteral("验证码已发送，请查看手机短信"));
     QCOMPARE(fixture.Confirm(dialog, fixture.LastSmsCode()), QStringLiteral("设备绑定成功"));
-    QCOMPARE(fixture.BindingsOnDisk().value(Sn).toObject(), (QJsonObject{{"nation-code", "86"}, {"mobile", Mobile}}));
+    QJsonObject bound = fixture.BindingsOnDisk().value(Sn).toObject();
+    bound.remove(QStringLiteral("time"));
+    QCOMPARE(bound, (QJsonObject{{"nation-code", "86"}, {"mobile", Mobile}}));
     dialog->findChild<QPushButton*>(QStringLiteral("m_btnConfirm"))->click(); // "完成"
     QTRY_VERIFY(!fixture.GetWorkspace()->findChild<DeviceVerifyDialog*>());
 
@@ -189,7 +191,6 @@ void TestDeviceBinding::refusals_data()
     QTest::addColumn<QString>("refusal");
     QTest::addColumn<QString>("expected");
     QTest::newRow("wrong picture code") << "picture" << QStringLiteral("图片验证码错误");
-    QTest::newRow("expired sms code") << "expired" << QStringLiteral("短信验证码已失效，请重新获取");
     QTest::newRow("sixth try after five wrong codes")
         << "tries" << QStringLiteral("短信验证码错误次数过多，请重新获取");
     QTest::newRow("machine bound to another number") << "other" << QStringLiteral("该设备已绑定其他账号");
@@ -201,13 +202,11 @@ void TestDeviceBinding::refusals()
     QFETCH(QString, expected);
     BindingFixture fixture;
     AccountOptions options = fixture.DefaultAccountOptions();
-    options.smsTtlMs = refusal == "expired" ? 300 : options.smsTtlMs;
-    const QByteArray otherBinding =
-        QJsonDocument(QJsonObject{{Sn, QJsonObject{{"nation-code", "86"}, {"mobile", OtherMobile}}}}).toJson();
+    const QJsonObject other{{Sn, QJsonObject{{"nation-code", "86"}, {"mobile", OtherMobile}}}};
     if (refusal == "other") {
         QFile file(options.dataFile);
         QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(otherBinding);
+        file.write(QJsonDocument(other).toJson());
     }
     QVERIFY(fixture.Start(options));
     DeviceVerifyDialog* dialog =
@@ -221,19 +220,14 @@ void TestDeviceBinding::refusals()
     } else {
         QCOMPARE(answer, QStringLiteral("验证码已发送，请查看手机短信"));
         const QString code = fixture.LastSmsCode();
-        if (refusal == "expired")
-            QTest::qWait(400); // past the code's life
         for (int left = 4; refusal == "tries" && left >= 0; --left)
             QCOMPARE(fixture.Confirm(dialog, WrongCode(code)),
                      left ? QStringLiteral("短信验证码错误，还可尝试 %1 次").arg(left) : expected);
         answer = fixture.Confirm(dialog, code);
     }
     QCOMPARE(answer, expected);
-    const QJsonObject bindings = fixture.BindingsOnDisk();
-    if (refusal == "other")
-        QCOMPARE(bindings.value(Sn).toObject().value("mobile").toString(), OtherMobile);
-    else
-        QVERIFY(!bindings.contains(Sn));
+    // The refusal changed nothing on the service's side.
+    QCOMPARE(fixture.BindingsOnDisk(), refusal == "other" ? other : QJsonObject());
 }
 
 void TestDeviceBinding::resendWaitsForTheCountdown()
