@@ -216,10 +216,7 @@ void TestWorkspaceConnection::serialNumberFailures()
         for (QTcpSocket* socket : held)
             socket->write(rawReply);
     QTest::qWait(300);
-    QCOMPARE(m_listBoxes.size(), 1);
-    const StructMsgBoxRequest box = m_listBoxes.first();
-    QCOMPARE(box.eIcon, MsgIconFailure);
-    QCOMPARE(box.strText, expectedBox);
+    QCOMPARE(BoxTexts(), QStringList{expectedBox});
     // Without a serial number nothing is announced.
     QVERIFY(m_workspace->MachineSn().isEmpty());
     QCOMPARE(CountLines(u"机床连接成功"), 0);
