@@ -8,6 +8,7 @@
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QToolButton>
 
 class TestPluginLoader : public QObject
 {
@@ -38,6 +39,9 @@ private Q_SLOTS:
             QVERIFY(window.AddWorkbench(plugin));
             QVERIFY(!window.AddWorkbench(plugin)); // one button per workbench type
             QCOMPARE(window.WorkbenchButtons().size(), 1);
+            // Both of the plug-in's icons are pictures the button can show.
+            for (QIcon::State state : {QIcon::Off, QIcon::On})
+                QVERIFY(!window.WorkbenchButtons().first()->icon().availableSizes(QIcon::Normal, state).isEmpty());
             plugin->setPluginEnabled(Plugin::WorkbenchPluginType::File, false);
             QVERIFY(!window.WorkbenchButtons().first()->isEnabled());
             PluginLoader::DeletePlugins(plugins);

@@ -3,7 +3,6 @@
 #include "plugin/CamPluginFile.h"
 #include "workspace/Workspace.h"
 
-#include <QImage>
 #include <QPointer>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -43,16 +42,6 @@ private Q_SLOTS:
         QVERIFY(!plugin.isActive() && !plugin.isInitialized());
         QVERIFY(plugin.initialize()); // runs in full again after a clean-up
         QVERIFY(plugin.isActive());
-    }
-
-    void iconsArePngForKnownStatesOnly()
-    {
-        CamPlugin::CamPluginFile plugin;
-        for (int state : {-1, 0, 1, 2}) {
-            const std::vector<unsigned char> bytes = plugin.getIcon(state);
-            const QImage image = QImage::fromData(bytes.data(), static_cast<int>(bytes.size()), "PNG");
-            QCOMPARE(image.isNull(), state != 0 && state != 1);
-        }
     }
 
     void noticeSixStartsTheSilentConnect()
