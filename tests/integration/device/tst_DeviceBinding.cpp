@@ -22,12 +22,6 @@ const QString Mobile = QStringLiteral("13812345678");
 const QString OtherMobile = QStringLiteral("13987654321");
 const QString Sn = QString::fromLatin1(SimWorkspaceFixture::kSn);
 
-// A six-digit code that is surely not `code`.
-QString WrongCode(const QString& code)
-{
-    return code == QLatin1String("000000") ? QStringLiteral("111111") : QStringLiteral("000000");
-}
-
 // The workspace connected to the simulator, with the account service on loopback behind the
 // host's account requests. The test plays the user: it reads the picture and SMS codes the
 // service hands out.
@@ -220,8 +214,9 @@ void TestDeviceBinding::refusals()
     } else {
         QCOMPARE(answer, QStringLiteral("验证码已发送，请查看手机短信"));
         const QString code = fixture.LastSmsCode();
+        const QString wrong = code == QLatin1String("000000") ? QStringLiteral("111111") : QStringLiteral("000000");
         for (int left = 4; refusal == "tries" && left >= 0; --left)
-            QCOMPARE(fixture.Confirm(dialog, WrongCode(code)),
+            QCOMPARE(fixture.Confirm(dialog, wrong),
                      left ? QStringLiteral("短信验证码错误，还可尝试 %1 次").arg(left) : expected);
         answer = fixture.Confirm(dialog, code);
     }
