@@ -55,8 +55,9 @@ private Q_SLOTS:
         auto* workspace = qobject_cast<Workspace*>(plugin.createWidget(nullptr));
         QVERIFY(workspace);
         QSignalSpy silent(workspace, &Workspace::SignalSilentConnectStarted);
-        for (const auto& [type, wType] : {std::pair{5, 5}, {7, 1}, {6, 3}})
-            plugin.sendWorkbenchOperationNotice(type, wType);
+        plugin.sendWorkbenchOperationNotice(5, 5);
+        plugin.sendWorkbenchOperationNotice(7, 1);
+        plugin.sendWorkbenchOperationNotice(6, 3);
         QCOMPARE(silent.count(), 1);
     }
 
