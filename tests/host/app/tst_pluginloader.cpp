@@ -79,8 +79,7 @@ private Q_SLOTS:
         QCOMPARE(out, QStringLiteral("CamPluginFile\t1.0.0\tFiles\t5\n"));
         const QString err = QString::fromUtf8(korv.readAllStandardError());
         for (const char* broken : {"libgarbage.so: cannot load", "libnoentry.so: not a workbench plug-in"})
-            QVERIFY2(err.contains(QStringLiteral("skipped plug-in %1").arg(QString::fromLatin1(broken))),
-                     qPrintable(err));
+            QVERIFY2(err.contains(QLatin1String(broken)), qPrintable(err));
     }
 
 private:
