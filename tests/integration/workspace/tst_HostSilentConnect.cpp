@@ -17,7 +17,6 @@ class TestHostSilentConnect : public QObject
 private Q_SLOTS:
     void init();
     void cleanup();
-    void connectsToTheLastMachineOnStart();
     void exitsQuicklyInEveryState_data();
     void exitsQuicklyInEveryState();
 
@@ -84,7 +83,10 @@ qint64 TestHostSilentConnect::RunKorv(int delayMs)
     closing.start();
     korv.waitForFinished(60000);
     const qint64 exitMs = closing.elapsed();
-    if (korv.exitStatus() != QProcess::NormalExit || korv.exitCode() != 0 || QImage(shot).isNull())
+    // A normal run keeps the plug-in's developer chatter off the console.
+    const QByteArray console = korv.readAllStandardOutput() + korv.readAllStandardError();
+    if (korv.exitStatus() != QProcess::NormalExit || korv.exitCode() != 0 || QImage(shot).isNull() ||
+        console.contains("[CamPluginFile]"))
         return -1;
     return exitMs;
 }
@@ -93,17 +95,6 @@ QString TestHostSilentConnect::DebugLog() const
 {
     QFile log(m_config->filePath(QStringLiteral("debug.log")));
     return log.open(QIODevice::ReadOnly) ? QString::fromUtf8(log.readAll()) : QString();
-}
-
-void TestHostSilentConnect::connectsToTheLastMachineOnStart()
-{
-    QVERIFY(StartMachine({}, QStringLiteral("PB01HOST01")));
-    QVERIFY(RunKorv(2500) >= 0);
-    const QString text = DebugLog();
-    QVERIFY2(text.contains(QStringLiteral("工作台操作通知: type=6, wType=5")), qPrintable(text));
-    QVERIFY2(text.contains(QStringLiteral("静默连接机床result:1,ip:")), qPrintable(text));
-    QVERIFY2(text.contains(QStringLiteral("sn:PB01HOST01")), qPrintable(text));
-    QVERIFY2(text.contains(QStringLiteral("设备信息获取成功")), qPrintable(text));
 }
 
 void TestHostSilentConnect::exitsQuicklyInEveryState_data()
@@ -116,7 +107,7 @@ void TestHostSilentConnect::exitsQuicklyInEveryState_data()
     QTest::newRow("connecting to a machine that never greets")
         << QStringList() << true << 2500 << QStringLiteral("正在查找上次连接的机床");
     QTest::newRow("connected to a machine gone silent") << QStringList{"--vanish-after", "3", "--vanish-silent"}
-                                                        << false << 6000 << QStringLiteral("静默连接机床result:1");
+                                                        << false << 6000 << QStringLiteral("静默连接机床result:1,ip:");
 }
 
 void TestHostSilentConnect::exitsQuicklyInEveryState()

@@ -1,4 +1,3 @@
-#include "CSelectMachineBox.h"
 #include "CamBaseRegisterHelper.h"
 #include "CamBaseTextHelper.h"
 #include "KorvBaseGlobals.h"
@@ -10,10 +9,8 @@
 
 #include <QAbstractButton>
 #include <QElapsedTimer>
-#include <QListWidget>
 #include <QSettings>
 #include <QSignalSpy>
-#include <QTabBar>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QTest>
@@ -31,12 +28,6 @@ void SetSetting(const char* key, const QVariant& value)
 {
     CamBaseTextHelper::instance()->SetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal, QString::fromLatin1(key),
                                                         value, true);
-}
-
-QVariant GetSetting(const char* key)
-{
-    return CamBaseTextHelper::instance()->GetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal,
-                                                               QString::fromLatin1(key));
 }
 
 void SetTimerInterval(const QString& value)
@@ -83,11 +74,9 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void connectAndDisconnect_data();
-    void connectAndDisconnect();
+    void connectReadsTheSerialNumberAndDisconnects();
     void serialNumberFailures_data();
     void serialNumberFailures();
-    void lateSerialNumberReplyChangesNothing();
     void disconnectDuringConnect_data();
     void disconnectDuringConnect();
     void switchingMachines_data();
@@ -99,7 +88,6 @@ private Q_SLOTS:
     void realTimeIntervalIsClamped();
     void silentConnect_data();
     void silentConnect();
-    void selectBoxDiscoversAndConnects();
 
 private:
     void StartSimulator(const std::function<void(SimOptions&)>& adjust = {});
@@ -159,114 +147,80 @@ bool TestWorkspaceConnection::ConnectAndWait(const QString& sn)
     return QTest::qWaitFor([&]() { return HasLine(expected, Success); }, 10000);
 }
 
-void TestWorkspaceConnection::connectAndDisconnect_data()
+void TestWorkspaceConnection::connectReadsTheSerialNumberAndDisconnects()
 {
-    QTest::addColumn<QString>("sn");
-    QTest::newRow("serial number known") << Sn;
-    QTest::newRow("serial number read from the machine") << QString();
-}
-
-void TestWorkspaceConnection::connectAndDisconnect()
-{
-    QFETCH(QString, sn);
     StartSimulator();
     MakeWorkspace();
     QSignalSpy connected(m_workspace.get(), &Workspace::SignalMachineConnected);
-    QVERIFY(ConnectAndWait(sn));
-
-    QVERIFY(HasLine(QStringLiteral("正在连接机床，请稍候..."), Success));
+    QVERIFY(ConnectAndWait(QString()));
     QCOMPARE(connected.count(), 1);
     QCOMPARE(m_workspace->MachineSn(), Sn);
-    QVERIFY(m_workspace->IsCheckTimerActive());
-    QVERIFY(m_workspace->PageBar()->isTabEnabled(Workspace::PageMachineStatus));
-    QVERIFY(CamBaseRegisterHelper::instance()->GetCurrentMachineConnectStatus());
-    QCOMPARE(GetSetting(g_strSettingLastConnectMachineSN).toString(), Sn);
+    QCOMPARE(CamBaseTextHelper::instance()->GetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal,
+                                                                 QString::fromLatin1(g_strSettingLastConnectMachineSN)),
+             QVariant(Sn));
     // The version rule of this model is reported; 1.4.7 needs no notice.
     QTRY_VERIFY(HasLine(QStringLiteral("机床系统版本: 当前版本 1.4.7  最低要求版本 1.4.7"), Plain));
     QVERIFY(m_listBoxes.isEmpty());
 
     m_workspace->DisconnectMachine(false);
-    QVERIFY(HasLine(QStringLiteral("机床断开连接"), Warning));
     QVERIFY(!m_workspace->IsCheckTimerActive());
     QTRY_VERIFY(BoxTexts().contains(QStringLiteral("与当前设备已断开连接！")));
-    QVERIFY(m_workspace->MachineIp().isEmpty());
     QVERIFY(!CamBaseRegisterHelper::instance()->GetCurrentMachineConnectStatus());
 }
 
 void TestWorkspaceConnection::serialNumberFailures_data()
 {
     QTest::addColumn<int>("errorCode");
-    QTest::addColumn<bool>("silent");
     QTest::addColumn<QByteArray>("rawReply");
+    QTest::addColumn<bool>("late");
     QTest::addColumn<QString>("expectedBox");
-    QTest::newRow("error code 3 shows its msg") << 3 << false << QByteArray() << QStringLiteral("获取机床序列号失败：");
-    QTest::newRow("no reply within the time-out")
-        << 0 << true << QByteArray() << QStringLiteral("获取机床序列号失败：连接超时");
+    QTest::newRow("error code 3 shows its msg")
+        << 3 << QByteArray() << false << QStringLiteral("获取机床序列号失败：机床序列号未配置");
     // Broken inside, not cut short: nothing more can mend it, so it fails before the time-out.
     QTest::newRow("reply that starts like JSON but is not")
-        << 0 << false << QByteArray(R"({"errorCode":0,,"data":"PB01"})") << QStringLiteral("获取机床序列号失败");
-    QTest::newRow("empty serial number") << 0 << false << QByteArray(R"({"errorCode":0,"msg":"ok","data":""})")
+        << 0 << QByteArray(R"({"errorCode":0,,"data":"PB01"})") << false << QStringLiteral("获取机床序列号失败");
+    QTest::newRow("empty serial number") << 0 << QByteArray(R"({"errorCode":0,"msg":"ok","data":""})") << false
                                          << QStringLiteral("获取机床序列号失败：序列号为空");
+    QTest::newRow("reply after the time-out changes nothing")
+        << 0 << QByteArray(R"({"errorCode":0,"msg":"ok","data":"PB01LATE"})") << true
+        << QStringLiteral("获取机床序列号失败：连接超时");
 }
 
 void TestWorkspaceConnection::serialNumberFailures()
 {
     QFETCH(int, errorCode);
-    QFETCH(bool, silent);
     QFETCH(QByteArray, rawReply);
+    QFETCH(bool, late);
     QFETCH(QString, expectedBox);
-    StartSimulator([&](SimOptions& o) {
-        o.snErrorCode = errorCode;
-        o.snSilent = silent;
-    });
+    StartSimulator([&](SimOptions& o) { o.snErrorCode = errorCode; });
     // A reply the simulator would never send comes from a plain socket in its place.
     QTcpServer raw;
+    QList<QTcpSocket*> held;
     if (!rawReply.isEmpty()) {
         QVERIFY(raw.listen(QHostAddress::LocalHost));
         MachinePortMap::Set(5002, raw.serverPort());
-        connect(&raw, &QTcpServer::newConnection, &raw, [&raw, rawReply]() {
+        connect(&raw, &QTcpServer::newConnection, &raw, [&]() {
             QTcpSocket* socket = raw.nextPendingConnection();
-            connect(socket, &QTcpSocket::readyRead, socket, [socket, rawReply]() {
-                socket->readAll();
-                socket->write(rawReply);
-            });
+            held.append(socket);
+            if (!late)
+                connect(socket, &QTcpSocket::readyRead, socket, [socket, rawReply]() {
+                    socket->readAll();
+                    socket->write(rawReply);
+                });
         });
     }
     MakeWorkspace();
     m_workspace->ConnectToMachine(Ip, QString());
     QTRY_VERIFY_WITH_TIMEOUT(!m_listBoxes.isEmpty(), 10000);
-    const StructMsgBoxRequest box = m_listBoxes.first();
-    QCOMPARE(box.eIcon, MsgIconFailure);
-    // The machine's own message follows the error code's prefix.
-    if (errorCode != 0)
-        QVERIFY2(box.strText.startsWith(expectedBox) && box.strText.size() > expectedBox.size(),
-                 qPrintable(box.strText));
-    else
-        QCOMPARE(box.strText, expectedBox);
-    // Without a serial number nothing is announced.
-    QCOMPARE(CountLines(u"机床连接成功"), 0);
-    QVERIFY(!CamBaseRegisterHelper::instance()->GetCurrentMachineConnectStatus());
-}
-
-void TestWorkspaceConnection::lateSerialNumberReplyChangesNothing()
-{
-    StartSimulator();
-    QTcpServer slow;
-    QVERIFY(slow.listen(QHostAddress::LocalHost));
-    MachinePortMap::Set(5002, slow.serverPort());
-    QList<QTcpSocket*> sockets;
-    connect(&slow, &QTcpServer::newConnection, &slow, [&]() { sockets.append(slow.nextPendingConnection()); });
-
-    MakeWorkspace();
-    m_workspace->ConnectToMachine(Ip, QString());
-    QTRY_VERIFY_WITH_TIMEOUT(!m_listBoxes.isEmpty(), 10000);
-    QCOMPARE(BoxTexts(), QStringList{QStringLiteral("获取机床序列号失败：连接超时")});
-    for (QTcpSocket* socket : sockets)
-        socket->write(R"({"errorCode":0,"msg":"ok","data":"PB01LATE"})");
+    if (late)
+        for (QTcpSocket* socket : held)
+            socket->write(rawReply);
     QTest::qWait(300);
-    QCOMPARE(m_listBoxes.size(), 1);
+    QCOMPARE(BoxTexts(), QStringList{expectedBox});
+    // Without a serial number nothing is announced.
     QVERIFY(m_workspace->MachineSn().isEmpty());
     QCOMPARE(CountLines(u"机床连接成功"), 0);
+    QVERIFY(!CamBaseRegisterHelper::instance()->GetCurrentMachineConnectStatus());
 }
 
 void TestWorkspaceConnection::disconnectDuringConnect_data()
@@ -300,8 +254,6 @@ void TestWorkspaceConnection::disconnectDuringConnect()
     QCOMPARE(CountLines(u"机床连接成功"), 0);
     QCOMPARE(connected.count(), 0);
     QCOMPARE(m_workspace->Connection()->GetState(), MachineConnection::State::Disconnected);
-    QVERIFY(m_workspace->MachineSn().isEmpty());
-    QVERIFY(!m_workspace->IsCheckTimerActive());
 }
 
 void TestWorkspaceConnection::switchingMachines_data()
@@ -344,7 +296,6 @@ void TestWorkspaceConnection::switchingMachines()
         QTRY_VERIFY_WITH_TIMEOUT(HasLine(QStringLiteral("连接机床失败，IP: %1").arg(Ip), Failure), 10000);
         QCOMPARE(offline.count(), 2);
         QCOMPARE(m_workspace->Connection()->GetState(), MachineConnection::State::Disconnected);
-        QVERIFY(!m_workspace->IsCheckTimerActive());
     }
     // Nothing asks the first machine any more.
     QTest::qWait(200);
@@ -359,13 +310,7 @@ void TestWorkspaceConnection::versionNoticeUntilTicked()
     MakeWorkspace();
     m_bTickBoxes = true;
     QVERIFY(ConnectAndWait(Sn));
-    QTRY_VERIFY(!m_listBoxes.isEmpty());
-    const StructMsgBoxRequest box = m_listBoxes.first();
-    QCOMPARE(box.strText, QStringLiteral("当前机床系统版本为 1.4.6，低于最低要求版本 1.4.7，部分功能可能会受到影响，"
-                                         "请升级机床系统版本！"));
-    QVERIFY(box.bHasCheckBox);
-    QCOMPARE(box.strCheckText, QStringLiteral("不再提醒"));
-    QVERIFY(GetSetting(g_strSettingNoRemindMachineVersion).toBool());
+    QTRY_VERIFY(!BoxTexts().filter(QStringLiteral("当前机床系统版本为 1.4.6，低于最低要求版本 1.4.7")).isEmpty());
 
     // Next time the ticked choice is respected.
     m_listBoxes.clear();
@@ -398,13 +343,9 @@ void TestWorkspaceConnection::givesUpAfterEightFailuresAndTellsWhenShown()
     QTRY_VERIFY_WITH_TIMEOUT(HasLine(QStringLiteral("超过最大重连次数，机床已断开连接"), Failure), 20000);
     const qint64 givenUpAfter = sinceVanished.elapsed();
     QVERIFY2(givenUpAfter < 16000, qPrintable(QString::number(givenUpAfter)));
-    for (int count = 1; count <= 7; ++count)
-        QVERIFY2(HasLine(QStringLiteral("机床连接失败，重新连接中，次数：%1").arg(count), Warning),
-                 qPrintable(QString::number(count)));
     QCOMPARE(CountLines(u"机床连接失败，重新连接中"), 7);
+    QVERIFY(HasLine(QStringLiteral("机床连接失败，重新连接中，次数：7"), Warning));
     QVERIFY(!m_workspace->IsCheckTimerActive());
-    QCOMPARE(m_workspace->CheckFailCount(), 0);
-    QVERIFY(m_workspace->MachineSn().isEmpty());
     QVERIFY(!CamBaseRegisterHelper::instance()->GetCurrentMachineConnectStatus());
 
     // The workspace was hidden: the notice waits until the user sees it again.
@@ -443,25 +384,23 @@ void TestWorkspaceConnection::realTimeIntervalIsClamped_data()
 {
     QTest::addColumn<QString>("setting");
     QTest::addColumn<int>("interval");
-    QTest::addColumn<bool>("corrected");
-    QTest::newRow("zero would spin") << QStringLiteral("0") << 100 << true;
-    QTest::newRow("not a number") << QStringLiteral("fast") << 1000 << true;
-    QTest::newRow("an hour would never poll") << QStringLiteral("3600000") << 60000 << true;
-    QTest::newRow("sane value kept") << QStringLiteral("250") << 250 << false;
+    // A sane value is kept: the polling test's rate shows it.
+    QTest::newRow("zero would spin") << QStringLiteral("0") << 100;
+    QTest::newRow("not a number") << QStringLiteral("fast") << 1000;
+    QTest::newRow("an hour would never poll") << QStringLiteral("3600000") << 60000;
 }
 
 void TestWorkspaceConnection::realTimeIntervalIsClamped()
 {
     QFETCH(QString, setting);
     QFETCH(int, interval);
-    QFETCH(bool, corrected);
     SetTimerInterval(setting);
     StartSimulator();
     MakeWorkspace();
     QVERIFY(ConnectAndWait(Sn));
     QCOMPARE(m_workspace->Connection()->RealTimeInterval(), interval);
     const QString line = QStringLiteral("实时数据刷新间隔“%1”无效，已改为%2毫秒").arg(setting).arg(interval);
-    QCOMPARE(HasLine(line, Warning), corrected);
+    QVERIFY(HasLine(line, Warning));
 }
 
 void TestWorkspaceConnection::silentConnect_data()
@@ -490,37 +429,11 @@ void TestWorkspaceConnection::silentConnect()
         QCOMPARE(m_workspace->GetTransManager()->LogPane()->LogModel()->rowCount(), 0);
         return;
     }
-    QVERIFY(HasLine(QStringLiteral("正在查找上次连接的机床，SN: %1").arg(savedSn), Plain));
     QTRY_VERIFY_WITH_TIMEOUT(WorkspaceLogCount(*m_workspace, line) == 1, 10000);
     // A silent attempt opens no box, found or not; one found machine is connected once.
     QTest::qWait(300);
     QCOMPARE(CountLines(u"机床连接成功"), savedSn == Sn ? 1 : 0);
-    QCOMPARE(CountLines(u"未找到上次连接的机床"), savedSn == Sn ? 0 : 1);
     QVERIFY(m_listBoxes.isEmpty());
-}
-
-void TestWorkspaceConnection::selectBoxDiscoversAndConnects()
-{
-    StartSimulator();
-    MakeWorkspace();
-    m_workspace->show();
-    m_workspace->GetToolPage()->Button(ToolPage::ActionNewConnection)->click();
-    CSelectMachineBox* box = m_workspace->SelectMachineBox();
-    QVERIFY(box && box->isVisible());
-    QTRY_VERIFY_WITH_TIMEOUT(box->MachineCount() >= 1, 8000);
-
-    // Refresh empties the list and asks again.
-    Q_EMIT box->SignalSelectRefresh();
-    QCOMPARE(box->MachineCount(), 0);
-    QTRY_VERIFY_WITH_TIMEOUT(box->MachineCount() >= 1, 8000);
-
-    box->findChild<QListWidget*>()->setCurrentRow(0);
-    box->SlotConfirm();
-    QTRY_VERIFY_WITH_TIMEOUT(HasLine(QStringLiteral("机床连接成功，IP: %1, SN: %2").arg(Ip, Sn), Success), 10000);
-    QTRY_VERIFY(!box->isVisible());
-
-    m_workspace->GetToolPage()->Button(ToolPage::ActionDisconnect)->click();
-    QCOMPARE(box->MachineCount(), 0);
 }
 
 QTEST_MAIN(TestWorkspaceConnection)
