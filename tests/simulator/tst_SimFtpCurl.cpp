@@ -21,7 +21,6 @@ private slots:
     void controllerSwitches();
     void leavingTheRootIsRefused_data();
     void leavingTheRootIsRefused();
-    void quitIsAnsweredBeforeClosing();
 
 private:
     int Curl(const QStringList& arguments, QByteArray* output = nullptr);
@@ -165,18 +164,6 @@ void tst_SimFtpCurl::leavingTheRootIsRefused()
     QCOMPARE(QDir(m_outside->path()).entryList(QDir::Files), QStringList{"secret.txt"});
     QVERIFY(!QFileInfo::exists(QFileInfo(m_root->path()).dir().filePath("escaped")));
     QVERIFY(QFileInfo::exists(m_root->filePath("part.nc")));
-}
-
-void tst_SimFtpCurl::quitIsAnsweredBeforeClosing()
-{
-    QTcpSocket control;
-    QByteArray received;
-    connect(&control, &QTcpSocket::readyRead, this, [&] { received += control.readAll(); });
-    control.connectToHost(QHostAddress::LocalHost, m_sim->FtpPort());
-    QVERIFY(QTest::qWaitFor([&] { return received.startsWith("220 "); }, 5000));
-    control.write("QUIT\r\n");
-    QVERIFY(QTest::qWaitFor([&] { return control.state() == QAbstractSocket::UnconnectedState; }, 5000));
-    QVERIFY2(received.contains("\r\n221 "), received.constData());
 }
 
 QTEST_GUILESS_MAIN(tst_SimFtpCurl)

@@ -46,7 +46,6 @@ private Q_SLOTS:
 
     void profileRoundTrip_data();
     void profileRoundTrip();
-    void singleSessionTakesTwentyFiles();
     void uploadFailuresKeepTheOldProgram_data();
     void uploadFailuresKeepTheOldProgram();
     void foreignNamesSuggestTheEncoding();
@@ -151,27 +150,6 @@ void TestControllerProfiles::profileRoundTrip()
     m_workspace->SlotDeleteTriggered(QLatin1Char('/') + present, 1);
     QTRY_VERIFY_WITH_TIMEOUT(!QFile::exists(MachineFile(present)), 10000);
     QTRY_VERIFY_WITH_TIMEOUT(MachineNames().contains(renamed) && !MachineNames().contains(present), 10000);
-}
-
-void TestControllerProfiles::singleSessionTakesTwentyFiles()
-{
-    FtpSettings::SetNameEncodingFor(Ip, "GBK");
-    StartSimulator({"--profile", "single-session-dos-gbk"});
-    ConnectWorkspace();
-    QList<QByteArray> contents;
-    for (int i = 0; i < 20; ++i) {
-        contents.append(RandomBytes(8 * 1024 + i));
-        Write(LocalFile(QStringLiteral("件%1.nc").arg(i)), contents.last());
-    }
-    for (int i = 0; i < 20; ++i)
-        m_workspace->SlotUpLoadFile(LocalFile(QStringLiteral("件%1.nc").arg(i)), QStringLiteral("/件%1.nc").arg(i));
-    for (int i = 0; i < 20; ++i) {
-        QTRY_COMPARE_WITH_TIMEOUT(RowState(QStringLiteral("/件%1.nc").arg(i), true), int(TanslateInfo::StateSucceeded),
-                                  60000);
-        QCOMPARE(Read(MachineFile(QStringLiteral("件%1.nc").arg(i))), contents.at(i));
-    }
-    QCOMPARE(m_sim->FtpServer().PeakSessionCount(), 1);
-    QCOMPARE(m_workspace->FileService()->MaxTransfers(), 1);
 }
 
 void TestControllerProfiles::uploadFailuresKeepTheOldProgram_data()
