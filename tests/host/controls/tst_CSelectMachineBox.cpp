@@ -138,8 +138,7 @@ void tst_CSelectMachineBox::confirmPicksTypedOrListedMachine()
     m_pBox->SlotConfirm();
     QCOMPARE(selected.count(), 1);
 
-    // A failed attempt lets the user try again, here with a typed address; success closes the box.
-    QSignalSpy finished(m_pBox, &QDialog::finished);
+    // A failed attempt lets the user try again, here with a typed address.
     m_pBox->OnConnectResult(false);
     QVERIFY(ConnectButton()->isEnabled());
     QTest::keyClicks(IpEdit(), QStringLiteral("127.0.0.1"));
@@ -147,10 +146,6 @@ void tst_CSelectMachineBox::confirmPicksTypedOrListedMachine()
     QTest::keyClick(IpEdit(), Qt::Key_Return);
     QCOMPARE(selected.count(), 2);
     QCOMPARE(selected.at(1), (QVariantList{QStringLiteral("127.0.0.1"), QString()}));
-    QCOMPARE(finished.count(), 0);
-    m_pBox->OnConnectResult(true);
-    QCOMPARE(finished.count(), 1);
-    QCOMPARE(finished.at(0).at(0).toInt(), int(QDialog::Accepted));
 }
 
 void tst_CSelectMachineBox::nameEncodingIsKeptPerMachine()
