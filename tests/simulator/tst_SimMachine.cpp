@@ -28,7 +28,6 @@ private slots:
     void runningProgramMovesAndFinishes();
     void faultGivesErrorThenWaiting();
     void bootAndForbidStates();
-    void autorunCyclesPrograms();
     void operatorCommands();
 
 private:
@@ -104,21 +103,6 @@ void tst_SimMachine::bootAndForbidStates()
     QVERIFY(!forbidden.StartProgram("part.nc", &error));
 }
 
-void tst_SimMachine::autorunCyclesPrograms()
-{
-    writeProgram(m_pDir, "second.nc", "G0 Z10\n");
-    m_options.autorun = true;
-    m_options.idleSeconds = 2;
-    SimMachine machine(m_options);
-    machine.Advance(2.5);
-    QCOMPARE(status(machine), int(SimMachine::Running));
-    QCOMPARE(machine.RealTimeData().value("program").toObject().value("name").toString(), QString("part.nc"));
-    machine.Advance(60); // finishes, waits, starts the next one
-    for (int i = 0; i < 6; ++i)
-        machine.Advance(0.5);
-    QCOMPARE(machine.RealTimeData().value("program").toObject().value("name").toString(), QString("second.nc"));
-}
-
 void tst_SimMachine::operatorCommands()
 {
     SimMachine machine(m_options);
@@ -147,13 +131,6 @@ void tst_SimMachine::operatorCommands()
     QVERIFY(machine.Start(&error));
     machine.Advance(0.1);
     QCOMPARE(machine.RealTimeData().value("program").toObject().value("curLine").toInt(), line);
-
-    // Reset rewinds to the first line without moving the axes.
-    const QJsonObject before = machine.RealTimeData();
-    QVERIFY(machine.Reset(&error));
-    QCOMPARE(status(machine), int(SimMachine::Waiting));
-    QCOMPARE(machine.RealTimeData().value("MCS"), before.value("MCS"));
-    QCOMPARE(machine.RealTimeData().value("program").toObject().value("timeUsed").toInt(), 0);
 }
 
 QTEST_GUILESS_MAIN(tst_SimMachine)

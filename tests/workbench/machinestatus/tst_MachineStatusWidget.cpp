@@ -1,9 +1,7 @@
 #include "CModule3DView.h"
-#include "machinestatus/MachineStatusCoordTableWidget.h"
 #include "machinestatus/MachineStatusRingGauge.h"
 #include "machinestatus/MachineStatusWidget.h"
 
-#include <QHeaderView>
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
@@ -46,7 +44,6 @@ private Q_SLOTS:
     void noToolAndOfflineClearTheValues();
     void staleDataKeepsTheLastGoodValues();
     void ringGaugeLimits();
-    void coordTableRatios();
 
 private:
     template <typename T> T* Find(const char* name) const { return m_page->findChild<T*>(QLatin1String(name)); }
@@ -174,24 +171,6 @@ void TestMachineStatusWidget::ringGaugeLimits()
         gauge.resize(size);
         QVERIFY(!gauge.grab().isNull());
     }
-}
-
-void TestMachineStatusWidget::coordTableRatios()
-{
-    MachineStatusCoordTableWidget table;
-    table.setColumnCount(4);
-    table.setFrameShape(QFrame::NoFrame);
-    table.verticalHeader()->hide();
-    table.setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    table.resize(455, 200);
-    table.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&table));
-    table.SetColumnRatios({2, 3, 3, 1});
-    QCOMPARE(table.viewport()->width(), 455);
-    QCOMPARE(QList<int>({table.columnWidth(0), table.columnWidth(1), table.columnWidth(2), table.columnWidth(3)}),
-             QList<int>({100, 150, 150, 55}));
-    table.SetColumnRatios({2, 3});
-    QCOMPARE(table.ColumnRatios(), QList<int>({2, 3, 1, 1}));
 }
 
 QTEST_MAIN(TestMachineStatusWidget)

@@ -38,7 +38,6 @@ private Q_SLOTS:
     void init();
     void speedAndTimeLeftTexts_data();
     void speedAndTimeLeftTexts();
-    void successStampsCompletionTime();
     void reportAfterClearStartsNewRow();
     void restartIconOfFailedRowEmitsKey();
     void rowMenuAndDeleteKeyFollowTheRowState();
@@ -109,17 +108,6 @@ void TransListTest::speedAndTimeLeftTexts()
     QCOMPARE(m_pList->Model()->rowCount(), 1);
     QCOMPARE(Text(0, TransList::ColumnProgress, CProgressDelegate::SpeedTextRole), speed);
     QCOMPARE(Text(0, TransList::ColumnTime), timeLeft);
-}
-
-void TransListTest::successStampsCompletionTime()
-{
-    // Done at the first report, or later.
-    m_pList->SlotUpdateTransfer(Report(100, 100, TanslateInfo::StateSucceeded), QStringLiteral("quick"));
-    QCOMPARE(Text(0, 3), QStringLiteral("2024-05-06 10:20:30"));
-    m_pList->SlotUpdateTransfer(Report(0, 100), Key);
-    m_iNow += 65 * 1000;
-    m_pList->SlotUpdateTransfer(Report(100, 100, TanslateInfo::StateSucceeded), Key);
-    QCOMPARE(Text(1, 3), QStringLiteral("2024-05-06 10:21:35"));
 }
 
 void TransListTest::reportAfterClearStartsNewRow()
