@@ -126,12 +126,9 @@ void TestVerificationImageWindow::everyCloseEmitsOnce_data()
 {
     QTest::addColumn<QString>("how");
     QTest::addColumn<QString>("entered");
-    QTest::newRow("confirm copies the typed text") << "confirmBtn"
-                                                   << "ab3k";
-    QTest::newRow("cancel after typing") << "cancelBtn"
-                                         << "";
-    QTest::newRow("closed by the window system") << "close()"
-                                                 << "";
+    QTest::newRow("confirm copies the typed text") << "confirmBtn" << QStringLiteral("ab3k");
+    QTest::newRow("cancel after typing") << "cancelBtn" << QString();
+    QTest::newRow("closed by the window system") << "close()" << QString();
 }
 
 void TestVerificationImageWindow::everyCloseEmitsOnce()
