@@ -56,11 +56,11 @@ void tst_CVarnokMessageBox::responderSeesEveryCall()
                     .arg(r.strTitle, r.strText)
                     .arg(r.iButtons)
                     .arg(int(r.eIcon))
-                    .arg(r.bHasCheckBox)
+                    .arg(int(r.bHasCheckBox))
                     .arg(r.strCheckText)
-                    .arg(r.bChecked)
+                    .arg(int(r.bChecked))
                     .arg(r.mapButtonTexts.value(MsgButtonYes))
-                    .arg(r.bAutoClose);
+                    .arg(int(r.bAutoClose));
         return StructMsgBoxAnswer{8, true};
     });
     const QMap<EnumMsgButtonFunction, QString> texts{{MsgButtonYes, QStringLiteral("保存本地版本")}};
