@@ -103,6 +103,9 @@ void TestMachineStatusProgramPanel::fileTreeFromListings()
     QCOMPARE(root->child(0)->data(MachineStatusProgramPanel::RolePath).toString(), QStringLiteral("/sub"));
     panel.SlotOnListResult(QStringLiteral("/sub"), true, {});
     QCOMPARE(Names(root->child(0)), QStringList{QStringLiteral("无文件")});
+    // Collapsed, the folder is listed afresh on the next expand.
+    panel.SlotTreeCollapsed(root->child(0)->index());
+    QCOMPARE(Names(root->child(0)), QStringList{QStringLiteral("加载中...")});
     // Folder rows have no "设为加工程序".
     auto* tree = panel.findChild<QTreeView*>(QStringLiteral("treeViewFiles"));
     auto* folderActions = qobject_cast<MachineStatusFileActionWidget*>(tree->indexWidget(root->child(0, 2)->index()));
