@@ -4,7 +4,6 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QWheelEvent>
 #include <cmath>
 
 namespace {
@@ -34,11 +33,8 @@ private slots:
     void initTestCase();
     void init();
     void cleanup();
-    void loadOutcomes_data();
-    void loadOutcomes();
-    void failedReloadEmptiesTheView();
+    void loadAndFailedReload();
     void positionUpdatesMoveTheDrawing();
-    void nonFinitePositionIsRefused();
     void stockBlocks();
 
 private:
@@ -56,7 +52,6 @@ void tst_CModule3DView::initTestCase()
 
 void tst_CModule3DView::init()
 {
-    QFile::remove(CDebugLog::LogFilePath()); // each row reads only its own log lines
     m_pView = new CModule3DView;
     m_pView->resize(640, 480);
     m_pView->show();
@@ -69,52 +64,23 @@ void tst_CModule3DView::cleanup()
     m_pView = nullptr;
 }
 
-void tst_CModule3DView::loadOutcomes_data()
+void tst_CModule3DView::loadAndFailedReload()
 {
     // Which files the reader refuses is its own test's business; here, what the view does then.
-    QTest::addColumn<QString>("content"); // empty: the shipped model; "-": no file at all
-    QTest::addColumn<bool>("ready");
-    QTest::newRow("valid") << QString() << true;
-    QTest::newRow("missing") << "-" << false;
-}
-
-void tst_CModule3DView::loadOutcomes()
-{
-    QFETCH(QString, content);
-    QFETCH(bool, ready);
-    QString path = shippedModelPath();
-    QTemporaryDir dir;
-    if (!content.isEmpty()) {
-        path = dir.filePath(QStringLiteral("Config3D.ini"));
-        if (content != QLatin1String("-")) {
-            QFile file(path);
-            QVERIFY(file.open(QIODevice::WriteOnly));
-            file.write(content.toUtf8());
-        }
-    }
     const QImage empty = Picture();
-    QCOMPARE(m_pView->CreateStock(block(QString(), 50), true), false); // nothing to put it on yet
-    QCOMPARE(m_pView->LoadMachine(path), ready);
-    QCOMPARE(m_pView->GetMachineReady(), ready);
-    QCOMPARE(m_pView->SetMachinePos({1, 2, 3, 4, 0, 6}), ready);
-    // A failed load leaves the view as empty as it was; a good one draws the machine.
-    QCOMPARE(Picture() == empty, !ready);
-
-    QFile log(CDebugLog::LogFilePath());
-    QVERIFY(log.open(QIODevice::ReadOnly));
-    const QString lines = QString::fromUtf8(log.readAll());
-    QCOMPARE(lines.contains(QStringLiteral("3D机床模型加载失败: %1").arg(path)), !ready);
-}
-
-void tst_CModule3DView::failedReloadEmptiesTheView()
-{
-    const QImage empty = Picture();
+    QVERIFY(!m_pView->CreateStock(block(QString(), 50), true)); // nothing to put it on yet
     QVERIFY(m_pView->LoadMachine(shippedModelPath()));
     QVERIFY(m_pView->CreateStock(block(QString(), 50), true));
-    QVERIFY(!m_pView->LoadMachine(QStringLiteral("/nonexistent/Config3D.ini")));
+    QVERIFY(Picture() != empty);
+    const QString missing = QStringLiteral("/nonexistent/Config3D.ini");
+    QVERIFY(!m_pView->LoadMachine(missing));
     QVERIFY(!m_pView->GetMachineReady());
+    QVERIFY(!m_pView->SetMachinePos({1, 2, 3, 4, 0, 6}));
     QCOMPARE(m_pView->StockCount(), 0);
     QCOMPARE(Picture(), empty);
+    QFile log(CDebugLog::LogFilePath());
+    QVERIFY(log.open(QIODevice::ReadOnly));
+    QVERIFY(QString::fromUtf8(log.readAll()).contains(QStringLiteral("3D机床模型加载失败: %1").arg(missing)));
 }
 
 void tst_CModule3DView::positionUpdatesMoveTheDrawing()
@@ -129,11 +95,7 @@ void tst_CModule3DView::positionUpdatesMoveTheDrawing()
     }
     QVERIFY(m_pView->SetMachinePos({}));
     QCOMPARE(Picture(), home);
-}
-
-void tst_CModule3DView::nonFinitePositionIsRefused()
-{
-    QVERIFY(m_pView->LoadMachine(shippedModelPath()));
+    // A non-finite position is refused and the last good one kept.
     QVERIFY(m_pView->SetMachinePos({10, 0, 0, 0, 0, 0}));
     QVERIFY(!m_pView->SetMachinePos({std::nan(""), 0, 0, 0, 0, 0}));
     QVERIFY(!m_pView->SetMachinePos({0, 0, 0, 0, 0, INFINITY}));

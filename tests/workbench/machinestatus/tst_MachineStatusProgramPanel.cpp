@@ -1,18 +1,15 @@
 #include "CVarnokMessageBox.h"
 #include "MachineFileService.h"
 #include "SimWorkspaceFixture.h"
-#include "machinestatus/MachineStatusElidedLabel.h"
 #include "machinestatus/MachineStatusFileActionWidget.h"
 #include "machinestatus/MachineStatusFileDelegate.h"
 #include "machinestatus/MachineStatusFtpManager.h"
 #include "machinestatus/MachineStatusProgramPanel.h"
 
 #include <QDir>
-#include <QLabel>
 #include <QSignalSpy>
 #include <QStandardItemModel>
 #include <QTest>
-#include <QToolButton>
 #include <QTreeView>
 #include <memory>
 
@@ -22,7 +19,6 @@ FtpFileInfo Entry(const QString& name, const QString& type)
     FtpFileInfo info;
     info.name = name;
     info.type = type;
-    info.time = QDateTime(QDate(2026, 11, 2), QTime(9, 5), Qt::UTC);
     return info;
 }
 
@@ -43,7 +39,6 @@ class TestMachineStatusProgramPanel : public QObject, public SimWorkspaceFixture
 private Q_SLOTS:
     void initTestCase();
     void init();
-    void programTexts();
     void programLinesHighlight_data();
     void programLinesHighlight();
     void fileTreeFromListings();
@@ -51,15 +46,6 @@ private Q_SLOTS:
     void brokerNormalisesAndSharesListings();
     void brokerDeletesOneAtATime();
     void panelRenamesAndDeletesOnTheMachine();
-
-private:
-    QStringList BoxTexts() const
-    {
-        QStringList texts;
-        for (const StructMsgBoxRequest& box : m_listBoxes)
-            texts << box.strText;
-        return texts;
-    }
 };
 
 void TestMachineStatusProgramPanel::initTestCase()
@@ -77,24 +63,6 @@ void TestMachineStatusProgramPanel::initTestCase()
 void TestMachineStatusProgramPanel::init()
 {
     m_listBoxes.clear();
-}
-
-void TestMachineStatusProgramPanel::programTexts()
-{
-    MachineStatusProgramPanel panel;
-    StructProgramInfo program;
-    program.curLine = 12;
-    program.totalLine = 340;
-    program.timeUsed = 3725;
-    program.timeLeft = 360000;
-    panel.SetProgramInfo(program);
-    auto text = [&panel](const char* name) {
-        return panel.findChild<MachineStatusElidedLabel*>(QLatin1String(name))->FullText();
-    };
-    QCOMPARE(text("LabelNowNumber"), QStringLiteral("0012"));
-    QCOMPARE(text("LabelTotalNumber"), QStringLiteral("/0340"));
-    QCOMPARE(text("LabelTimeUsed"), QStringLiteral("01:02:05"));
-    QCOMPARE(text("LabelTimeRemain"), QStringLiteral("100:00:00"));
 }
 
 void TestMachineStatusProgramPanel::programLinesHighlight_data()
@@ -133,10 +101,9 @@ void TestMachineStatusProgramPanel::fileTreeFromListings()
     QCOMPARE(Names(root), QStringList({"sub", "b", "z.nc", "odd"}));
     QCOMPARE(Names(root->child(0)), QStringList{QStringLiteral("加载中...")});
     QCOMPARE(root->child(0)->data(MachineStatusProgramPanel::RolePath).toString(), QStringLiteral("/sub"));
-    QCOMPARE(root->child(2, 1)->text(),
-             QDateTime(QDate(2026, 11, 2), QTime(9, 5), Qt::UTC).toLocalTime().toString("yyyy-MM-dd hh:mm"));
     panel.SlotOnListResult(QStringLiteral("/sub"), true, {});
     QCOMPARE(Names(root->child(0)), QStringList{QStringLiteral("无文件")});
+    // Collapsed, the folder is listed afresh on the next expand.
     panel.SlotTreeCollapsed(root->child(0)->index());
     QCOMPARE(Names(root->child(0)), QStringList{QStringLiteral("加载中...")});
     // Folder rows have no "设为加工程序".
@@ -157,7 +124,8 @@ void TestMachineStatusProgramPanel::renameAndLoadRefusals()
     QSignalSpy renamed(panel.FtpManager(), &MachineStatusFtpManager::SignalRenameResult);
     emit panel.FileDelegate()->signalRenameCommit(QPersistentModelIndex(root->child(1)->index()), "other.nc",
                                                   "PROG.NC");
-    QTRY_COMPARE(BoxTexts(), QStringList{QStringLiteral("同级目录下已存在相同名称的条目！")});
+    QTRY_COMPARE(m_listBoxes.size(), 1);
+    QCOMPARE(m_listBoxes.first().strText, QStringLiteral("同级目录下已存在相同名称的条目！"));
     QCOMPARE(renamed.count(), 0);
 
     QSignalSpy load(&panel, &MachineStatusProgramPanel::SignalLoadProgramRequested);
@@ -181,8 +149,6 @@ void TestMachineStatusProgramPanel::brokerNormalisesAndSharesListings()
     broker.RequestList(QStringLiteral("/"));
     QCOMPARE(broker.ListingsInFlight(), 2);
     QTRY_COMPARE_WITH_TIMEOUT(results.count(), 2, 10000);
-    QTest::qWait(100);
-    QCOMPARE(results.count(), 2);
     QMap<QString, QStringList> listed;
     for (const QList<QVariant>& result : std::as_const(results)) {
         QVERIFY(result.at(1).toBool());
@@ -231,7 +197,6 @@ void TestMachineStatusProgramPanel::panelRenamesAndDeletesOnTheMachine()
     QStandardItem* root = panel.FileModel()->invisibleRootItem();
     panel.SetMachineIp(QStringLiteral("127.0.0.1"));
     QTRY_VERIFY_WITH_TIMEOUT(Names(root).contains(QStringLiteral("notes.txt")), 10000);
-    QVERIFY(Names(root).indexOf(QStringLiteral("x")) < Names(root).indexOf(QStringLiteral("notes.txt")));
 
     const int row = int(Names(root).indexOf(QStringLiteral("notes.txt")));
     panel.SlotRenameCommit(QPersistentModelIndex(root->child(row)->index()), "notes.txt", "readme.txt");

@@ -1,10 +1,7 @@
 #include "CModule3DView.h"
-#include "machinestatus/MachineStatusCoordTableWidget.h"
-#include "machinestatus/MachineStatusElidedLabel.h"
 #include "machinestatus/MachineStatusRingGauge.h"
 #include "machinestatus/MachineStatusWidget.h"
 
-#include <QHeaderView>
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
@@ -18,7 +15,6 @@ StructRealTimeData Record()
     StructRealTimeData data;
     data.sn = QStringLiteral("PB01SIM0001");
     data.status = 1;
-    data.load = {1, 2, 3, 4, 5, 6, 7};
     data.toolInfo.toolNo = 2;
     data.toolInfo.toolType = 1;
     data.toolInfo.toolDiameter = 3.175;
@@ -42,18 +38,12 @@ private Q_SLOTS:
     void init() { m_page = std::make_unique<MachineStatusWidget>(); }
     void cleanup() { m_page.reset(); }
 
-    void runTimeText_data();
-    void runTimeText();
-    void gaugesAndTemperature_data();
-    void gaugesAndTemperature();
     void loadBars_data();
     void loadBars();
     void coordinateTablesReuseTheirItems();
     void noToolAndOfflineClearTheValues();
     void staleDataKeepsTheLastGoodValues();
     void ringGaugeLimits();
-    void coordTableRatios();
-    void elidedLabelTooltip();
 
 private:
     template <typename T> T* Find(const char* name) const { return m_page->findChild<T*>(QLatin1String(name)); }
@@ -62,51 +52,6 @@ private:
 
     std::unique_ptr<MachineStatusWidget> m_page;
 };
-
-void TestMachineStatusWidget::runTimeText_data()
-{
-    QTest::addColumn<int>("seconds");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("last minute of the first hour") << 3599 << QStringLiteral("59分59秒");
-    QTest::newRow("one hour") << 3600 << QStringLiteral("1时00分00秒");
-    QTest::newRow("negative is zero") << -5 << QStringLiteral("0分00秒");
-}
-
-void TestMachineStatusWidget::runTimeText()
-{
-    QFETCH(int, seconds);
-    QFETCH(QString, text);
-    StructRealTimeData data = Record();
-    data.runTime = seconds;
-    m_page->SetRealTimeData(data);
-    QCOMPARE(Text("LabelSNTime"), text);
-}
-
-void TestMachineStatusWidget::gaugesAndTemperature_data()
-{
-    QTest::addColumn<int>("rate");
-    QTest::addColumn<double>("temperature");
-    QTest::addColumn<int>("gauge");
-    QTest::addColumn<QString>("temperatureText");
-    QTest::newRow("150 clamps to 120, 42.5 rounds up") << 150 << 42.5 << 120 << QStringLiteral("43 °C");
-    QTest::newRow("-3 clamps to 0, -0.5 rounds away from zero") << -3 << -0.5 << 0 << QStringLiteral("-1 °C");
-}
-
-void TestMachineStatusWidget::gaugesAndTemperature()
-{
-    QFETCH(int, rate);
-    QFETCH(double, temperature);
-    QFETCH(int, gauge);
-    QFETCH(QString, temperatureText);
-    StructRealTimeData data = Record();
-    data.feedRate = rate;
-    data.spindleRate = rate;
-    data.spindleTemp = temperature;
-    m_page->SetRealTimeData(data);
-    QCOMPARE(Find<MachineStatusRingGauge>("DeviceFRing")->Value(), gauge);
-    QCOMPARE(Find<MachineStatusRingGauge>("DeviceSRing")->Value(), gauge);
-    QCOMPARE(Text("LabelTemperature"), temperatureText);
-}
 
 void TestMachineStatusWidget::loadBars_data()
 {
@@ -174,9 +119,7 @@ void TestMachineStatusWidget::noToolAndOfflineClearTheValues()
 
     m_page->SetRealTimeData(Record());
     m_page->ShowOffline();
-    QCOMPARE(Text("LabelSN"), QStringLiteral("设备未连接"));
     QCOMPARE(Text("LabelValueC"), QStringLiteral("0.0%"));
-    QCOMPARE(Text("CutterLabelNumber"), QStringLiteral("#--"));
     QCOMPARE(Find<MachineStatusRingGauge>("DeviceFRing")->Value(), 0);
 }
 
@@ -228,38 +171,6 @@ void TestMachineStatusWidget::ringGaugeLimits()
         gauge.resize(size);
         QVERIFY(!gauge.grab().isNull());
     }
-}
-
-void TestMachineStatusWidget::coordTableRatios()
-{
-    MachineStatusCoordTableWidget table;
-    table.setColumnCount(4);
-    table.setFrameShape(QFrame::NoFrame);
-    table.verticalHeader()->hide();
-    table.setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    table.resize(455, 200);
-    table.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&table));
-    table.SetColumnRatios({2, 3, 3, 1});
-    QCOMPARE(table.viewport()->width(), 455);
-    QCOMPARE(QList<int>({table.columnWidth(0), table.columnWidth(1), table.columnWidth(2), table.columnWidth(3)}),
-             QList<int>({100, 150, 150, 55}));
-    table.SetColumnRatios({2, 3});
-    QCOMPARE(table.ColumnRatios(), QList<int>({2, 3, 1, 1}));
-}
-
-void TestMachineStatusWidget::elidedLabelTooltip()
-{
-    MachineStatusElidedLabel label;
-    label.resize(label.fontMetrics().horizontalAdvance(QStringLiteral("prog.nc")) + 2, 20);
-    label.SetFullText(QStringLiteral("prog.nc"));
-    QCOMPARE(label.text(), QStringLiteral("prog.nc"));
-    QVERIFY(label.toolTip().isEmpty());
-    label.SetFullText(QStringLiteral("a rather long program name.nc"));
-    QVERIFY(label.text() != label.FullText());
-    QCOMPARE(label.toolTip(), label.FullText());
-    label.SetExplicitToolTip(QStringLiteral("0012/0340"));
-    QCOMPARE(label.toolTip(), QStringLiteral("0012/0340"));
 }
 
 QTEST_MAIN(TestMachineStatusWidget)
