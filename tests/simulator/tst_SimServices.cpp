@@ -1,11 +1,8 @@
 #include "CncSimulator.h"
 #include "SimFrameCodec.h"
 
-#include <QCryptographicHash>
-#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
 #include <QSignalSpy>
 #include <QTcpSocket>
 #include <QTemporaryDir>
@@ -25,8 +22,6 @@ private slots:
     void serialNumber();
     void brokenFrameClosesTheConnection_data();
     void brokenFrameClosesTheConnection();
-    void fileAndToolMessages();
-    void programStartsAndStops();
 
 private:
     QByteArray Exchange(quint16 port, const QList<QByteArray>& pieces);
@@ -133,52 +128,6 @@ void tst_SimServices::brokenFrameClosesTheConnection()
     QVERIFY(socket.waitForConnected(5000));
     socket.write(bytes);
     QVERIFY(QTest::qWaitFor([&socket] { return socket.state() == QAbstractSocket::UnconnectedState; }, 5000));
-}
-
-void tst_SimServices::fileAndToolMessages()
-{
-    QTcpSocket socket;
-    socket.connectToHost(QHostAddress::LocalHost, m_sim->InfoPort());
-    QVERIFY(socket.waitForConnected(5000));
-    const QByteArray content = "G0 X0\nM30\n";
-    const QString md5 = QCryptographicHash::hash(content, QCryptographicHash::Md5).toHex();
-    QJsonObject upload{{"type", "UploadFileReq"},     {"name", "/up.nc"},
-                       {"totalSize", content.size()}, {"hash", md5},
-                       {"encoding", "base64"},        {"data", QString(content.toBase64())}};
-    QCOMPARE(Request(socket, upload).value("code").toInt(-1), 0);
-    upload["hash"] = "00";
-    QCOMPARE(Request(socket, upload).value("code").toInt(-1), 3);
-    upload["name"] = "../escape.nc";
-    QCOMPARE(Request(socket, upload).value("code").toInt(-1), 4);
-
-    const QJsonObject download = Request(socket, {{"type", "DownloadFileReq"}, {"name", "up.nc"}});
-    QCOMPARE(download.value("type").toString(), QString("DownloadFileRes"));
-    QCOMPARE(QByteArray::fromBase64(download.value("data").toString().toLatin1()), content);
-    QCOMPARE(download.value("hash").toString(), md5);
-
-    const QJsonArray tools{QJsonObject{{"toolNo", 7}, {"toolType", 2}, {"toolDiameter", 8.0}}};
-    QCOMPARE(Request(socket, {{"type", "UploadToolsReq"}, {"tools", tools}}).value("code").toInt(-1), 0);
-    QCOMPARE(Request(socket, {{"type", "DownloadToolsReq"}}).value("tools").toArray(), tools);
-}
-
-void tst_SimServices::programStartsAndStops()
-{
-    const QString program = qEnvironmentVariable("KORV_BINARY_DIR") + "/bin/cnc-sim";
-    QProcess bad;
-    bad.start(program, {"--ftp-port", "70000"});
-    QVERIFY(bad.waitForFinished(10000));
-    QCOMPARE(bad.exitCode(), 2);
-
-    QProcess sim;
-    sim.start(program, {"--root", m_root.path(), "--ftp-port", "0", "--info-port", "0", "--sn-port", "0",
-                        "--discovery-port", "0"});
-    QVERIFY(sim.waitForReadyRead(10000));
-    const QByteArray ready = sim.readAllStandardOutput();
-    QVERIFY2(ready.startsWith("cnc-sim ready ip=127.0.0.1 ftp="), ready.constData());
-    sim.terminate();
-    QVERIFY(sim.waitForFinished(5000));
-    QCOMPARE(sim.exitStatus(), QProcess::NormalExit);
-    QCOMPARE(sim.exitCode(), 0);
 }
 
 QTEST_GUILESS_MAIN(tst_SimServices)
