@@ -79,13 +79,6 @@ private:
                (upload ? QStringLiteral("*Upload") : QStringLiteral("*Download"));
     }
 
-    QVariant RowData(const QString& key, int role) const
-    {
-        TransList* list = m_workspace->GetTransManager()->TransferList();
-        const int row = list->RowOfKey(key);
-        return row < 0 ? QVariant() : list->Model()->index(row, TransList::ColumnProgress).data(role);
-    }
-
     // Waits until the transfer row of `key` reaches `state`.
     bool Reaches(const QString& key, int state, int timeout = 15000) const
     {
@@ -93,8 +86,9 @@ private:
     }
     int RowState(const QString& key) const
     {
-        const QVariant info = RowData(key, CProgressDelegate::InfoRole);
-        return info.isValid() ? info.value<TanslateInfo>().state : -1;
+        TransList* list = m_workspace->GetTransManager()->TransferList();
+        const QModelIndex cell = list->Model()->index(list->RowOfKey(key), TransList::ColumnProgress);
+        return cell.isValid() ? cell.data(CProgressDelegate::InfoRole).value<TanslateInfo>().state : -1;
     }
 
     QStringList MachineRootEntries() const
@@ -139,12 +133,17 @@ private Q_SLOTS:
         // The download lists the local folder again; a selection made before that listing ends is lost.
         QTRY_VERIFY_WITH_TIMEOUT(manager->LocalPanel()->FileNames().contains(QStringLiteral("fixture.tap")), 10000);
 
-        // Overwriting after a Yes replaces the machine's file whole.
+        // A drop from the desktop uploads every file; overwriting after a Yes replaces the machine's file whole.
         const QByteArray second = RandomBytes(50 * 1024);
+        const QByteArray other = RandomBytes(70 * 1024);
         Write(LocalFile(QStringLiteral("part.nc")), second);
-        Select(manager->LocalPanel(), {QStringLiteral("part.nc")});
-        QTest::mouseClick(manager->UploadButton(), Qt::LeftButton);
+        Write(LocalFile(QStringLiteral("drop2.tap")), other);
+        QMimeData desktop;
+        desktop.setUrls({QUrl::fromLocalFile(LocalFile(QStringLiteral("part.nc"))),
+                         QUrl::fromLocalFile(LocalFile(QStringLiteral("drop2.tap")))});
+        QVERIFY(DragAndDrop(manager->MachinePanel(), &desktop));
         QTRY_COMPARE_WITH_TIMEOUT(Read(MachineFile(QStringLiteral("part.nc"))), second, 15000);
+        QTRY_COMPARE_WITH_TIMEOUT(Read(MachineFile(QStringLiteral("drop2.tap"))), other, 15000);
         QCOMPARE(m_listBoxes.size(), 1);
     }
 
@@ -385,22 +384,6 @@ private Q_SLOTS:
         // behind the overwrite question).
         const int logins = m_sim->FtpServer().AcceptedSessionCount() - acceptedBefore;
         QVERIFY2(logins <= limit + 1, qPrintable(QString::number(logins)));
-    }
-
-    void desktopDropUploadsEveryFile()
-    {
-        StartSimulator();
-        const QByteArray first = RandomBytes(40 * 1024);
-        const QByteArray second = RandomBytes(70 * 1024);
-        Write(LocalFile(QStringLiteral("drop1.nc")), first);
-        Write(LocalFile(QStringLiteral("drop2.tap")), second);
-        ConnectWorkspace();
-        QMimeData desktop;
-        desktop.setUrls({QUrl::fromLocalFile(LocalFile(QStringLiteral("drop1.nc"))),
-                         QUrl::fromLocalFile(LocalFile(QStringLiteral("drop2.tap")))});
-        QVERIFY(DragAndDrop(m_workspace->GetFileManager()->MachinePanel(), &desktop));
-        QTRY_COMPARE_WITH_TIMEOUT(Read(MachineFile(QStringLiteral("drop2.tap"))), second, 15000);
-        QTRY_COMPARE_WITH_TIMEOUT(Read(MachineFile(QStringLiteral("drop1.nc"))), first, 15000);
     }
 
     void cutPasteClearsTheClipboardOnlyAfterTheUpload()

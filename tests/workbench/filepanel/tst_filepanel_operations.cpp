@@ -11,9 +11,6 @@
 #include <QContextMenuEvent>
 #include <QDir>
 #include <QHBoxLayout>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMimeData>
@@ -106,38 +103,6 @@ private Q_SLOTS:
 
     void cleanupTestCase() { TearDownFixture(); }
 
-    void clipboardCarriesTheFilesAndTheirSide_data()
-    {
-        QTest::addColumn<bool>("local");
-        QTest::addColumn<QString>("action");
-        QTest::newRow("local copy") << true << "复制";
-        QTest::newRow("local cut") << true << "剪切";
-        QTest::newRow("machine copy") << false << "复制";
-        QTest::newRow("machine cut") << false << "剪切";
-    }
-
-    void clipboardCarriesTheFilesAndTheirSide()
-    {
-        QFETCH(bool, local);
-        QFETCH(QString, action);
-        FileSelectPanel& panel = local ? *m_pLocal : *m_pMachine;
-        const QString name = local ? QStringLiteral("part.nc") : QStringLiteral("O1.nc");
-        const QString path = local ? LocalFile(name) : QStringLiteral("/O1.nc");
-        SelectOnly(panel, {name});
-        QVERIFY(OpenMenu(panel, name).contains(action));
-        Trigger(panel, action);
-
-        const QMimeData* mime = QApplication::clipboard()->mimeData();
-        const QJsonObject json = QJsonDocument::fromJson(mime->data(QStringLiteral("MimeDataCopy"))).object();
-        const QString operation = action == QStringLiteral("复制") ? QStringLiteral("copy") : QStringLiteral("cut");
-        QCOMPARE(json.value("operation").toString(), operation);
-        QCOMPARE(json.value("sourceType").toInt(), local ? 1 : 2);
-        QCOMPARE(json.value("files").toArray(), QJsonArray({QJsonObject{{"filePath", path}, {"fileName", name}}}));
-        QCOMPARE(mime->text(), operation);
-        // Machine paths are not offered to other programs as local files.
-        QCOMPARE(mime->urls(), local ? QList<QUrl>{QUrl::fromLocalFile(path)} : QList<QUrl>{});
-    }
-
     void pasteThatCannotApplyDoesNothing()
     {
         QSignalSpy transfers(&m_requests, &MachineFileRequests::SignalTransfer);
@@ -146,6 +111,9 @@ private Q_SLOTS:
         // Machine to machine: neither the menu nor the key pastes.
         SelectOnly(*m_pMachine, {QStringLiteral("O1.nc")});
         QTest::keyClick(m_pMachine->TreeView(), Qt::Key_C, Qt::ControlModifier);
+        // Machine paths are not offered to other programs as local files.
+        QVERIFY(QApplication::clipboard()->mimeData()->hasFormat(QStringLiteral("MimeDataCopy")));
+        QVERIFY(QApplication::clipboard()->mimeData()->urls().isEmpty());
         QVERIFY(!OpenMenu(*m_pMachine, QString()).contains(QStringLiteral("粘贴")));
         QTest::keyClick(m_pMachine->TreeView(), Qt::Key_V, Qt::ControlModifier);
         QTest::qWait(50);
