@@ -20,9 +20,6 @@
 #include <QTreeWidget>
 
 namespace {
-const QString Ip = QStringLiteral("127.0.0.1");
-const QString Sn = QStringLiteral("PB01SIM0001");
-
 // Every file below a folder with its content, relative paths; hidden temporary names included.
 QMap<QString, QByteArray> Tree(const QString& root)
 {
@@ -63,17 +60,8 @@ private:
 
     void ConnectWorkspace()
     {
-        if (!m_workspace) {
-            ShowWorkspace();
-            if (QTest::currentTestFailed())
-                return;
-        }
-        QVERIFY(!m_workspace->GetToolPage()->Button(ToolPage::ActionFolderSync)->isEnabled());
-        m_workspace->ConnectToMachine(Ip, Sn);
-        FileManager* manager = m_workspace->GetFileManager();
-        QTRY_VERIFY_WITH_TIMEOUT(manager->IsConnected(), 10000);
-        QTRY_COMPARE_WITH_TIMEOUT(manager->MachinePanel()->CurrentPath(), QStringLiteral("/"), 10000);
-        QTRY_COMPARE(manager->LocalPanel()->CurrentPath(), m_localDir.path());
+        SimWorkspaceFixture::ConnectWorkspace();
+        QTRY_COMPARE(m_workspace->GetFileManager()->LocalPanel()->CurrentPath(), m_localDir.path());
         QVERIFY(m_workspace->GetToolPage()->Button(ToolPage::ActionFolderSync)->isEnabled());
     }
 
