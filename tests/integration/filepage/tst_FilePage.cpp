@@ -47,12 +47,9 @@ void Select(FileSelectPanel* panel, const QStringList& names)
 {
     QItemSelectionModel* selection = panel->TreeView()->selectionModel();
     selection->clearSelection();
-    const QAbstractItemModel* model = panel->TreeView()->model();
-    for (int row = 0; row < model->rowCount(); ++row) {
-        const QModelIndex index = model->index(row, 0);
-        if (names.contains(index.data(FileItemRole::Name).toString()))
-            selection->select(index, QItemSelectionModel::Select | QItemSelectionModel::Rows);
-    }
+    for (const QString& name : names)
+        selection->select(SimWorkspaceFixture::PanelRow(*panel, name),
+                          QItemSelectionModel::Select | QItemSelectionModel::Rows);
 }
 } // namespace
 

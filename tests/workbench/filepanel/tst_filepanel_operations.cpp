@@ -33,10 +33,9 @@ private:
     void SelectOnly(FileSelectPanel& panel, const QStringList& names)
     {
         panel.TreeView()->clearSelection();
-        for (const QString& name : names) {
+        for (const QString& name : names)
             panel.TreeView()->selectionModel()->select(PanelRow(panel, name),
                                                        QItemSelectionModel::Select | QItemSelectionModel::Rows);
-        }
         panel.TreeView()->setFocus();
     }
 
@@ -159,25 +158,17 @@ private Q_SLOTS:
 
     void machineRenameKeepsToMachineTypes_data()
     {
-        QTest::addColumn<QString>("oldName");
-        QTest::addColumn<QString>("newName");
-        QTest::addColumn<QString>("box");
-        QTest::newRow("allowed suffix") << "O1.nc"
-                                        << "O2.TAP"
-                                        << "";
-        QTest::newRow("forbidden suffix") << "O1.nc"
-                                          << "O1.exe"
-                                          << "机床文件重命名后缀不合法: exe";
-        QTest::newRow("file of another type") << "old.bin"
-                                              << "old.nc"
-                                              << "文件类型 bin 不支持，不允许重命名";
+        // The old name, the typed name and the refusal shown (none: the rename is asked for).
+        QTest::addColumn<QStringList>("names");
+        QTest::newRow("allowed suffix") << QStringList{"O1.nc", "O2.TAP", ""};
+        QTest::newRow("forbidden suffix") << QStringList{"O1.nc", "O1.exe", "机床文件重命名后缀不合法: exe"};
+        QTest::newRow("file of another type") << QStringList{"old.bin", "old.nc", "文件类型 bin 不支持，不允许重命名"};
     }
 
     void machineRenameKeepsToMachineTypes()
     {
-        QFETCH(QString, oldName);
-        QFETCH(QString, newName);
-        QFETCH(QString, box);
+        QFETCH(QStringList, names);
+        const QString &oldName = names.at(0), &newName = names.at(1), &box = names.at(2);
         // Nothing carries the requests out here: the listing brings the machine's names back.
         QVERIFY(WaitForListing(*m_pMachine, [&] { m_pMachine->RefreshPanel(); }));
         QSignalSpy renames(&m_requests, &MachineFileRequests::SignalRename);
