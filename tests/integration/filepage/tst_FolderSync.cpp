@@ -287,11 +287,10 @@ private Q_SLOTS:
             bNothingSentWhileOpen = !QFileInfo::exists(MachineFile(QStringLiteral("send.nc")));
             QTreeWidget* tree = dialog->Tree();
             for (int row = 0; row < tree->topLevelItemCount(); ++row) {
-                QTreeWidgetItem* item = tree->topLevelItem(row);
-                rows.append(item->text(FolderSyncPreviewDialog::ColumnPath));
-                if (item->text(FolderSyncPreviewDialog::ColumnPath) == QLatin1String("keep_here.nc"))
-                    item->setCheckState(FolderSyncPreviewDialog::ColumnPath, Qt::Unchecked);
-                if (item->text(FolderSyncPreviewDialog::ColumnPath) == QLatin1String("both.nc"))
+                rows.append(tree->topLevelItem(row)->text(FolderSyncPreviewDialog::ColumnPath));
+                if (rows.last() == QLatin1String("keep_here.nc"))
+                    tree->topLevelItem(row)->setCheckState(FolderSyncPreviewDialog::ColumnPath, Qt::Unchecked);
+                if (rows.last() == QLatin1String("both.nc"))
                     dialog->SetConflictChoice(row, FolderSyncPreviewDialog::ChoiceLocal);
             }
             dialog->accept();
@@ -301,8 +300,7 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(ButtonState(), int(FolderSync::ButtonFinished), 20000);
         QVERIFY(bNothingSentWhileOpen);
         rows.sort();
-        QCOMPARE(rows,
-                 QStringList({QStringLiteral("both.nc"), QStringLiteral("keep_here.nc"), QStringLiteral("send.nc")}));
+        QCOMPARE(rows, (QStringList{"both.nc", "keep_here.nc", "send.nc"}));
         QVERIFY(m_listBoxes.isEmpty());
         QCOMPARE(Read(MachineFile(QStringLiteral("send.nc"))), QByteArray("send"));
         QCOMPARE(Read(MachineFile(QStringLiteral("both.nc"))), QByteArray("local, longer"));

@@ -6,25 +6,16 @@
 #include <QTest>
 
 namespace {
-struct Row
-{
-    QString name;
-    int kind;
-    qint64 size;
-    QString time;
-    QString type;
-};
-
-QStandardItem* MakeItem(const Row& row)
+QStandardItem* MakeItem(const QString& name, int kind = FileItemKind::File, qint64 size = 0, const QString& time = {},
+                        const QString& type = {})
 {
     auto* item = new QStandardItem;
-    const bool quick = row.kind >= FileItemKind::Desktop && row.kind <= FileItemKind::Documents;
-    item->setData(row.type, FileItemRole::Type);
-    item->setData(row.name, FileItemRole::Name);
-    item->setData(row.size, FileItemRole::Size);
-    item->setData(row.time, FileItemRole::Time);
-    item->setData(row.kind, FileItemRole::Kind);
-    item->setData(quick, FileItemRole::QuickAccess);
+    item->setData(type, FileItemRole::Type);
+    item->setData(name, FileItemRole::Name);
+    item->setData(size, FileItemRole::Size);
+    item->setData(time, FileItemRole::Time);
+    item->setData(kind, FileItemRole::Kind);
+    item->setData(kind >= FileItemKind::Desktop && kind <= FileItemKind::Documents, FileItemRole::QuickAccess);
     return item;
 }
 
@@ -78,19 +69,15 @@ private Q_SLOTS:
         QFETCH(QStringList, descending);
         // Quick-access rows in reverse kind order and everything else shuffled, so that
         // only the comparison can bring them into place.
-        const QList<Row> rows{
-            {"Mid10.nc", FileItemKind::File, qint64(3) << 32, "2024-01-03 00:00:00", ".nc"},
-            {"文档", FileItemKind::Documents, 0, "", ""},
-            {"b-folder", FileItemKind::Folder, 0, "2024-01-01 00:00:00", "文件夹"},
-            {"alpha.txt", FileItemKind::File, qint64(5) << 33, "2024-01-01 00:00:00", ".txt"},
-            {"下载", FileItemKind::Downloads, 0, "", ""},
-            {"a-folder", FileItemKind::Folder, 0, "2024-01-02 00:00:00", "文件夹"},
-            {"桌面", FileItemKind::Desktop, 0, "", ""},
-            {"mid9.tap", FileItemKind::File, 9, "2024-01-02 00:00:00", ".tap"},
-        };
         QStandardItemModel model;
-        for (const Row& row : rows)
-            model.appendRow(MakeItem(row));
+        model.appendRow(MakeItem("Mid10.nc", FileItemKind::File, qint64(3) << 32, "2024-01-03 00:00:00", ".nc"));
+        model.appendRow(MakeItem("文档", FileItemKind::Documents));
+        model.appendRow(MakeItem("b-folder", FileItemKind::Folder, 0, "2024-01-01 00:00:00", "文件夹"));
+        model.appendRow(MakeItem("alpha.txt", FileItemKind::File, qint64(5) << 33, "2024-01-01 00:00:00", ".txt"));
+        model.appendRow(MakeItem("下载", FileItemKind::Downloads));
+        model.appendRow(MakeItem("a-folder", FileItemKind::Folder, 0, "2024-01-02 00:00:00", "文件夹"));
+        model.appendRow(MakeItem("桌面", FileItemKind::Desktop));
+        model.appendRow(MakeItem("mid9.tap", FileItemKind::File, 9, "2024-01-02 00:00:00", ".tap"));
         FileSortProxyModel proxy;
         proxy.setSourceModel(&model);
         proxy.SetSortRole(role);
@@ -106,8 +93,8 @@ private Q_SLOTS:
         const QCollator collator = FileNameSortKey::CreateCollator();
         QStandardItemModel model;
         for (const char* name : {"c3", "c20", "c100"}) {
-            QStandardItem* item = MakeItem({QString::fromLatin1(name), FileItemKind::File, 0, "", ""});
             const QString text = QString::fromLatin1(name);
+            QStandardItem* item = MakeItem(text);
             item->setData(QVariant::fromValue(FileNameSortKey{text, collator.sortKey(text)}),
                           FileItemRole::NameSortKey);
             model.appendRow(item);
