@@ -146,18 +146,16 @@ private Q_SLOTS:
 
     void pasteAndDropAskBeforeReplacing_data()
     {
+        // Paste and drop share the route to the question; the drop also meets the panels' own refusal.
         QTest::addColumn<bool>("drop");
-        QTest::addColumn<bool>("upload");
-        QTest::newRow("paste onto the machine") << false << true;
-        QTest::newRow("paste onto the computer") << false << false;
-        QTest::newRow("drop onto the machine") << true << true;
-        QTest::newRow("drop onto the computer") << true << false;
+        QTest::newRow("paste onto the machine") << false;
+        QTest::newRow("drop onto the computer") << true;
     }
 
     void pasteAndDropAskBeforeReplacing()
     {
         QFETCH(bool, drop);
-        QFETCH(bool, upload);
+        const bool upload = !drop;
         StartSimulator();
         const QByteArray local = RandomBytes(700);
         const QByteArray machine = RandomBytes(300);
@@ -203,13 +201,11 @@ private Q_SLOTS:
         QTest::addColumn<QString>("localName");
         QTest::addColumn<bool>("connected");
         QTest::addColumn<bool>("programRuns");
-        QTest::addColumn<bool>("paste");
         QTest::addColumn<QString>("box");
-        QTest::newRow("wrong type") << "tool.exe" << true << false << false << "文件类型不符合要求：tool.exe";
-        QTest::newRow("running program") << "same.nc" << true << true << false
+        QTest::newRow("wrong type") << "tool.exe" << true << false << "文件类型不符合要求：tool.exe";
+        QTest::newRow("running program") << "same.nc" << true << true
                                          << "机床正在运行程序same.nc，不能覆盖、删除或重命名：/same.nc";
-        QTest::newRow("no machine, arrow") << "same.nc" << false << false << false << "当前未与机床进行连接！";
-        QTest::newRow("no machine, paste") << "same.nc" << false << false << true << "当前未与机床进行连接！";
+        QTest::newRow("no machine") << "same.nc" << false << false << "当前未与机床进行连接！";
     }
 
     void refusalsSendNothing()
@@ -217,7 +213,6 @@ private Q_SLOTS:
         QFETCH(QString, localName);
         QFETCH(bool, connected);
         QFETCH(bool, programRuns);
-        QFETCH(bool, paste);
         QFETCH(QString, box);
         StartSimulator();
         const QByteArray original("G0 X0\nM30\n");
@@ -239,12 +234,7 @@ private Q_SLOTS:
         QTRY_VERIFY(manager->LocalPanel()->FileNames().contains(localName));
         Select(manager->LocalPanel(), {localName});
         const int accepted = m_sim->FtpServer().AcceptedSessionCount();
-        if (paste) {
-            QTest::keyClick(manager->LocalPanel()->TreeView(), Qt::Key_C, Qt::ControlModifier);
-            QTest::keyClick(manager->MachinePanel()->TreeView(), Qt::Key_V, Qt::ControlModifier);
-        } else {
-            QTest::mouseClick(manager->UploadButton(), Qt::LeftButton);
-        }
+        QTest::mouseClick(manager->UploadButton(), Qt::LeftButton);
         QTRY_COMPARE(m_listBoxes.size(), 1);
         QCOMPARE(m_listBoxes.first().strText, box);
         QVERIFY(HasLine(box, LogColors::Warning));
