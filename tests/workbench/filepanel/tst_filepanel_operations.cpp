@@ -132,7 +132,9 @@ private Q_SLOTS:
         Trigger(*m_pLocal, QStringLiteral("粘贴"));
         QTRY_COMPARE(m_listBoxes.size(), 1);
         QCOMPARE(Read(LocalFile(QStringLiteral("dir/part.nc"))), QByteArray("old program"));
-        QCOMPARE(Read(LocalFile(QStringLiteral("dir/part(1).nc"))), Read(LocalFile(QStringLiteral("part.nc"))));
+        // The copy arrives under a free name and the source stays.
+        for (const char* name : {"dir/part(1).nc", "part.nc"})
+            QCOMPARE(Read(LocalFile(QLatin1String(name))), QByteArray("G0 X1\n"));
         QTRY_VERIFY(m_pLocal->FileNames().contains(QStringLiteral("part(1).nc")));
     }
 
