@@ -47,12 +47,9 @@ void Select(FileSelectPanel* panel, const QStringList& names)
 {
     QItemSelectionModel* selection = panel->TreeView()->selectionModel();
     selection->clearSelection();
-    const QAbstractItemModel* model = panel->TreeView()->model();
-    for (int row = 0; row < model->rowCount(); ++row) {
-        const QModelIndex index = model->index(row, 0);
-        if (names.contains(index.data(FileItemRole::Name).toString()))
-            selection->select(index, QItemSelectionModel::Select | QItemSelectionModel::Rows);
-    }
+    for (const QString& name : names)
+        selection->select(SimWorkspaceFixture::PanelRow(*panel, name),
+                          QItemSelectionModel::Select | QItemSelectionModel::Rows);
 }
 } // namespace
 
@@ -62,393 +59,339 @@ class TestFilePage : public QObject, public SimWorkspaceFixture
 {
     Q_OBJECT
 
-private Q_SLOTS:
-    void initTestCase() { SetUpFixture(); }
-    void init() { ResetFixture(); }
-    void cleanup();
-
-    void uploadAndDownloadArriveByteForByte();
-    void pasteAndDropAskBeforeReplacing_data();
-    void pasteAndDropAskBeforeReplacing();
-    void refusalsSendNothing_data();
-    void refusalsSendNothing();
-    void busyPathIsDroppedAndPanelsStayLockedToTheEnd();
-    void interruptedCutLeavesAllAsItWas_data();
-    void interruptedCutLeavesAllAsItWas();
-    void disconnectStopsTransfersAndRetryResumes();
-    void thirtyFilesNeverExceedTheLimit();
-    void desktopDropUploadsEveryFile();
-    void cutPasteClearsTheClipboardOnlyAfterTheUpload();
-
 private:
-    void StartSimulator(qint64 rate = 0, qint64 dropAfter = -1);
+    void StartSimulator(qint64 rate = 0, qint64 dropAfter = -1)
+    {
+        SimOptions options = DefaultSimOptions();
+        options.ftpRate = rate;
+        options.ftpDropAfter = dropAfter;
+        SimWorkspaceFixture::StartSimulator(options);
+    }
+
     bool HasLine(const QString& text, const QColor& color) const { return WorkspaceLogHas(*m_workspace, text, color); }
     int RowCount() const { return m_workspace->GetTransManager()->TransferList()->Model()->rowCount(); }
-    QVariant RowData(const QString& key, int role) const;
-    int RowState(const QString& key) const;
-    QString Key(const QString& machinePath, bool upload) const;
+    QString Key(const QString& machinePath, bool upload) const
+    {
+        return QStringLiteral("ftp://%1:21%2").arg(Ip, machinePath) +
+               (upload ? QStringLiteral("*Upload") : QStringLiteral("*Download"));
+    }
+
+    // Waits until the transfer row of `key` reaches `state`.
+    bool Reaches(const QString& key, int state, int timeout = 15000) const
+    {
+        return QTest::qWaitFor([&] { return RowState(key) == state; }, timeout);
+    }
+    int RowState(const QString& key) const
+    {
+        TransList* list = m_workspace->GetTransManager()->TransferList();
+        const QModelIndex cell = list->Model()->index(list->RowOfKey(key), TransList::ColumnProgress);
+        return cell.isValid() ? cell.data(CProgressDelegate::InfoRole).value<TanslateInfo>().state : -1;
+    }
+
     QStringList MachineRootEntries() const
     {
         return QDir(m_rootDir.path()).entryList(QDir::Files | QDir::Hidden, QDir::Name);
     }
-};
 
-void TestFilePage::cleanup()
-{
-    TearDownFixture();
-    QApplication::clipboard()->clear();
-    QFile::remove(CamBaseTextHelper::instance()->GetLocalTestIniFilePath());
-}
-
-void TestFilePage::StartSimulator(qint64 rate, qint64 dropAfter)
-{
-    SimOptions options = DefaultSimOptions();
-    options.ftpRate = rate;
-    options.ftpDropAfter = dropAfter;
-    SimWorkspaceFixture::StartSimulator(options);
-}
-
-QString TestFilePage::Key(const QString& machinePath, bool upload) const
-{
-    return QStringLiteral("ftp://%1:21%2").arg(Ip, machinePath) +
-           (upload ? QStringLiteral("*Upload") : QStringLiteral("*Download"));
-}
-
-QVariant TestFilePage::RowData(const QString& key, int role) const
-{
-    TransList* list = m_workspace->GetTransManager()->TransferList();
-    const int row = list->RowOfKey(key);
-    return row < 0 ? QVariant() : list->Model()->index(row, TransList::ColumnProgress).data(role);
-}
-
-int TestFilePage::RowState(const QString& key) const
-{
-    const QVariant info = RowData(key, CProgressDelegate::InfoRole);
-    return info.isValid() ? info.value<TanslateInfo>().state : -1;
-}
-
-void TestFilePage::uploadAndDownloadArriveByteForByte()
-{
-    StartSimulator();
-    const QByteArray upload = RandomBytes(700 * 1024);
-    const QByteArray download = RandomBytes(300 * 1024);
-    Write(LocalFile(QStringLiteral("part.nc")), upload);
-    Write(MachineFile(QStringLiteral("fixture.tap")), download);
-    ConnectWorkspace();
-    FileManager* manager = m_workspace->GetFileManager();
-
-    Select(manager->LocalPanel(), {QStringLiteral("part.nc")});
-    QTest::mouseClick(manager->UploadButton(), Qt::LeftButton);
-    QTRY_COMPARE_WITH_TIMEOUT(RowState(Key(QStringLiteral("/part.nc"), true)), int(TanslateInfo::StateSucceeded),
-                              15000);
-    QCOMPARE(Read(MachineFile(QStringLiteral("part.nc"))), upload);
-    QVERIFY(HasLine(QStringLiteral("开始上传文件：part.nc"), LogColors::Plain));
-    QVERIFY(HasLine(QStringLiteral("上传文件完成：part.nc"), LogColors::Plain));
-    // No temporary name is left behind, and the new file shows in the machine panel.
-    QCOMPARE(MachineRootEntries(), QStringList({QStringLiteral("fixture.tap"), QStringLiteral("part.nc")}));
-    QTRY_VERIFY_WITH_TIMEOUT(MachineNames().contains(QStringLiteral("part.nc")), 10000);
-    QVERIFY(!g_bTranslating);
-
-    Select(manager->MachinePanel(), {QStringLiteral("fixture.tap")});
-    QTest::mouseClick(manager->DownloadButton(), Qt::LeftButton);
-    QTRY_COMPARE_WITH_TIMEOUT(RowState(Key(QStringLiteral("/fixture.tap"), false)), int(TanslateInfo::StateSucceeded),
-                              15000);
-    QCOMPARE(Read(LocalFile(QStringLiteral("fixture.tap"))), download);
-    QVERIFY(HasLine(QStringLiteral("下载文件完成：fixture.tap"), LogColors::Plain));
-    // The download lists the local folder again; a selection made before that listing ends is lost.
-    QTRY_VERIFY_WITH_TIMEOUT(manager->LocalPanel()->FileNames().contains(QStringLiteral("fixture.tap")), 10000);
-
-    // Overwriting after a Yes replaces the machine's file whole.
-    const QByteArray second = RandomBytes(50 * 1024);
-    Write(LocalFile(QStringLiteral("part.nc")), second);
-    Select(manager->LocalPanel(), {QStringLiteral("part.nc")});
-    QTest::mouseClick(manager->UploadButton(), Qt::LeftButton);
-    QTRY_COMPARE_WITH_TIMEOUT(Read(MachineFile(QStringLiteral("part.nc"))), second, 15000);
-    QCOMPARE(m_listBoxes.size(), 1);
-}
-
-void TestFilePage::pasteAndDropAskBeforeReplacing_data()
-{
-    QTest::addColumn<bool>("drop");
-    QTest::addColumn<bool>("upload");
-    QTest::newRow("paste onto the machine") << false << true;
-    QTest::newRow("paste onto the computer") << false << false;
-    QTest::newRow("drop onto the machine") << true << true;
-    QTest::newRow("drop onto the computer") << true << false;
-}
-
-void TestFilePage::pasteAndDropAskBeforeReplacing()
-{
-    QFETCH(bool, drop);
-    QFETCH(bool, upload);
-    StartSimulator();
-    const QByteArray local = RandomBytes(700);
-    const QByteArray machine = RandomBytes(300);
-    Write(LocalFile(QStringLiteral("same.nc")), local);
-    Write(MachineFile(QStringLiteral("same.nc")), machine);
-    ConnectWorkspace();
-    FileManager* manager = m_workspace->GetFileManager();
-    FileSelectPanel* from = upload ? manager->LocalPanel() : manager->MachinePanel();
-    FileSelectPanel* onto = upload ? manager->MachinePanel() : manager->LocalPanel();
-    QTRY_VERIFY(PanelNames(*from).contains(QStringLiteral("same.nc")));
-    Select(from, {QStringLiteral("same.nc")});
-    QTest::keyClick(from->TreeView(), Qt::Key_C, Qt::ControlModifier);
-    m_iAnswer = MsgButtonNo;
-    if (drop) {
-        // A drag between the panels carries what a copy puts on the clipboard.
-        const QMimeData* copied = QApplication::clipboard()->mimeData();
-        QVERIFY(copied);
-        QMimeData dragged;
-        for (const QString& format : copied->formats())
-            dragged.setData(format, copied->data(format));
-        // The machine cannot copy onto itself: its entries are refused by its own panel.
-        if (!upload)
-            QVERIFY(!DragAndDrop(from, &dragged));
-        QVERIFY(DragAndDrop(onto, &dragged));
-    } else {
-        QTest::keyClick(onto->TreeView(), Qt::Key_V, Qt::ControlModifier);
+private Q_SLOTS:
+    void initTestCase() { SetUpFixture(); }
+    void init() { ResetFixture(); }
+    void cleanup()
+    {
+        TearDownFixture();
+        QApplication::clipboard()->clear();
+        QFile::remove(CamBaseTextHelper::instance()->GetLocalTestIniFilePath());
     }
-    QTRY_COMPARE_WITH_TIMEOUT(m_listBoxes.size(), 1, 10000);
-    const QString text = m_listBoxes.first().strText;
-    QVERIFY2(text.startsWith(QStringLiteral("目标路径已包含同名文件：same.nc，是否覆盖？")), qPrintable(text));
-    // Both sides, for the operator to compare: the file that would be sent and the one it would replace.
-    QVERIFY2(text.contains(QStringLiteral("700 bytes")) && text.contains(QStringLiteral("300 bytes")),
-             qPrintable(text));
-    QTest::qWait(200);
-    QCOMPARE(RowCount(), 0);
-    QVERIFY(!m_workspace->FileService()->IsBusy());
-    QCOMPARE(Read(LocalFile(QStringLiteral("same.nc"))), local);
-    QCOMPARE(Read(MachineFile(QStringLiteral("same.nc"))), machine);
-}
 
-void TestFilePage::refusalsSendNothing_data()
-{
-    QTest::addColumn<QString>("localName");
-    QTest::addColumn<bool>("connected");
-    QTest::addColumn<bool>("programRuns");
-    QTest::addColumn<bool>("paste");
-    QTest::addColumn<QString>("box");
-    QTest::newRow("wrong type") << "tool.exe" << true << false << false << "文件类型不符合要求：tool.exe";
-    QTest::newRow("running program") << "same.nc" << true << true << false
-                                     << "机床正在运行程序same.nc，不能覆盖、删除或重命名：/same.nc";
-    QTest::newRow("no machine, arrow") << "same.nc" << false << false << false << "当前未与机床进行连接！";
-    QTest::newRow("no machine, paste") << "same.nc" << false << false << true << "当前未与机床进行连接！";
-}
-
-void TestFilePage::refusalsSendNothing()
-{
-    QFETCH(QString, localName);
-    QFETCH(bool, connected);
-    QFETCH(bool, programRuns);
-    QFETCH(bool, paste);
-    QFETCH(QString, box);
-    StartSimulator();
-    const QByteArray original("G0 X0\nM30\n");
-    Write(MachineFile(QStringLiteral("same.nc")), original);
-    Write(LocalFile(localName), RandomBytes(4096));
-    // Real-time records come every 50 ms, so the running program is known quickly.
-    QSettings(CamBaseTextHelper::instance()->GetLocalTestIniFilePath(), QSettings::IniFormat)
-        .setValue(QStringLiteral("TimerInterval"), 50);
-    if (connected)
+    void uploadAndDownloadArriveByteForByte()
+    {
+        StartSimulator();
+        const QByteArray upload = RandomBytes(700 * 1024);
+        const QByteArray download = RandomBytes(300 * 1024);
+        Write(LocalFile(QStringLiteral("part.nc")), upload);
+        Write(MachineFile(QStringLiteral("fixture.tap")), download);
         ConnectWorkspace();
-    else
-        ShowWorkspace();
-    if (programRuns) {
-        QString error;
-        QVERIFY2(m_sim->Machine().StartProgram(QStringLiteral("/same.nc"), &error), qPrintable(error));
-        QTRY_COMPARE_WITH_TIMEOUT(m_workspace->FileService()->RunningProgram(), QStringLiteral("same.nc"), 5000);
-    }
-    FileManager* manager = m_workspace->GetFileManager();
-    QTRY_VERIFY(manager->LocalPanel()->FileNames().contains(localName));
-    Select(manager->LocalPanel(), {localName});
-    const int accepted = m_sim->FtpServer().AcceptedSessionCount();
-    if (paste) {
-        QTest::keyClick(manager->LocalPanel()->TreeView(), Qt::Key_C, Qt::ControlModifier);
-        QTest::keyClick(manager->MachinePanel()->TreeView(), Qt::Key_V, Qt::ControlModifier);
-    } else {
+        FileManager* manager = m_workspace->GetFileManager();
+
+        Select(manager->LocalPanel(), {QStringLiteral("part.nc")});
         QTest::mouseClick(manager->UploadButton(), Qt::LeftButton);
+        QVERIFY(Reaches(Key(QStringLiteral("/part.nc"), true), TanslateInfo::StateSucceeded));
+        QCOMPARE(Read(MachineFile(QStringLiteral("part.nc"))), upload);
+        QVERIFY(HasLine(QStringLiteral("上传文件完成：part.nc"), LogColors::Plain));
+        // No temporary name is left behind, and the new file shows in the machine panel.
+        QCOMPARE(MachineRootEntries(), QStringList({QStringLiteral("fixture.tap"), QStringLiteral("part.nc")}));
+        QTRY_VERIFY_WITH_TIMEOUT(MachineNames().contains(QStringLiteral("part.nc")), 10000);
+
+        Select(manager->MachinePanel(), {QStringLiteral("fixture.tap")});
+        QTest::mouseClick(manager->DownloadButton(), Qt::LeftButton);
+        QVERIFY(Reaches(Key(QStringLiteral("/fixture.tap"), false), TanslateInfo::StateSucceeded));
+        QCOMPARE(Read(LocalFile(QStringLiteral("fixture.tap"))), download);
+        QVERIFY(HasLine(QStringLiteral("下载文件完成：fixture.tap"), LogColors::Plain));
+        // The download lists the local folder again; a selection made before that listing ends is lost.
+        QTRY_VERIFY_WITH_TIMEOUT(manager->LocalPanel()->FileNames().contains(QStringLiteral("fixture.tap")), 10000);
+
+        // A drop from the desktop uploads every file; overwriting after a Yes replaces the machine's file whole.
+        const QByteArray second = RandomBytes(50 * 1024);
+        const QByteArray other = RandomBytes(70 * 1024);
+        Write(LocalFile(QStringLiteral("part.nc")), second);
+        Write(LocalFile(QStringLiteral("drop2.tap")), other);
+        QMimeData desktop;
+        desktop.setUrls({QUrl::fromLocalFile(LocalFile(QStringLiteral("part.nc"))),
+                         QUrl::fromLocalFile(LocalFile(QStringLiteral("drop2.tap")))});
+        QVERIFY(DragAndDrop(manager->MachinePanel(), &desktop));
+        QTRY_COMPARE_WITH_TIMEOUT(Read(MachineFile(QStringLiteral("part.nc"))), second, 15000);
+        QTRY_COMPARE_WITH_TIMEOUT(Read(MachineFile(QStringLiteral("drop2.tap"))), other, 15000);
+        QCOMPARE(m_listBoxes.size(), 1);
     }
-    QTRY_COMPARE(m_listBoxes.size(), 1);
-    QCOMPARE(m_listBoxes.first().strText, box);
-    QVERIFY(HasLine(box, LogColors::Warning));
-    QCOMPARE(RowCount(), 0);
-    QCOMPARE(Read(MachineFile(QStringLiteral("same.nc"))), original);
-    QCOMPARE(m_sim->FtpServer().AcceptedSessionCount(), accepted);
-}
 
-void TestFilePage::busyPathIsDroppedAndPanelsStayLockedToTheEnd()
-{
-    StartSimulator(400 * 1024);
-    Write(LocalFile(QStringLiteral("long.nc")), RandomBytes(600 * 1024));
-    Write(LocalFile(QStringLiteral("short.nc")), RandomBytes(100 * 1024));
-    ConnectWorkspace();
-    FileManager* manager = m_workspace->GetFileManager();
-    MachineFileService* files = m_workspace->FileService();
-
-    m_workspace->SlotUpLoadFile(LocalFile(QStringLiteral("long.nc")), QStringLiteral("/long.nc"));
-    m_workspace->SlotUpLoadFile(LocalFile(QStringLiteral("long.nc")), QStringLiteral("/long.nc"));
-    m_workspace->SlotUpLoadFile(LocalFile(QStringLiteral("short.nc")), QStringLiteral("/short.nc"));
-    QTRY_COMPARE(files->RunningCount(), 2);
-    QCOMPARE(RowCount(), 2);
-    QVERIFY(manager->MachinePanel()->IsPanelBusy());
-    // A navigation asked for meanwhile waits for the last transfer.
-    QSignalSpy navigations(files, &MachineFileService::SignalMachineNavigation);
-    files->NavigateMachinePanel(QStringLiteral("/"), QStringLiteral("short.nc"));
-    QCOMPARE(navigations.count(), 0);
-
-    QTRY_COMPARE_WITH_TIMEOUT(RowState(Key(QStringLiteral("/short.nc"), true)), int(TanslateInfo::StateSucceeded),
-                              10000);
-    QVERIFY(RowState(Key(QStringLiteral("/long.nc"), true)) != TanslateInfo::StateSucceeded);
-    QVERIFY(manager->MachinePanel()->IsPanelBusy());
-    QVERIFY(g_bTranslating);
-
-    QTRY_COMPARE_WITH_TIMEOUT(RowState(Key(QStringLiteral("/long.nc"), true)), int(TanslateInfo::StateSucceeded),
-                              10000);
-    QVERIFY(!manager->MachinePanel()->IsPanelBusy());
-    QVERIFY(!g_bTranslating);
-    QCOMPARE(navigations.count(), 1);
-}
-
-void TestFilePage::interruptedCutLeavesAllAsItWas_data()
-{
-    QTest::addColumn<QString>("ending");
-    QTest::newRow("data link dropped") << "dropped";
-    QTest::newRow("machine vanishes") << "vanishes";
-    QTest::newRow("job cancelled") << "cancelled";
-}
-
-void TestFilePage::interruptedCutLeavesAllAsItWas()
-{
-    QFETCH(QString, ending);
-    const bool cancelled = ending == QLatin1String("cancelled");
-    const bool dropped = ending == QLatin1String("dropped");
-    StartSimulator(dropped ? 0 : 200 * 1024, dropped ? 64 * 1024 : -1);
-    // A program of 50 MB is surely still on its way when the job is cancelled.
-    Write(LocalFile(QStringLiteral("cut.nc")), cancelled ? QByteArray(50 * 1024 * 1024, 'G') : RandomBytes(400 * 1024));
-    Write(MachineFile(QStringLiteral("cut.nc")), "old program");
-    ConnectWorkspace();
-    auto* clip = new QMimeData;
-    clip->setData(QStringLiteral("MimeDataCopy"), R"({"operation":"cut","sourceType":1})");
-    QApplication::clipboard()->setMimeData(clip);
-
-    MachineJob* job = m_workspace->FileService()->Transfer(
-        m_workspace->Connection()->Endpoint(),
-        {TransferItem{true, LocalFile(QStringLiteral("cut.nc")), QStringLiteral("/cut.nc"), OperationCut}},
-        RequestOrigin::FilePage, true);
-    auto result = MachineJob::Result::Running;
-    connect(job, &MachineJob::SignalResult, this, [&result](MachineJob* ended) { result = ended->GetResult(); });
-    if (!dropped) {
-        QTRY_VERIFY(MachineRootEntries().size() == 2);
-        cancelled ? job->Cancel() : m_sim->Vanish();
+    void pasteAndDropAskBeforeReplacing_data()
+    {
+        // Paste and drop share the route to the question; the drop also meets the panels' own refusal.
+        QTest::addColumn<bool>("drop");
+        QTest::newRow("paste onto the machine") << false;
+        QTest::newRow("drop onto the computer") << true;
     }
-    QTRY_COMPARE_WITH_TIMEOUT(RowState(Key(QStringLiteral("/cut.nc"), true)), int(TanslateInfo::StateFailed), 30000);
-    QTRY_COMPARE(result, cancelled ? MachineJob::Result::Cancelled : MachineJob::Result::Failed);
-    QVERIFY(HasLine(QStringLiteral("上传文件失败：cut.nc"), LogColors::Failure));
-    // The source and the clipboard stay for another paste; the machine keeps the old program whole.
-    QVERIFY(QFileInfo::exists(LocalFile(QStringLiteral("cut.nc"))));
-    QVERIFY(QApplication::clipboard()->mimeData()->hasFormat(QStringLiteral("MimeDataCopy")));
-    QCOMPARE(Read(MachineFile(QStringLiteral("cut.nc"))), QByteArray("old program"));
-    // A machine still there is left without the partial upload.
-    if (ending != QLatin1String("vanishes"))
+
+    void pasteAndDropAskBeforeReplacing()
+    {
+        QFETCH(bool, drop);
+        const bool upload = !drop;
+        StartSimulator();
+        const QByteArray local = RandomBytes(700);
+        const QByteArray machine = RandomBytes(300);
+        Write(LocalFile(QStringLiteral("same.nc")), local);
+        Write(MachineFile(QStringLiteral("same.nc")), machine);
+        ConnectWorkspace();
+        FileManager* manager = m_workspace->GetFileManager();
+        FileSelectPanel* from = upload ? manager->LocalPanel() : manager->MachinePanel();
+        FileSelectPanel* onto = upload ? manager->MachinePanel() : manager->LocalPanel();
+        QTRY_VERIFY(PanelNames(*from).contains(QStringLiteral("same.nc")));
+        Select(from, {QStringLiteral("same.nc")});
+        QTest::keyClick(from->TreeView(), Qt::Key_C, Qt::ControlModifier);
+        m_iAnswer = MsgButtonNo;
+        if (drop) {
+            // A drag between the panels carries what a copy puts on the clipboard.
+            const QMimeData* copied = QApplication::clipboard()->mimeData();
+            QVERIFY(copied);
+            QMimeData dragged;
+            for (const QString& format : copied->formats())
+                dragged.setData(format, copied->data(format));
+            // The machine cannot copy onto itself: its entries are refused by its own panel.
+            if (!upload)
+                QVERIFY(!DragAndDrop(from, &dragged));
+            QVERIFY(DragAndDrop(onto, &dragged));
+        } else {
+            QTest::keyClick(onto->TreeView(), Qt::Key_V, Qt::ControlModifier);
+        }
+        QTRY_COMPARE_WITH_TIMEOUT(m_listBoxes.size(), 1, 10000);
+        const QString text = m_listBoxes.first().strText;
+        QVERIFY2(text.startsWith(QStringLiteral("目标路径已包含同名文件：same.nc，是否覆盖？")), qPrintable(text));
+        // Both sides, for the operator to compare: the file that would be sent and the one it would replace.
+        QVERIFY2(text.contains(QStringLiteral("700 bytes")) && text.contains(QStringLiteral("300 bytes")),
+                 qPrintable(text));
+        QTest::qWait(200);
+        QCOMPARE(RowCount(), 0);
+        QVERIFY(!m_workspace->FileService()->IsBusy());
+        QCOMPARE(Read(LocalFile(QStringLiteral("same.nc"))), local);
+        QCOMPARE(Read(MachineFile(QStringLiteral("same.nc"))), machine);
+    }
+
+    void refusalsSendNothing_data()
+    {
+        QTest::addColumn<QString>("localName");
+        QTest::addColumn<bool>("connected");
+        QTest::addColumn<bool>("programRuns");
+        QTest::addColumn<QString>("box");
+        QTest::newRow("wrong type") << "tool.exe" << true << false << "文件类型不符合要求：tool.exe";
+        QTest::newRow("running program") << "same.nc" << true << true
+                                         << "机床正在运行程序same.nc，不能覆盖、删除或重命名：/same.nc";
+        QTest::newRow("no machine") << "same.nc" << false << false << "当前未与机床进行连接！";
+    }
+
+    void refusalsSendNothing()
+    {
+        QFETCH(QString, localName);
+        QFETCH(bool, connected);
+        QFETCH(bool, programRuns);
+        QFETCH(QString, box);
+        StartSimulator();
+        const QByteArray original("G0 X0\nM30\n");
+        Write(MachineFile(QStringLiteral("same.nc")), original);
+        Write(LocalFile(localName), RandomBytes(4096));
+        // Real-time records come every 50 ms, so the running program is known quickly.
+        QSettings(CamBaseTextHelper::instance()->GetLocalTestIniFilePath(), QSettings::IniFormat)
+            .setValue(QStringLiteral("TimerInterval"), 50);
+        if (connected)
+            ConnectWorkspace();
+        else
+            ShowWorkspace();
+        if (programRuns) {
+            QString error;
+            QVERIFY2(m_sim->Machine().StartProgram(QStringLiteral("/same.nc"), &error), qPrintable(error));
+            QTRY_COMPARE_WITH_TIMEOUT(m_workspace->FileService()->RunningProgram(), QStringLiteral("same.nc"), 5000);
+        }
+        FileManager* manager = m_workspace->GetFileManager();
+        QTRY_VERIFY(manager->LocalPanel()->FileNames().contains(localName));
+        Select(manager->LocalPanel(), {localName});
+        const int accepted = m_sim->FtpServer().AcceptedSessionCount();
+        QTest::mouseClick(manager->UploadButton(), Qt::LeftButton);
+        QTRY_COMPARE(m_listBoxes.size(), 1);
+        QCOMPARE(m_listBoxes.first().strText, box);
+        QVERIFY(HasLine(box, LogColors::Warning));
+        QCOMPARE(RowCount(), 0);
+        QCOMPARE(Read(MachineFile(QStringLiteral("same.nc"))), original);
+        QCOMPARE(m_sim->FtpServer().AcceptedSessionCount(), accepted);
+    }
+
+    void busyPathIsDroppedAndPanelsStayLockedToTheEnd()
+    {
+        StartSimulator(400 * 1024);
+        Write(LocalFile(QStringLiteral("long.nc")), RandomBytes(600 * 1024));
+        Write(LocalFile(QStringLiteral("short.nc")), RandomBytes(100 * 1024));
+        ConnectWorkspace();
+        FileManager* manager = m_workspace->GetFileManager();
+        MachineFileService* files = m_workspace->FileService();
+
+        m_workspace->SlotUpLoadFile(LocalFile(QStringLiteral("long.nc")), QStringLiteral("/long.nc"));
+        m_workspace->SlotUpLoadFile(LocalFile(QStringLiteral("long.nc")), QStringLiteral("/long.nc"));
+        m_workspace->SlotUpLoadFile(LocalFile(QStringLiteral("short.nc")), QStringLiteral("/short.nc"));
+        QTRY_COMPARE(files->RunningCount(), 2);
+        QCOMPARE(RowCount(), 2);
+        QVERIFY(manager->MachinePanel()->IsPanelBusy());
+        // A navigation asked for meanwhile waits for the last transfer.
+        QSignalSpy navigations(files, &MachineFileService::SignalMachineNavigation);
+        files->NavigateMachinePanel(QStringLiteral("/"), QStringLiteral("short.nc"));
+        QCOMPARE(navigations.count(), 0);
+
+        QVERIFY(Reaches(Key(QStringLiteral("/short.nc"), true), TanslateInfo::StateSucceeded, 10000));
+        QVERIFY(RowState(Key(QStringLiteral("/long.nc"), true)) != TanslateInfo::StateSucceeded);
+        QVERIFY(manager->MachinePanel()->IsPanelBusy());
+        QVERIFY(g_bTranslating);
+
+        QVERIFY(Reaches(Key(QStringLiteral("/long.nc"), true), TanslateInfo::StateSucceeded, 10000));
+        QVERIFY(!manager->MachinePanel()->IsPanelBusy());
+        QVERIFY(!g_bTranslating);
+        QCOMPARE(navigations.count(), 1);
+    }
+
+    void interruptedCutLeavesAllAsItWas_data()
+    {
+        QTest::addColumn<bool>("cancelled");
+        QTest::newRow("data link dropped") << false;
+        QTest::newRow("job cancelled") << true;
+    }
+
+    void interruptedCutLeavesAllAsItWas()
+    {
+        QFETCH(bool, cancelled);
+        StartSimulator(cancelled ? 200 * 1024 : 0, cancelled ? -1 : 64 * 1024);
+        // A program of 50 MB is surely still on its way when the job is cancelled.
+        Write(LocalFile(QStringLiteral("cut.nc")),
+              cancelled ? QByteArray(50 * 1024 * 1024, 'G') : RandomBytes(400 * 1024));
+        Write(MachineFile(QStringLiteral("cut.nc")), "old program");
+        ConnectWorkspace();
+        auto* clip = new QMimeData;
+        clip->setData(QStringLiteral("MimeDataCopy"), R"({"operation":"cut","sourceType":1})");
+        QApplication::clipboard()->setMimeData(clip);
+
+        MachineJob* job = m_workspace->FileService()->Transfer(
+            m_workspace->Connection()->Endpoint(),
+            {TransferItem{true, LocalFile(QStringLiteral("cut.nc")), QStringLiteral("/cut.nc"), OperationCut}},
+            RequestOrigin::FilePage, true);
+        auto result = MachineJob::Result::Running;
+        connect(job, &MachineJob::SignalResult, this, [&result](MachineJob* ended) { result = ended->GetResult(); });
+        if (cancelled) {
+            QTRY_VERIFY(MachineRootEntries().size() == 2);
+            job->Cancel();
+        }
+        QVERIFY(Reaches(Key(QStringLiteral("/cut.nc"), true), TanslateInfo::StateFailed, 30000));
+        QTRY_COMPARE(result, cancelled ? MachineJob::Result::Cancelled : MachineJob::Result::Failed);
+        QVERIFY(HasLine(QStringLiteral("上传文件失败：cut.nc"), LogColors::Failure));
+        // The source and the clipboard stay for another paste; the machine keeps the old program whole.
+        QVERIFY(QFileInfo::exists(LocalFile(QStringLiteral("cut.nc"))));
+        QVERIFY(QApplication::clipboard()->mimeData()->hasFormat(QStringLiteral("MimeDataCopy")));
+        QCOMPARE(Read(MachineFile(QStringLiteral("cut.nc"))), QByteArray("old program"));
+        // The machine is left without the partial upload.
         QTRY_COMPARE(MachineRootEntries(), QStringList{QStringLiteral("cut.nc")});
-    QTRY_VERIFY(!g_bTranslating);
-}
-
-void TestFilePage::disconnectStopsTransfersAndRetryResumes()
-{
-    StartSimulator(100 * 1024);
-    const QByteArray content = RandomBytes(300 * 1024);
-    Write(LocalFile(QStringLiteral("slow.nc")), content);
-    ConnectWorkspace();
-    const QString key = Key(QStringLiteral("/slow.nc"), true);
-
-    m_workspace->SlotUpLoadFile(LocalFile(QStringLiteral("slow.nc")), QStringLiteral("/slow.nc"));
-    QTRY_VERIFY(MachineRootEntries().size() == 1);
-    m_workspace->DisconnectMachine(false);
-    QTRY_COMPARE_WITH_TIMEOUT(RowState(key), int(TanslateInfo::StateFailed), 10000);
-    QVERIFY(!QFileInfo::exists(MachineFile(QStringLiteral("slow.nc"))));
-    QVERIFY(!m_workspace->GetFileManager()->IsConnected());
-    QCOMPARE(m_workspace->GetFileManager()->MachinePanel()->ItemModel()->rowCount(), 0);
-    QTRY_VERIFY(!g_bTranslating);
-
-    m_sim->Options().ftpRate = 0;
-    m_workspace->ConnectToMachine(Ip, QString::fromLatin1(kSn));
-    QTRY_VERIFY_WITH_TIMEOUT(m_workspace->GetFileManager()->IsConnected(), 10000);
-    Q_EMIT m_workspace->GetTransManager()->TransferList()->SignalRestartTransfer(key);
-    QTRY_COMPARE_WITH_TIMEOUT(RowState(key), int(TanslateInfo::StateSucceeded), 10000);
-    QCOMPARE(Read(MachineFile(QStringLiteral("slow.nc"))), content);
-}
-
-void TestFilePage::thirtyFilesNeverExceedTheLimit()
-{
-    StartSimulator(256 * 1024);
-    QStringList names;
-    for (int i = 0; i < 30; ++i) {
-        names.append(QStringLiteral("batch_%1.nc").arg(i, 2, 10, QLatin1Char('0')));
-        Write(LocalFile(names.last()), RandomBytes(20 * 1024));
+        QTRY_VERIFY(!g_bTranslating);
     }
-    ConnectWorkspace();
-    FileManager* manager = m_workspace->GetFileManager();
-    QTRY_COMPARE(manager->LocalPanel()->FileNames().size(), 30);
-    const int acceptedBefore = m_sim->FtpServer().AcceptedSessionCount();
-    const int limit = MachineFileService::DefaultMaxTransfers;
 
-    Select(manager->LocalPanel(), names);
-    QTest::mouseClick(manager->UploadButton(), Qt::LeftButton);
-    QTRY_COMPARE(m_workspace->FileService()->RunningCount(), limit);
-    QCOMPARE(RowData(Key(QStringLiteral("/batch_29.nc"), true), CProgressDelegate::SpeedTextRole).toString(),
-             QStringLiteral("等待中"));
-    QTRY_VERIFY_WITH_TIMEOUT(!m_workspace->FileService()->IsBusy(), 30000);
-    for (const QString& name : names)
-        QCOMPARE(RowState(Key(QLatin1Char('/') + name, true)), int(TanslateInfo::StateSucceeded));
-    QVERIFY2(m_sim->FtpServer().PeakSessionCount() <= limit,
-             qPrintable(QString::number(m_sim->FtpServer().PeakSessionCount())));
-    // Logged-in connections are reused: far fewer log-ins than files (one more for the listing
-    // behind the overwrite question).
-    const int logins = m_sim->FtpServer().AcceptedSessionCount() - acceptedBefore;
-    QVERIFY2(logins <= limit + 1, qPrintable(QString::number(logins)));
-}
+    void disconnectStopsTransfersAndRetryResumes()
+    {
+        StartSimulator(100 * 1024);
+        const QByteArray content = RandomBytes(300 * 1024);
+        Write(LocalFile(QStringLiteral("slow.nc")), content);
+        ConnectWorkspace();
+        const QString key = Key(QStringLiteral("/slow.nc"), true);
 
-void TestFilePage::desktopDropUploadsEveryFile()
-{
-    StartSimulator();
-    const QByteArray first = RandomBytes(40 * 1024);
-    const QByteArray second = RandomBytes(70 * 1024);
-    Write(LocalFile(QStringLiteral("drop1.nc")), first);
-    Write(LocalFile(QStringLiteral("drop2.tap")), second);
-    ConnectWorkspace();
-    QMimeData desktop;
-    desktop.setUrls({QUrl::fromLocalFile(LocalFile(QStringLiteral("drop1.nc"))),
-                     QUrl::fromLocalFile(LocalFile(QStringLiteral("drop2.tap")))});
-    QVERIFY(DragAndDrop(m_workspace->GetFileManager()->MachinePanel(), &desktop));
-    QTRY_COMPARE_WITH_TIMEOUT(Read(MachineFile(QStringLiteral("drop2.tap"))), second, 15000);
-    QTRY_COMPARE_WITH_TIMEOUT(Read(MachineFile(QStringLiteral("drop1.nc"))), first, 15000);
-}
+        m_workspace->SlotUpLoadFile(LocalFile(QStringLiteral("slow.nc")), QStringLiteral("/slow.nc"));
+        QTRY_VERIFY(MachineRootEntries().size() == 1);
+        m_workspace->DisconnectMachine(false);
+        QVERIFY(Reaches(key, TanslateInfo::StateFailed, 10000));
+        QVERIFY(!QFileInfo::exists(MachineFile(QStringLiteral("slow.nc"))));
+        QTRY_VERIFY(!g_bTranslating);
 
-void TestFilePage::cutPasteClearsTheClipboardOnlyAfterTheUpload()
-{
-    StartSimulator(300 * 1024);
-    const QByteArray content = RandomBytes(300 * 1024);
-    Write(LocalFile(QStringLiteral("moved.nc")), content);
-    ConnectWorkspace();
-    FileManager* manager = m_workspace->GetFileManager();
-    manager->LocalPanel()->RefreshPanel();
-    QTRY_VERIFY(manager->LocalPanel()->FileNames().contains(QStringLiteral("moved.nc")));
+        m_sim->Options().ftpRate = 0;
+        m_workspace->ConnectToMachine(Ip, QString::fromLatin1(kSn));
+        QTRY_VERIFY_WITH_TIMEOUT(m_workspace->GetFileManager()->IsConnected(), 10000);
+        Q_EMIT m_workspace->GetTransManager()->TransferList()->SignalRestartTransfer(key);
+        QVERIFY(Reaches(key, TanslateInfo::StateSucceeded, 10000));
+        QCOMPARE(Read(MachineFile(QStringLiteral("slow.nc"))), content);
+    }
 
-    Select(manager->LocalPanel(), {QStringLiteral("moved.nc")});
-    QTest::keyClick(manager->LocalPanel()->TreeView(), Qt::Key_X, Qt::ControlModifier);
-    QTest::keyClick(manager->MachinePanel()->TreeView(), Qt::Key_V, Qt::ControlModifier);
-    const QString key = Key(QStringLiteral("/moved.nc"), true);
-    QTRY_COMPARE(RowState(key), int(TanslateInfo::StateRunning));
-    QVERIFY(QApplication::clipboard()->mimeData()->hasFormat(QStringLiteral("MimeDataCopy")));
-    QVERIFY(QFileInfo::exists(LocalFile(QStringLiteral("moved.nc"))));
+    void thirtyFilesNeverExceedTheLimit()
+    {
+        StartSimulator(256 * 1024);
+        QStringList names;
+        for (int i = 0; i < 30; ++i) {
+            names.append(QStringLiteral("batch_%1.nc").arg(i, 2, 10, QLatin1Char('0')));
+            Write(LocalFile(names.last()), RandomBytes(20 * 1024));
+        }
+        ConnectWorkspace();
+        FileManager* manager = m_workspace->GetFileManager();
+        QTRY_COMPARE(manager->LocalPanel()->FileNames().size(), 30);
+        const int acceptedBefore = m_sim->FtpServer().AcceptedSessionCount();
+        const int limit = MachineFileService::DefaultMaxTransfers;
 
-    QTRY_COMPARE_WITH_TIMEOUT(RowState(key), int(TanslateInfo::StateSucceeded), 15000);
-    QCOMPARE(Read(MachineFile(QStringLiteral("moved.nc"))), content);
-    QVERIFY(!QFileInfo::exists(LocalFile(QStringLiteral("moved.nc"))));
-    const QMimeData* mime = QApplication::clipboard()->mimeData();
-    QVERIFY(!mime || !mime->hasFormat(QStringLiteral("MimeDataCopy")));
-}
+        Select(manager->LocalPanel(), names);
+        QTest::mouseClick(manager->UploadButton(), Qt::LeftButton);
+        QTRY_COMPARE(m_workspace->FileService()->RunningCount(), limit);
+        QTRY_VERIFY_WITH_TIMEOUT(!m_workspace->FileService()->IsBusy(), 30000);
+        for (const QString& name : names)
+            QCOMPARE(RowState(Key(QLatin1Char('/') + name, true)), int(TanslateInfo::StateSucceeded));
+        QVERIFY2(m_sim->FtpServer().PeakSessionCount() <= limit,
+                 qPrintable(QString::number(m_sim->FtpServer().PeakSessionCount())));
+        // Logged-in connections are reused: far fewer log-ins than files (one more for the listing
+        // behind the overwrite question).
+        const int logins = m_sim->FtpServer().AcceptedSessionCount() - acceptedBefore;
+        QVERIFY2(logins <= limit + 1, qPrintable(QString::number(logins)));
+    }
+
+    void cutPasteClearsTheClipboardOnlyAfterTheUpload()
+    {
+        StartSimulator(300 * 1024);
+        const QByteArray content = RandomBytes(300 * 1024);
+        Write(LocalFile(QStringLiteral("moved.nc")), content);
+        ConnectWorkspace();
+        FileManager* manager = m_workspace->GetFileManager();
+        manager->LocalPanel()->RefreshPanel();
+        QTRY_VERIFY(manager->LocalPanel()->FileNames().contains(QStringLiteral("moved.nc")));
+
+        Select(manager->LocalPanel(), {QStringLiteral("moved.nc")});
+        QTest::keyClick(manager->LocalPanel()->TreeView(), Qt::Key_X, Qt::ControlModifier);
+        QTest::keyClick(manager->MachinePanel()->TreeView(), Qt::Key_V, Qt::ControlModifier);
+        const QString key = Key(QStringLiteral("/moved.nc"), true);
+        QTRY_COMPARE(RowState(key), int(TanslateInfo::StateRunning));
+        QVERIFY(QApplication::clipboard()->mimeData()->hasFormat(QStringLiteral("MimeDataCopy")));
+        QVERIFY(QFileInfo::exists(LocalFile(QStringLiteral("moved.nc"))));
+
+        QVERIFY(Reaches(key, TanslateInfo::StateSucceeded));
+        QCOMPARE(Read(MachineFile(QStringLiteral("moved.nc"))), content);
+        QVERIFY(!QFileInfo::exists(LocalFile(QStringLiteral("moved.nc"))));
+        const QMimeData* mime = QApplication::clipboard()->mimeData();
+        QVERIFY(!mime || !mime->hasFormat(QStringLiteral("MimeDataCopy")));
+    }
+};
 
 QTEST_MAIN(TestFilePage)
 #include "tst_FilePage.moc"
