@@ -339,33 +339,6 @@ private Q_SLOTS:
         QCOMPARE(Read(MachineFile(QStringLiteral("slow.nc"))), content);
     }
 
-    void thirtyFilesNeverExceedTheLimit()
-    {
-        StartSimulator(256 * 1024);
-        QStringList names;
-        for (int i = 0; i < 30; ++i) {
-            names.append(QStringLiteral("batch_%1.nc").arg(i, 2, 10, QLatin1Char('0')));
-            Write(LocalFile(names.last()), RandomBytes(20 * 1024));
-        }
-        ConnectWorkspace();
-        FileManager* manager = m_workspace->GetFileManager();
-        QTRY_COMPARE(manager->LocalPanel()->FileNames().size(), 30);
-        const int acceptedBefore = m_sim->FtpServer().AcceptedSessionCount();
-        const int limit = MachineFileService::DefaultMaxTransfers;
-
-        Select(manager->LocalPanel(), names);
-        QTest::mouseClick(manager->UploadButton(), Qt::LeftButton);
-        QTRY_COMPARE(m_workspace->FileService()->RunningCount(), limit);
-        QTRY_VERIFY_WITH_TIMEOUT(!m_workspace->FileService()->IsBusy(), 30000);
-        for (const QString& name : names)
-            QCOMPARE(RowState(Key(QLatin1Char('/') + name, true)), int(TanslateInfo::StateSucceeded));
-        QVERIFY2(m_sim->FtpServer().PeakSessionCount() <= limit,
-                 qPrintable(QString::number(m_sim->FtpServer().PeakSessionCount())));
-        // Logged-in connections are reused: far fewer log-ins than files (one more for the listing
-        // behind the overwrite question).
-        const int logins = m_sim->FtpServer().AcceptedSessionCount() - acceptedBefore;
-        QVERIFY2(logins <= limit + 1, qPrintable(QString::number(logins)));
-    }
 
     void cutPasteClearsTheClipboardOnlyAfterTheUpload()
     {
