@@ -111,6 +111,7 @@ void FilePageController::ConnectAnswers()
         machine->LocateAndHighlightFile(machinePath.mid(machinePath.lastIndexOf(QLatin1Char('/')) + 1));
     });
     connect(files, &MachineFileService::SignalMachineNavigation, machine, &FileSelectPanel::NavigateAndHighlightFolder);
+    connect(machine, &FileSelectPanel::SignalNavigationPostponed, files, &MachineFileService::NavigateMachinePanel);
     connect(files, &MachineFileService::SignalMachineChanged, machine, &FileSelectPanel::RefreshPanel);
     const auto refreshLocal = [local](const QString& localPath) {
         if (QFileInfo(localPath).absolutePath() == QFileInfo(local->CurrentPath()).absoluteFilePath())

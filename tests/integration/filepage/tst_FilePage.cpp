@@ -21,7 +21,6 @@
 #include <QMimeData>
 #include <QPushButton>
 #include <QSettings>
-#include <QSignalSpy>
 #include <QStandardItemModel>
 #include <QTest>
 #include <memory>
@@ -248,9 +247,11 @@ private Q_SLOTS:
         StartSimulator(400 * 1024);
         Write(LocalFile(QStringLiteral("long.nc")), RandomBytes(600 * 1024));
         Write(LocalFile(QStringLiteral("short.nc")), RandomBytes(100 * 1024));
+        QVERIFY(QDir(m_rootDir.path()).mkdir(QStringLiteral("sub")));
         ConnectWorkspace();
         FileManager* manager = m_workspace->GetFileManager();
         MachineFileService* files = m_workspace->FileService();
+        QTRY_VERIFY(MachineNames().contains(QStringLiteral("sub")));
 
         m_workspace->SlotUpLoadFile(LocalFile(QStringLiteral("long.nc")), QStringLiteral("/long.nc"));
         m_workspace->SlotUpLoadFile(LocalFile(QStringLiteral("long.nc")), QStringLiteral("/long.nc"));
@@ -258,10 +259,10 @@ private Q_SLOTS:
         QTRY_COMPARE(files->RunningCount(), 2);
         QCOMPARE(RowCount(), 2);
         QVERIFY(manager->MachinePanel()->IsPanelBusy());
-        // A navigation asked for meanwhile waits for the last transfer.
-        QSignalSpy navigations(files, &MachineFileService::SignalMachineNavigation);
-        files->NavigateMachinePanel(QStringLiteral("/"), QStringLiteral("short.nc"));
-        QCOMPARE(navigations.count(), 0);
+        // A folder opened meanwhile is opened once the last transfer ends.
+        FileSelectPanel* machine = manager->MachinePanel();
+        machine->SlotTreeDoubleClicked(SimWorkspaceFixture::PanelRow(*machine, QStringLiteral("sub")));
+        QCOMPARE(machine->CurrentPath(), QStringLiteral("/"));
 
         QVERIFY(Reaches(Key(QStringLiteral("/short.nc"), true), TanslateInfo::StateSucceeded, 10000));
         QVERIFY(RowState(Key(QStringLiteral("/long.nc"), true)) != TanslateInfo::StateSucceeded);
@@ -271,7 +272,7 @@ private Q_SLOTS:
         QVERIFY(Reaches(Key(QStringLiteral("/long.nc"), true), TanslateInfo::StateSucceeded, 10000));
         QVERIFY(!manager->MachinePanel()->IsPanelBusy());
         QVERIFY(!g_bTranslating);
-        QCOMPARE(navigations.count(), 1);
+        QTRY_COMPARE(machine->CurrentPath(), QStringLiteral("/sub"));
     }
 
     void interruptedCutLeavesAllAsItWas_data()
@@ -338,7 +339,6 @@ private Q_SLOTS:
         QVERIFY(Reaches(key, TanslateInfo::StateSucceeded, 10000));
         QCOMPARE(Read(MachineFile(QStringLiteral("slow.nc"))), content);
     }
-
 
     void cutPasteClearsTheClipboardOnlyAfterTheUpload()
     {
