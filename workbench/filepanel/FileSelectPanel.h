@@ -73,6 +73,8 @@ public:
     QStandardItemModel* ItemModel() const { return m_pModel; }
     FileSortProxyModel* SortModel() const { return m_pProxyModel; }
     FileListingSource* Source() const override { return m_pSource; }
+    // The machine panel's source; null on the local panel.
+    MachineListingSource* MachineSource() const { return m_pMachineSource; }
     QMenu* ContextMenu() const;
     QList<Entry> SelectedEntries() const override;
     void SelectAfterListing(const QString& name) override;

@@ -14,6 +14,7 @@
 #include "filepanel/FileManager.h"
 #include "filepanel/FileSelectPanel.h"
 #include "filepanel/MachineFileRequests.h"
+#include "filepanel/MachineListingSource.h"
 #include "toolpage/ToolPage.h"
 #include "transfer/TransList.h"
 #include "transfer/TransManager.h"
@@ -112,6 +113,10 @@ void FilePageController::ConnectAnswers()
     });
     connect(files, &MachineFileService::SignalMachineNavigation, machine, &FileSelectPanel::NavigateAndHighlightFolder);
     connect(machine, &FileSelectPanel::SignalNavigationPostponed, files, &MachineFileService::NavigateMachinePanel);
+    connect(machine->MachineSource(), &MachineListingSource::SignalLeftoversListed, files,
+            [files](const QString& folder, const QList<FtpFileInfo>& leftovers) {
+                files->RemoveLeftovers(files->Endpoint(), folder, leftovers);
+            });
     connect(files, &MachineFileService::SignalMachineChanged, machine, &FileSelectPanel::RefreshPanel);
     const auto refreshLocal = [local](const QString& localPath) {
         if (QFileInfo(localPath).absolutePath() == QFileInfo(local->CurrentPath()).absoluteFilePath())

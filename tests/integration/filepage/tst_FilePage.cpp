@@ -1,4 +1,5 @@
 #include "CamBaseTextHelper.h"
+#include "FtpTemporaryName.h"
 #include "KorvBaseGlobals.h"
 #include "MachineConnection.h"
 #include "MachineFileService.h"
@@ -338,6 +339,33 @@ private Q_SLOTS:
         Q_EMIT m_workspace->GetTransManager()->TransferList()->SignalRestartTransfer(key);
         QVERIFY(Reaches(key, TanslateInfo::StateSucceeded, 10000));
         QCOMPARE(Read(MachineFile(QStringLiteral("slow.nc"))), content);
+    }
+
+    void deadTemporaryFilesOfOursGoWhenTheFolderIsListed()
+    {
+        StartSimulator();
+        const QString marker = FtpTemporaryName::InstallationMarker();
+        const QString foreign = marker == QLatin1String("zzzz") ? QStringLiteral("yyyy") : QStringLiteral("zzzz");
+        const QString dead = QStringLiteral(".a.nc.%1abcdef.part").arg(marker);
+        const QString young = QStringLiteral(".b.nc.%1abcdef.part").arg(marker);
+        const QString others = QStringLiteral(".c.nc.%1abcdef.part").arg(foreign);
+        for (const QString& name : {dead, young, others}) {
+            QFile file(MachineFile(name));
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write(RandomBytes(1024));
+            file.flush();
+            if (name != young)
+                file.setFileTime(QDateTime::currentDateTime().addSecs(-3600), QFileDevice::FileModificationTime);
+        }
+        ConnectWorkspace();
+
+        // Only the old one with this installation's marker goes; another computer's upload may still run.
+        QTRY_COMPARE_WITH_TIMEOUT(MachineRootEntries(), QStringList({young, others}), 10000);
+        QVERIFY(HasLine(QStringLiteral("已删除中断的上传留下的临时文件：%1").arg(dead), LogColors::Plain));
+        // Ours are never shown as programs.
+        m_workspace->GetFileManager()->MachinePanel()->RefreshPanel();
+        QTRY_VERIFY(MachineNames().contains(others));
+        QVERIFY(!MachineNames().contains(young));
     }
 
     void cutPasteClearsTheClipboardOnlyAfterTheUpload()
