@@ -186,7 +186,11 @@ void FilePageController::ConnectFolderSync()
     m_pFolderSync->SetConflictAsker([window](const SyncConflict& conflict, std::function<void(int)> answer) {
         CVarnokMessageBox::Open(
             window, MsgButtonYes | MsgButtonNo | MsgButtonIgnore, MsgIconWarning, tr("文件冲突确认"),
-            tr("文件 \"%1\" 在本地和机床中均存在，内容不一致。\n\n请选择要保留的版本：").arg(conflict.local.strRelPath),
+            tr("文件 \"%1\" 在本地和机床中均存在，内容不一致。\n\n请选择要保留的版本：")
+                    .arg(conflict.local.strRelPath) +
+                tr("\n    本地：%1\n    机床：%2")
+                    .arg(OverwriteQuestion::Describe(conflict.local.iSize, conflict.local.time),
+                         OverwriteQuestion::Describe(conflict.machine.iSize, conflict.machine.time)),
             {{MsgButtonYes, tr("保存本地版本")}, {MsgButtonNo, tr("保存机床版本")}, {MsgButtonIgnore, tr("跳过")}},
             std::move(answer));
     });
