@@ -352,6 +352,15 @@ QByteArray FtpSession::UrlFor(const QString& remotePath) const
     return "ftp://" + QUrl::toAce(host) + ':' + QByteArray::number(m_iPort) + ToWire(path).toPercentEncoding("/");
 }
 
+bool FtpSession::LooksLikeUtf8(const QByteArray& bytes)
+{
+    if (std::all_of(bytes.cbegin(), bytes.cend(), [](char c) { return uchar(c) < 0x80; }))
+        return false;
+    QStringDecoder utf8(QStringDecoder::Utf8);
+    (void)QString(utf8(bytes));
+    return !utf8.hasError();
+}
+
 bool FtpSession::IsUtf8() const
 {
     return m_settings.nameEncoding.compare("UTF-8", Qt::CaseInsensitive) == 0;
@@ -662,6 +671,12 @@ bool FtpSession::ListWith(const QString& dirPath, const QByteArray& request, QLi
             QCoreApplication::translate(
                 "FtpTask", "机床返回的文件名不是%1编码，请在“新建连接”中为该机床选择文件名编码（如GBK或Shift-JIS）")
                 .arg(QString::fromLatin1(m_settings.nameEncoding)));
+    // UTF-8 names decode as some other encoding too, only garbled; non-ASCII bytes that are
+    // well-formed UTF-8 are next to never text of another encoding.
+    if (!IsUtf8() && LooksLikeUtf8(listing))
+        return Fail(QCoreApplication::translate(
+                        "FtpTask", "机床返回的文件名是UTF-8编码，与所选的%1不符，请在“新建连接”中为该机床选择UTF-8")
+                        .arg(QString::fromLatin1(m_settings.nameEncoding)));
     *entries = FtpListingParser().Parse(text);
     return true;
 }

@@ -69,6 +69,7 @@ private:
     QByteArray ToWire(const QString& text) const;
     QList<QByteArray> WireCommands(const QStringList& commands) const;
     bool IsUtf8() const;
+    static bool LooksLikeUtf8(const QByteArray& bytes);
     // Prepares the handle for one step; quote commands and callbacks are set by the caller.
     void Reset(const QByteArray& url, void* transfer);
     bool Perform(const QString& action);
