@@ -18,6 +18,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QDropEvent>
+#include <QElapsedTimer>
 #include <QItemSelectionModel>
 #include <QMimeData>
 #include <QPushButton>
@@ -339,6 +340,55 @@ private Q_SLOTS:
         Q_EMIT m_workspace->GetTransManager()->TransferList()->SignalRestartTransfer(key);
         QVERIFY(Reaches(key, TanslateInfo::StateSucceeded, 10000));
         QCOMPARE(Read(MachineFile(QStringLiteral("slow.nc"))), content);
+    }
+
+    void shownSpeedFollowsTheLink_data()
+    {
+        QTest::addColumn<bool>("upload");
+        QTest::newRow("download") << false;
+        QTest::newRow("upload") << true;
+    }
+
+    // What the operator reads in the list while a program crawls over a 1 MiB/s link.
+    void shownSpeedFollowsTheLink()
+    {
+        QFETCH(bool, upload);
+        constexpr qint64 Rate = 1024 * 1024;
+        StartSimulator(Rate);
+        Write(upload ? LocalFile(QStringLiteral("big.nc")) : MachineFile(QStringLiteral("big.nc")),
+              QByteArray(10 * Rate, 'G'));
+        ConnectWorkspace();
+        QStandardItemModel* model = m_workspace->GetTransManager()->TransferList()->Model();
+        QElapsedTimer clock;
+        QList<QPair<qint64, double>> shown; // ms since the start, bytes per second
+        connect(model, &QAbstractItemModel::dataChanged, this, [&](const QModelIndex& from, const QModelIndex&) {
+            const QString text = model->index(from.row(), TransList::ColumnProgress)
+                                     .data(CProgressDelegate::SpeedTextRole)
+                                     .toString();
+            const double factor = text.endsWith(QLatin1String("MB/s")) ? Rate : text.endsWith(QLatin1String("KB/s")) ? 1024 : 1;
+            const double speed = text.section(QLatin1Char(' '), 0, 0).toDouble() * factor;
+            if (shown.isEmpty() || shown.last().second != speed || shown.last().first < clock.elapsed() - 900)
+                shown.append({clock.elapsed(), speed});
+        });
+        clock.start();
+        if (upload)
+            m_workspace->SlotUpLoadFile(LocalFile(QStringLiteral("big.nc")), QStringLiteral("/big.nc"));
+        else
+            m_workspace->SlotDownLoadFile(LocalFile(QStringLiteral("big.nc")), QStringLiteral("/big.nc"));
+        QVERIFY(Reaches(Key(QStringLiteral("/big.nc"), upload), TanslateInfo::StateSucceeded, 40000));
+        const qint64 end = clock.elapsed();
+        int judged = 0;
+        QStringList seen;
+        for (const auto& [at, speed] : shown)
+            seen.append(QStringLiteral("%1s:%2").arg(at / 1000.0, 0, 'f', 1).arg(speed / Rate, 0, 'f', 2));
+        for (const auto& [at, speed] : shown) {
+            if (at < 2000 || at > end - 1000)
+                continue;
+            ++judged;
+            QVERIFY2(speed >= 0.8 * Rate && speed <= 1.2 * Rate, qPrintable(seen.join(QLatin1Char(' '))));
+        }
+        QVERIFY2(judged >= 5, qPrintable(seen.join(QLatin1Char(' '))));
+        qDebug() << "SPEEDS" << seen.join(QLatin1Char(' '));
     }
 
     void deadTemporaryFilesOfOursGoWhenTheFolderIsListed()
