@@ -84,6 +84,7 @@ private:
     int RunStep();
     bool Fail(const QString& message);
     static int OnCloseSocket(void* unused, int descriptor);
+    static int OnSocketOpened(void* unused, int descriptor, int purpose);
     // Reads a reply the server sent on the control connection that libcurl is closing unread
     // (a "552" during an upload), so the user learns the server's reason.
     void SalvageReply(int descriptor);

@@ -360,14 +360,15 @@ private Q_SLOTS:
         ConnectWorkspace();
         QStandardItemModel* model = m_workspace->GetTransManager()->TransferList()->Model();
         QElapsedTimer clock;
-        QList<QPair<qint64, double>> shown; // ms since the start, bytes per second
+        QList<QPair<qint64, double>> shown; // when a new speed appeared (ms since the start), bytes per second
         connect(model, &QAbstractItemModel::dataChanged, this, [&](const QModelIndex& from, const QModelIndex&) {
-            const QString text = model->index(from.row(), TransList::ColumnProgress)
-                                     .data(CProgressDelegate::SpeedTextRole)
-                                     .toString();
-            const double factor = text.endsWith(QLatin1String("MB/s")) ? Rate : text.endsWith(QLatin1String("KB/s")) ? 1024 : 1;
+            const QString text =
+                model->index(from.row(), TransList::ColumnProgress).data(CProgressDelegate::SpeedTextRole).toString();
+            const double factor = text.endsWith(QLatin1String("MB/s"))   ? Rate
+                                  : text.endsWith(QLatin1String("KB/s")) ? 1024
+                                                                         : 1;
             const double speed = text.section(QLatin1Char(' '), 0, 0).toDouble() * factor;
-            if (shown.isEmpty() || shown.last().second != speed || shown.last().first < clock.elapsed() - 900)
+            if (shown.isEmpty() || shown.last().second != speed)
                 shown.append({clock.elapsed(), speed});
         });
         clock.start();
@@ -387,8 +388,7 @@ private Q_SLOTS:
             ++judged;
             QVERIFY2(speed >= 0.8 * Rate && speed <= 1.2 * Rate, qPrintable(seen.join(QLatin1Char(' '))));
         }
-        QVERIFY2(judged >= 5, qPrintable(seen.join(QLatin1Char(' '))));
-        qDebug() << "SPEEDS" << seen.join(QLatin1Char(' '));
+        QVERIFY2(judged >= 3, qPrintable(seen.join(QLatin1Char(' '))));
     }
 
     void deadTemporaryFilesOfOursGoWhenTheFolderIsListed()
