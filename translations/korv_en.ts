@@ -901,7 +901,7 @@ Which version do you want to keep?</translation>
     </message>
     <message>
         <source>机床返回的文件名是UTF-8编码，与所选的%1不符，请在“新建连接”中为该机床选择UTF-8</source>
-        <translation>The machine sends file names in UTF-8, not in the chosen %1: choose UTF-8 for this machine in "New connection"</translation>
+        <translation>The machine sends file names in UTF-8, not in the chosen %1: choose UTF-8 for this machine in &quot;New connection&quot;</translation>
     </message>
 </context>
 <context>
@@ -1130,6 +1130,10 @@ Which version do you want to keep?</translation>
     <message>
         <source>已删除中断的上传留下的临时文件：%1</source>
         <translation>Deleted temporary files left by interrupted uploads: %1</translation>
+    </message>
+    <message>
+        <source>文件夹不能直接传输：%1。请打开文件夹选择其中的程序，或使用“文件夹同步”</source>
+        <translation>A folder is not sent as a whole: %1. Open it and select its programs, or use "Folder sync".</translation>
     </message>
 </context>
 <context>

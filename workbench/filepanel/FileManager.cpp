@@ -145,18 +145,16 @@ void FileManager::SetPanelLocked(bool locked)
     m_pMachinePanel->SetPanelLocked(locked);
 }
 
-QStringList FileManager::SelectedFiles(const FileSelectPanel* panel) const
+QList<QPair<QString, bool>> FileManager::SelectedEntries(const FileSelectPanel* panel) const
 {
-    QStringList files;
+    QList<QPair<QString, bool>> entries;
     const QModelIndexList rows = panel->TreeView()->selectionModel()->selectedRows(0);
     for (const QModelIndex& index : rows) {
-        if (index.data(FileItemRole::Kind).toInt() != FileItemKind::File) {
-            qDebug() << "not a file, not trans" << index.data(FileItemRole::FullPath).toString();
-            continue;
-        }
-        files.append(index.data(FileItemRole::FullPath).toString());
+        const int kind = index.data(FileItemRole::Kind).toInt();
+        if (kind == FileItemKind::File || kind == FileItemKind::Folder)
+            entries.append({index.data(FileItemRole::FullPath).toString(), kind == FileItemKind::Folder});
     }
-    return files;
+    return entries;
 }
 
 void FileManager::SlotLeftBtnClicked()
@@ -166,9 +164,9 @@ void FileManager::SlotLeftBtnClicked()
     if (m_pLocalPanel->IsComputerView())
         return;
     QList<TransferItem> items;
-    for (const QString& localPath : SelectedFiles(m_pLocalPanel))
-        items.append(
-            {true, localPath, JoinMachinePath(m_pMachinePanel->CurrentPath(), FileName(localPath)), OperationCopy});
+    for (const auto& [localPath, bFolder] : SelectedEntries(m_pLocalPanel))
+        items.append({true, localPath, JoinMachinePath(m_pMachinePanel->CurrentPath(), FileName(localPath)),
+                      OperationCopy, bFolder});
     if (!items.isEmpty())
         Q_EMIT m_pRequests->SignalTransfer(items);
 }
@@ -180,9 +178,9 @@ void FileManager::SlotRightBtnClicked()
     if (m_pLocalPanel->IsComputerView())
         return;
     QList<TransferItem> items;
-    for (const QString& machinePath : SelectedFiles(m_pMachinePanel))
-        items.append(
-            {false, QDir(m_pLocalPanel->CurrentPath()).filePath(FileName(machinePath)), machinePath, OperationCopy});
+    for (const auto& [machinePath, bFolder] : SelectedEntries(m_pMachinePanel))
+        items.append({false, QDir(m_pLocalPanel->CurrentPath()).filePath(FileName(machinePath)), machinePath,
+                      OperationCopy, bFolder});
     if (!items.isEmpty())
         Q_EMIT m_pRequests->SignalTransfer(items);
 }

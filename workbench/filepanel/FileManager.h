@@ -54,8 +54,8 @@ private:
     void BuildLayout();
     QWidget* BuildArrowColumn();
     void ConnectPanels();
-    // The selected files of a panel (folders and quick-access rows are not transferred).
-    QStringList SelectedFiles(const FileSelectPanel* panel) const;
+    // Selected files and folders (true) of a panel, without drives or shortcuts.
+    QList<QPair<QString, bool>> SelectedEntries(const FileSelectPanel* panel) const;
 
     MachineFileRequests* m_pRequests = nullptr;
     FileSelectPanel* m_pLocalPanel = nullptr;

@@ -150,9 +150,9 @@ void FilePanelOperations::Route(const FileClipboardPayload& payload)
         QList<TransferItem> items;
         for (const FileClipboardPayload::Entry& entry : payload.listFiles) {
             const QString name = QFileInfo(entry.strFilePath).fileName();
-            items.append(
-                bUpload ? TransferItem{true, entry.strFilePath, FileListingSource::JoinPath(folder, name), operation}
-                        : TransferItem{false, QDir(folder).filePath(name), entry.strFilePath, OperationCopy});
+            items.append(bUpload ? TransferItem{true, entry.strFilePath, FileListingSource::JoinPath(folder, name),
+                                                operation, QFileInfo(entry.strFilePath).isDir()}
+                                 : TransferItem{false, QDir(folder).filePath(name), entry.strFilePath, OperationCopy});
         }
         CDebugLog::AddLog(QStringLiteral("%1 %2 个文件")
                               .arg(bUpload ? QStringLiteral("本地上传") : QStringLiteral("本地复制下载"))

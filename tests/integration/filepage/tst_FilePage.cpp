@@ -207,6 +207,8 @@ private Q_SLOTS:
         QTest::newRow("running program") << "same.nc" << true << true
                                          << "机床正在运行程序same.nc，不能覆盖、删除或重命名：/same.nc";
         QTest::newRow("no machine") << "same.nc" << false << false << "当前未与机床进行连接！";
+        QTest::newRow("a folder") << "progs/" << true << false
+                                  << "文件夹不能直接传输：progs。请打开文件夹选择其中的程序，或使用“文件夹同步”";
     }
 
     void refusalsSendNothing()
@@ -218,7 +220,14 @@ private Q_SLOTS:
         StartSimulator();
         const QByteArray original("G0 X0\nM30\n");
         Write(MachineFile(QStringLiteral("same.nc")), original);
-        Write(LocalFile(localName), RandomBytes(4096));
+        const bool bFolder = localName.endsWith(QLatin1Char('/'));
+        if (bFolder) {
+            localName.chop(1);
+            QVERIFY(QDir(m_localDir.path()).mkdir(localName));
+            Write(LocalFile(localName + QStringLiteral("/in.nc")), RandomBytes(4096));
+        } else {
+            Write(LocalFile(localName), RandomBytes(4096));
+        }
         // Real-time records come every 50 ms, so the running program is known quickly.
         QSettings(CamBaseTextHelper::instance()->GetLocalTestIniFilePath(), QSettings::IniFormat)
             .setValue(QStringLiteral("TimerInterval"), 50);
@@ -232,7 +241,8 @@ private Q_SLOTS:
             QTRY_COMPARE_WITH_TIMEOUT(m_workspace->FileService()->RunningProgram(), QStringLiteral("same.nc"), 5000);
         }
         FileManager* manager = m_workspace->GetFileManager();
-        QTRY_VERIFY(manager->LocalPanel()->FileNames().contains(localName));
+        QTRY_VERIFY(
+            (bFolder ? manager->LocalPanel()->FolderNames() : manager->LocalPanel()->FileNames()).contains(localName));
         Select(manager->LocalPanel(), {localName});
         const int accepted = m_sim->FtpServer().AcceptedSessionCount();
         QTest::mouseClick(manager->UploadButton(), Qt::LeftButton);

@@ -26,6 +26,8 @@ struct TransferItem
     QString strLocalPath;
     QString strMachinePath;
     OperationType operation = OperationCopy;
+    // A folder the user picked: refused with the reason, for folders travel by synchronisation.
+    bool bFolder = false;
 };
 
 // A file that a batch would replace, with both sides for the user to compare.
