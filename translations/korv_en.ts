@@ -1132,8 +1132,8 @@ Which version do you want to keep?</translation>
         <translation>Deleted temporary files left by interrupted uploads: %1</translation>
     </message>
     <message>
-        <source>文件夹不能直接传输：%1。请打开文件夹选择其中的程序，或使用“文件夹同步”</source>
-        <translation>A folder is not sent as a whole: %1. Open it and select its programs, or use "Folder sync".</translation>
+        <source>文件夹不能直接传输：%1。请打开文件夹选择其中的程序，或使用“同步”</source>
+        <translation>A folder is not sent as a whole: %1. Open it and select its programs, or use "Sync".</translation>
     </message>
 </context>
 <context>

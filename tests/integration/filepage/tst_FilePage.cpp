@@ -208,7 +208,7 @@ private Q_SLOTS:
                                          << "机床正在运行程序same.nc，不能覆盖、删除或重命名：/same.nc";
         QTest::newRow("no machine") << "same.nc" << false << false << "当前未与机床进行连接！";
         QTest::newRow("a folder") << "progs/" << true << false
-                                  << "文件夹不能直接传输：progs。请打开文件夹选择其中的程序，或使用“文件夹同步”";
+                                  << "文件夹不能直接传输：progs。请打开文件夹选择其中的程序，或使用“同步”";
     }
 
     void refusalsSendNothing()

@@ -127,7 +127,7 @@ QString MachineFileService::CheckTransfer(const MachineEndpoint& endpoint, const
 {
     const QString name = LastPart(QDir::fromNativeSeparators(item.bUpload ? item.strLocalPath : item.strMachinePath));
     if (item.bFolder)
-        return tr("文件夹不能直接传输：%1。请打开文件夹选择其中的程序，或使用“文件夹同步”").arg(name);
+        return tr("文件夹不能直接传输：%1。请打开文件夹选择其中的程序，或使用“同步”").arg(name);
     if (item.bUpload) {
         const QString rule = endpoint.nameRules.Violation(name);
         if (!rule.isEmpty())
