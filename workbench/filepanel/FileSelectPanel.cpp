@@ -77,6 +77,8 @@ void FileSelectPanel::SetUpView()
     m_pTreeView->setModel(m_pProxyModel);
     m_pTreeView->setSortingEnabled(false);
     m_pTreeView->setContextMenuPolicy(Qt::CustomContextMenu);
+    // Columns are fitted to the width instead (see resizeEvent).
+    m_pTreeView->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_pTreeView->setDragEnabled(true);
     m_pTreeView->setSelectionMode(QAbstractItemView::ExtendedSelection);
     m_pTreeView->setDragDropMode(QAbstractItemView::DragDrop);
@@ -89,7 +91,7 @@ void FileSelectPanel::SetUpView()
     // No column is sorted until the first header click.
     header->setSortIndicator(-1, Qt::AscendingOrder);
     header->setSectionsClickable(true);
-    header->setMinimumSectionSize(80);
+    header->setMinimumSectionSize(50);
     header->setSectionResizeMode(0, QHeaderView::Interactive);
     header->setSectionResizeMode(1, QHeaderView::Interactive);
     header->setSectionResizeMode(2, QHeaderView::Interactive);
@@ -192,10 +194,15 @@ void FileSelectPanel::resizeEvent(QResizeEvent* event)
 {
     QWidget::resizeEvent(event);
     m_pTitleBar->UpdatePathLabel();
-    // The name column gives way first, so that the size column stays in view in a narrow panel.
+    // Every column stays in view in a narrow panel: the name gives way first, then time and type
+    // shrink towards what their texts need; the size column takes the rest.
     QHeaderView* header = m_pTreeView->header();
-    const int others = header->sectionSize(1) + header->sectionSize(2) + header->minimumSectionSize();
-    header->resizeSection(0, std::clamp(m_pTreeView->width() - others - 12, 160, 320));
+    const int width = m_pTreeView->viewport()->width();
+    const int name = std::clamp(width - 360, 130, 320);
+    const int rest = width - name;
+    header->resizeSection(0, name);
+    header->resizeSection(1, std::clamp(rest * 45 / 100, 135, 170));
+    header->resizeSection(2, std::clamp(rest * 25 / 100, 55, 110));
 }
 
 QModelIndex FileSelectPanel::ProxyIndexOfName(const QString& name) const

@@ -12,6 +12,7 @@
 #include <QButtonGroup>
 #include <QDebug>
 #include <QHeaderView>
+#include <QScrollArea>
 #include <QStyle>
 #include <QTimer>
 #include <algorithm>
@@ -103,6 +104,15 @@ MachineStatusWidget::MachineStatusWidget(QWidget* parent)
 {
     m_pUi->setupUi(this);
     setStyleSheet(QString::fromLatin1(PageStyle));
+    // On a small screen the cards scroll instead of pushing the window past the screen's bottom.
+    auto* scroll = new QScrollArea(this);
+    scroll->setObjectName(QStringLiteral("scrollAreaBody"));
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setWidgetResizable(true);
+    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll->viewport()->setAutoFillBackground(false);
+    delete layout()->replaceWidget(m_pUi->widgetBody, scroll);
+    scroll->setWidget(m_pUi->widgetBody);
 
     // 1. Fonts and the run-time pill, whose English text is longer.
     m_bChinese = CamBaseTextHelper::instance()->AppInChineseEnvironment();

@@ -24,9 +24,10 @@ QVariant TransLogModel::data(const QModelIndex& index, int role) const
         index.row() >= m_listEntries.size())
         return {};
     const LogEntry& entry = m_listEntries.at(index.row());
-    if (role == Qt::DisplayRole) {
+    if (role == Qt::DisplayRole || role == Qt::ToolTipRole) {
+        // The tool tip gives the whole of a line that a narrow pane cuts short.
         if (index.column() == ColumnTime)
-            return entry.strTime;
+            return role == Qt::DisplayRole ? QVariant(entry.strTime) : QVariant();
         if (index.column() == ColumnMessage)
             return entry.strMessage;
     } else if (role == Qt::ForegroundRole) {

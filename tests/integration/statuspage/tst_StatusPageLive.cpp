@@ -7,8 +7,10 @@
 #include "machinestatus/MachineStatusProgramPanel.h"
 #include "machinestatus/MachineStatusWidget.h"
 
+#include <QAbstractScrollArea>
 #include <QLabel>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QStandardItemModel>
@@ -135,6 +137,19 @@ void TestStatusPageLive::alarmShowsUntilReset()
     QTRY_VERIFY_WITH_TIMEOUT(alarm->isVisible(), Wait);
     QCOMPARE(Badge(), QStringLiteral("异常"));
     QVERIFY(alarm->text().contains(QStringLiteral("X轴伺服报警：跟随误差过大")));
+    // A 1024 x 768 screen holds the host window (its side bar is 72 wide), alarm banner and all,
+    // and no page needs a horizontal scroll bar there.
+    QVERIFY(m_workspace->minimumSizeHint().width() <= 1024 - 72);
+    QVERIFY(m_workspace->minimumSizeHint().height() <= 768 - 40);
+    m_workspace->resize(1024 - 72, 768 - 40);
+    for (const auto page : {Workspace::PageFileTransfer, Workspace::PageTransferList, Workspace::PageMachineStatus}) {
+        m_workspace->ShowPage(page);
+        QTest::qWait(50);
+        for (const QAbstractScrollArea* area : m_workspace->findChildren<QAbstractScrollArea*>()) {
+            QVERIFY2(!area->isVisible() || !area->horizontalScrollBar()->isVisible(),
+                     qPrintable(QStringLiteral("%1 %2").arg(page).arg(area->objectName())));
+        }
+    }
     Click("BtnReset");
     QTRY_VERIFY_WITH_TIMEOUT(!alarm->isVisible(), Wait);
     QCOMPARE(Badge(), QStringLiteral("等待"));
