@@ -4,6 +4,7 @@
 // showing it, the simulator's own CPU, and one 100 KiB program sent to 10 machines through the
 // funnel against `curl` uploading it to the same machines one after another.
 #include "BenchSupport.h"
+#include "BroadCastSender.h"
 #include "DiscoveryAddressList.h"
 #include "FileTransferClient.h"
 #include "FleetSendJob.h"
@@ -20,6 +21,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QLoggingCategory>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTimer>

@@ -2,6 +2,7 @@
 // and the binding dialogs against the machine simulator and the account service on loopback, and
 // the machine list and the machines page of a simulated shop. Usage: korv-pictures [--lang zh|en] OUTPUT_FOLDER
 #include "AccountService.h"
+#include "BroadCastSender.h"
 #include "CSelectMachineBox.h"
 #include "CVarnokMessageBox.h"
 #include "CamBaseTextHelper.h"
