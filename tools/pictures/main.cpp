@@ -376,9 +376,10 @@ bool MachinesPage()
         QDir().mkpath(machine.rootDir);
         for (const QString& name : demo.entryList(QDir::Files))
             QFile::copy(demo.filePath(name), QDir(machine.rootDir).filePath(name));
-        machine.alarmAfter = index == 2 ? 2 : -1;
+        // Late enough that the tints of the first programs' start have faded.
+        machine.alarmAfter = index == 2 ? 40 : -1;
         machine.forbid = index == 5;
-        machine.vanishAfter = index == 6 ? 1 : -1;
+        machine.vanishAfter = index == 6 ? 10 : -1;
         machine.autorun = index != 7;
     });
     QString error;
@@ -411,7 +412,7 @@ bool MachinesPage()
                    status(6) == FleetMachine::StatusUnreachable && status(0) == 1 &&
                    fleet->At(fleet->RowOf(first.serialNumber)).bConnected;
         },
-        30000));
+        40000));
     QTest::qWait(300);
     return Save(space.grab().toImage(), QStringLiteral("machines_page"));
 }

@@ -35,6 +35,7 @@ FleetPage::FleetPage(MachineFleet* fleet, QWidget* parent)
     m_pTable->horizontalHeader()->setStretchLastSection(true);
     m_pTable->setWordWrap(false);
     m_pTable->setColumnWidth(FleetModel::ColumnName, 190);
+    m_pTable->setColumnWidth(FleetModel::ColumnProgram, 170);
     m_pTable->setColumnWidth(FleetModel::ColumnAlarm, 200);
 
     m_pFilter->setPlaceholderText(tr("筛选：机床、地址、状态、程序或报警"));

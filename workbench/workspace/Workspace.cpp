@@ -209,7 +209,7 @@ void Workspace::ShowPage(Page page)
         m_pPageBar->setCurrentIndex(page);
     }
     m_pToolPage->SetChecked(ToolPage::ActionMachineStatus, page == PageMachineStatus);
-    m_pToolPage->SetChecked(ToolPage::ActionFileTransfer, page != PageMachineStatus);
+    m_pToolPage->SetChecked(ToolPage::ActionFileTransfer, page == PageFileTransfer || page == PageTransferList);
 }
 
 void Workspace::OpenSelectMachineBox()
