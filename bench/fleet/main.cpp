@@ -20,6 +20,7 @@
 #include <QCommandLineParser>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QEventLoop>
 #include <QFile>
 #include <QLoggingCategory>
 #include <QProcess>
@@ -66,6 +67,8 @@ void WriteProgram(const QString& path)
     file.write("M5\nM30\n");
 }
 
+// Runs the event loop (sleeping between events, so that the figures are not of a busy wait)
+// until `done` holds; false after `timeoutMs`.
 bool WaitFor(const std::function<bool()>& done, int timeoutMs)
 {
     QElapsedTimer clock;
@@ -73,7 +76,9 @@ bool WaitFor(const std::function<bool()>& done, int timeoutMs)
     while (!done()) {
         if (clock.elapsed() > timeoutMs)
             return false;
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+        QEventLoop pause;
+        QTimer::singleShot(10, &pause, &QEventLoop::quit);
+        pause.exec();
     }
     return true;
 }
@@ -183,7 +188,9 @@ int main(int argc, char** argv)
     const double simBefore = ChildCpuSeconds(sim.processId());
     QElapsedTimer wall;
     wall.start();
-    WaitFor([] { return false; }, seconds * 1000);
+    QEventLoop window;
+    QTimer::singleShot(seconds * 1000, &window, &QEventLoop::quit);
+    window.exec();
     const double wallSeconds = wall.nsecsElapsed() / 1e9;
     const double cpuPercent = 100 * (ProcessCpuSeconds() - cpuBefore) / wallSeconds;
     const double simPercent = 100 * (ChildCpuSeconds(sim.processId()) - simBefore) / wallSeconds;
