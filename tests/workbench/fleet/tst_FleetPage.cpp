@@ -44,6 +44,8 @@ private:
     void ConnectTo(int machine);
     SimOptions MachineOptions(int machine) const;
     int RowOf(int machine) const;
+    // The machine's row in the table as the user sees it (sorted, filtered).
+    QModelIndex IndexOf(int machine) const;
     const FleetMachine& Row(int machine) const { return m_workspace->Fleet()->At(RowOf(machine)); }
     QString ShopFile(int machine, const QString& name) const
     {
@@ -106,10 +108,24 @@ void TestFleetPage::ShowFleet()
 
 void TestFleetPage::ConnectTo(int machine)
 {
-    const SimOptions options = MachineOptions(machine);
-    m_workspace->ConnectToMachine(options.bindAddress.toString(), options.serialNumber);
+    // A double-click on the row goes the way of every connection. The view takes a double-click
+    // only on the row its press chose.
+    QTableView* table = m_workspace->GetFleetPage()->Table();
+    const QModelIndex index = IndexOf(machine);
+    QVERIFY(index.isValid());
+    QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, table->visualRect(index).center());
+    QTest::mouseDClick(table->viewport(), Qt::LeftButton, {}, table->visualRect(index).center());
     QTRY_COMPARE_WITH_TIMEOUT(m_workspace->Connection()->GetState(), MachineConnection::State::Connected, 10000);
+    QCOMPARE(m_workspace->MachineSn(), MachineOptions(machine).serialNumber);
     QTRY_VERIFY_WITH_TIMEOUT(Row(machine).bConnected, 5000);
+}
+
+QModelIndex TestFleetPage::IndexOf(int machine) const
+{
+    const QAbstractItemModel* model = m_workspace->GetFleetPage()->Table()->model();
+    const QModelIndexList found = model->match(model->index(0, FleetModel::ColumnAddress), Qt::DisplayRole,
+                                               MachineOptions(machine).bindAddress.toString());
+    return found.size() == 1 ? found.first() : QModelIndex();
 }
 
 int TestFleetPage::RowOf(int machine) const
@@ -128,10 +144,7 @@ void TestFleetPage::vanishedMachineGoesOfflineAndComesBack()
     m_shop->Machine(1).Vanish();
     // The bound: the offline time, one poll to notice, and slack for a loaded test machine.
     QTRY_VERIFY_WITH_TIMEOUT(!Row(1).bReachable, OfflineAfterMs + PollMs + 1500);
-    const QModelIndexList offline = table->model()->match(table->model()->index(0, FleetModel::ColumnAddress),
-                                                          Qt::DisplayRole, MachineOptions(1).bindAddress.toString());
-    QCOMPARE(offline.size(), 1);
-    QCOMPARE(offline.first().siblingAtColumn(FleetModel::ColumnState).data().toString(),
+    QCOMPARE(IndexOf(1).siblingAtColumn(FleetModel::ColumnState).data().toString(),
              FleetModel::StateText(FleetMachine::StatusUnreachable));
     // Its neighbours went on answering meanwhile.
     for (int machine : {0, 2}) {
@@ -161,13 +174,9 @@ void TestFleetPage::sendToThreeWhereOneRefuses()
     QSignalSpy busy(m_workspace->FileService()->Activity(), &TransferActivity::SignalBusyChanged);
 
     QTableView* table = m_workspace->GetFleetPage()->Table();
-    for (int machine : {0, 1, 2}) {
-        const QModelIndexList found =
-            table->model()->match(table->model()->index(0, FleetModel::ColumnAddress), Qt::DisplayRole,
-                                  MachineOptions(machine).bindAddress.toString());
-        QCOMPARE(found.size(), 1);
-        table->selectionModel()->select(found.first(), QItemSelectionModel::Select | QItemSelectionModel::Rows);
-    }
+    table->clearSelection();
+    for (int machine : {0, 1, 2})
+        table->selectionModel()->select(IndexOf(machine), QItemSelectionModel::Select | QItemSelectionModel::Rows);
     FleetSendJob* job =
         m_workspace->FleetSender()->Send(m_workspace->GetFleetPage()->SelectedRows(), {LocalFile("part.nc")});
     QSignalSpy ended(job, &FleetSendJob::SignalMachineEnded);
