@@ -1,9 +1,11 @@
 #include "CncSimulator.h"
+#include "SimShop.h"
 
 #include <QCoreApplication>
 #include <QTextStream>
 #include <QTimer>
 #include <csignal>
+#include <memory>
 
 namespace {
 volatile std::sig_atomic_t g_stopRequested = 0;
@@ -25,10 +27,19 @@ int main(int argc, char* argv[])
         err << "cnc-sim: " << error << "\n";
         return 2;
     }
-    CncSimulator simulator(options);
-    if (!simulator.Start(&error)) {
-        err << "cnc-sim: " << error << "\n";
-        return 1;
+    std::unique_ptr<CncSimulator> simulator;
+    SimShop shop(options);
+    if (options.machines > 0) {
+        if (!shop.Start(&error)) {
+            err << "cnc-sim: " << error << "\n";
+            return 1;
+        }
+    } else {
+        simulator = std::make_unique<CncSimulator>(options);
+        if (!simulator->Start(&error)) {
+            err << "cnc-sim: " << error << "\n";
+            return 1;
+        }
     }
     // Only a flag may be touched in a signal handler; the event loop polls it.
     std::signal(SIGTERM, requestStop);
@@ -39,10 +50,16 @@ int main(int argc, char* argv[])
             QCoreApplication::quit();
     });
     stopPoll.start(100);
-    // One line for scripts and tests that started us with port 0.
+    // One line per machine for scripts and tests that started us with port 0.
     QTextStream out(stdout);
-    out << "cnc-sim ready ip=" << simulator.ReportedIp() << " ftp=" << simulator.FtpPort()
-        << " info=" << simulator.InfoPort() << " sn=" << simulator.SnPort()
-        << " discovery=" << simulator.DiscoveryPort() << " root=" << options.rootDir << Qt::endl;
+    auto announce = [&out](CncSimulator& machine) {
+        out << "cnc-sim ready ip=" << machine.ReportedIp() << " ftp=" << machine.FtpPort()
+            << " info=" << machine.InfoPort() << " sn=" << machine.SnPort() << " discovery=" << machine.DiscoveryPort()
+            << " root=" << machine.Options().rootDir << " serial=" << machine.Options().serialNumber << Qt::endl;
+    };
+    if (simulator)
+        announce(*simulator);
+    for (int index = 0; index < shop.Count(); ++index)
+        announce(shop.Machine(index));
     return app.exec();
 }

@@ -585,6 +585,130 @@ Which version do you want to keep?</translation>
     </message>
 </context>
 <context>
+    <name>FleetModel</name>
+    <message>
+        <source>%1（已连接）</source>
+        <translation>%1 (connected)</translation>
+    </message>
+    <message>
+        <source>从未</source>
+        <translation>Never</translation>
+    </message>
+    <message>
+        <source>机床</source>
+        <translation>Machine</translation>
+    </message>
+    <message>
+        <source>地址</source>
+        <translation>Address</translation>
+    </message>
+    <message>
+        <source>状态</source>
+        <translation>State</translation>
+    </message>
+    <message>
+        <source>当前程序</source>
+        <translation>Current program</translation>
+    </message>
+    <message>
+        <source>进度</source>
+        <translation>Progress</translation>
+    </message>
+    <message>
+        <source>剩余时间</source>
+        <translation>Time left</translation>
+    </message>
+    <message>
+        <source>报警</source>
+        <translation>Alarm</translation>
+    </message>
+    <message>
+        <source>最后响应</source>
+        <translation>Last heard</translation>
+    </message>
+    <message>
+        <source>发送结果</source>
+        <translation>Send result</translation>
+    </message>
+</context>
+<context>
+    <name>FleetPage</name>
+    <message>
+        <source>连接</source>
+        <translation>Connect</translation>
+    </message>
+    <message>
+        <source>发送程序…</source>
+        <translation>Send programs…</translation>
+    </message>
+    <message>
+        <source>查找机床</source>
+        <translation>Find machines</translation>
+    </message>
+    <message>
+        <source>筛选：机床、地址、状态、程序或报警</source>
+        <translation>Filter: machine, address, state, program or alarm</translation>
+    </message>
+</context>
+<context>
+    <name>FleetSendController</name>
+    <message>
+        <source>……另有 %1 台机床</source>
+        <translation>… and %1 more machines</translation>
+    </message>
+    <message>
+        <source>以下机床上已有同名文件，是否全部覆盖？</source>
+        <translation>These machines already have files of the same name. Replace them all?</translation>
+    </message>
+    <message>
+        <source>选择要发送的程序</source>
+        <translation>Choose the programs to send</translation>
+    </message>
+    <message>
+        <source>数控程序 (*.nc *.ngc *.tap *.mpf *.txt);;所有文件 (*)</source>
+        <translation>NC programs (*.nc *.ngc *.tap *.mpf *.txt);;All files (*)</translation>
+    </message>
+    <message>
+        <source>等待发送</source>
+        <translation>Waiting to send</translation>
+    </message>
+    <message>
+        <source>提示</source>
+        <translation>Notice</translation>
+    </message>
+    <message>
+        <source>发送中 %1%</source>
+        <translation>Sending %1%</translation>
+    </message>
+    <message>
+        <source>发送到 %1（%2）：%3</source>
+        <translation>Send to %1 (%2): %3</translation>
+    </message>
+</context>
+<context>
+    <name>FleetSendJob</name>
+    <message>
+        <source>未发送：未同意覆盖</source>
+        <translation>Not sent: replacing was declined</translation>
+    </message>
+    <message>
+        <source>无法读取机床文件夹，未发送</source>
+        <translation>Not sent: the machine folder could not be read</translation>
+    </message>
+    <message>
+        <source>已发送 %1 个程序</source>
+        <translation>Sent %1 program(s)</translation>
+    </message>
+    <message>
+        <source>已取消</source>
+        <translation>Cancelled</translation>
+    </message>
+    <message>
+        <source>失败：%1</source>
+        <translation>Failed: %1</translation>
+    </message>
+</context>
+<context>
     <name>FolderSync</name>
     <message>
         <source>当前有其他传输任务进行中，请稍后再试</source>
@@ -1742,6 +1866,10 @@ Which version do you want to keep?</translation>
     <message>
         <source>提示</source>
         <translation>Notice</translation>
+    </message>
+    <message>
+        <source>机床总览</source>
+        <translation>Machines</translation>
     </message>
 </context>
 </TS>

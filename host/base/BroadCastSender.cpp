@@ -1,5 +1,6 @@
 #include "BroadCastSender.h"
 
+#include "DiscoveryAddressList.h"
 #include "MachinePortMap.h"
 
 #include <QDebug>
@@ -57,6 +58,10 @@ QList<QHostAddress> BroadCastSender::TargetAddresses() const
                 !targets.contains(broadcast))
                 targets << broadcast;
         }
+    }
+    for (const QHostAddress& address : DiscoveryAddressList::Configured()) {
+        if (!targets.contains(address))
+            targets << address;
     }
     return targets;
 }

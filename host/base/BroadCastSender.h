@@ -12,8 +12,9 @@
 class QUdpSocket;
 
 // Finds machines by broadcasting the discovery datagram (docs/protocol.md) to every
-// IPv4 interface's broadcast address and to loopback, repeatedly until the duration
-// ends. Each distinct answer is reported once per run. GUI thread only.
+// IPv4 interface's broadcast address, to loopback and to the addresses of the discovery
+// setting (DiscoveryAddressList), repeatedly until the duration ends. Each distinct answer
+// is reported once per run. GUI thread only.
 class KORVBASE_EXPORT BroadCastSender : public QObject
 {
     Q_OBJECT

@@ -1,5 +1,7 @@
 #include "SimOptions.h"
 
+#include "SimShop.h"
+
 #include <QCommandLineParser>
 #include <QDir>
 #include <QHash>
@@ -134,6 +136,10 @@ bool SimOptions::Parse(const QStringList& arguments, SimOptions* options, QStrin
         {"interface", "Interface the machine reports: eth, wlan or usb (default eth).", "NAME"},
         {"ftp-user", "FTP user; without it any login is accepted.", "U"},
         {"ftp-password", "FTP password.", "P"},
+        {"machines",
+         "Simulate a shop of N machines, one per loopback address from 127.0.0.2 up, each with the standard "
+         "ports, its own serial number and a program folder of its own under the root.",
+         "N"},
         {"run", "Start this program (path inside the root) at once.", "FILE"},
         {"autorun", "Run every program of the root in turn."},
         {"time-scale", "Simulated seconds per real second (default 1).", "X"},
@@ -277,6 +283,12 @@ bool SimOptions::Parse(const QStringList& arguments, SimOptions* options, QStrin
         return false;
     if (!readMilliseconds(parser, "ftp-latency", &o.ftpLatencyMs, error))
         return false;
+    if (set("machines")) {
+        bool ok = false;
+        o.machines = text("machines").toInt(&ok);
+        if (!ok || o.machines < 1 || o.machines > SimShop::MaxMachines)
+            return fail(QStringLiteral("--machines: 1 to %1").arg(SimShop::MaxMachines));
+    }
     if (set("sn-error")) {
         bool ok = false;
         o.snErrorCode = text("sn-error").toInt(&ok);

@@ -22,6 +22,7 @@ struct SimOptions
     QString interfaceName = QStringLiteral("eth");
     QString ftpUser;
     QString ftpPassword;
+    int machines = 0; // a shop: this many machines on 127.0.0.2, 127.0.0.3, … instead of one
 
     // The simulated machine.
     QString runProgram;       // started at once, relative to the root

@@ -1,19 +1,24 @@
 // Draws the pictures of the user guide: the file panels, the transfer manager, the status page
 // and the binding dialogs against the machine simulator and the account service on loopback, and
-// the machine list. Usage: korv-pictures [--lang zh|en] OUTPUT_FOLDER
+// the machine list and the machines page of a simulated shop. Usage: korv-pictures [--lang zh|en] OUTPUT_FOLDER
 #include "AccountService.h"
+#include "BroadCastSender.h"
 #include "CSelectMachineBox.h"
 #include "CVarnokMessageBox.h"
 #include "CamBaseTextHelper.h"
 #include "CncSimulator.h"
+#include "DiscoveryAddressList.h"
 #include "KorvBaseGlobals.h"
 #include "KorvLanguage.h"
+#include "MachineFleet.h"
 #include "MachinePortMap.h"
+#include "SimShop.h"
 #include "device/DeviceVerifyDialog.h"
 #include "device/VerificationImageWindow.h"
 #include "filepanel/FileItemRoles.h"
 #include "filepanel/FileSelectPanel.h"
 #include "filepanel/FileTreeView.h"
+#include "fleetpage/FleetPage.h"
 #include "toolpage/ToolPage.h"
 #include "transfer/TransInfo.h"
 #include "transfer/TransList.h"
@@ -352,6 +357,66 @@ bool MachineList()
     return Save(box.grab().toImage(), QStringLiteral("selectmachine-failed"));
 }
 
+bool MachinesPage()
+{
+    // Eight machines: most cutting, one in alarm, one behind an open interlock, one idle and one
+    // that is switched off after a moment; the workbench is connected to the first.
+    QTemporaryDir config;
+    QTemporaryDir root;
+    qputenv("KORV_CONFIG_DIR", config.path().toUtf8());
+    SimOptions options;
+    options.rootDir = root.path();
+    options.ftpPort = options.infoPort = options.snPort = options.discoveryPort = 0;
+    options.serialNumber = QString::fromLatin1(Machine::kSn);
+    options.machines = 8;
+    options.autorun = true;
+    options.timeScale = 3;
+    SimShop shop(options, [](int index, SimOptions& machine) {
+        const QDir demo(QStringLiteral(KORV_DEMO_DIR));
+        QDir().mkpath(machine.rootDir);
+        for (const QString& name : demo.entryList(QDir::Files))
+            QFile::copy(demo.filePath(name), QDir(machine.rootDir).filePath(name));
+        // Late enough that the tints of the first programs' start have faded.
+        machine.alarmAfter = index == 2 ? 40 : -1;
+        machine.forbid = index == 5;
+        machine.vanishAfter = index == 6 ? 10 : -1;
+        machine.autorun = index != 7;
+    });
+    QString error;
+    if (!shop.Start(&error)) {
+        std::fprintf(stderr, "korv-pictures: %s\n", qPrintable(error));
+        return false;
+    }
+    SetSetting(QString::fromLatin1(g_strSettingFtpPortMapping), shop.Options().ftpPort);
+    MachinePortMap::Set(30001, shop.Options().infoPort);
+    MachinePortMap::Set(5002, shop.Options().snPort);
+    MachinePortMap::Set(30002, shop.Options().discoveryPort);
+    SetSetting(QString::fromLatin1(DiscoveryAddressList::SettingKey), QStringLiteral("127.0.0.2-9"));
+
+    Workspace space;
+    space.resize(1440, 560);
+    space.show();
+    NEED(QTest::qWaitForWindowExposed(&space));
+    MachineFleet* fleet = space.Fleet();
+    fleet->DiscoverySender()->SetInterfaceFilter({QStringLiteral("lo")});
+    space.ShowPage(Workspace::PageMachines);
+    const SimOptions first = SimShop::MachineOptions(shop.Options(), 0);
+    space.ConnectToMachine(first.bindAddress.toString(), first.serialNumber);
+    const auto status = [fleet](int index) {
+        const int row = fleet->RowOf(SimShop::SerialOf(QString::fromLatin1(Machine::kSn), index));
+        return row < 0 ? -2 : fleet->At(row).Status();
+    };
+    NEED(QTest::qWaitFor(
+        [&] {
+            return fleet->Count() == 8 && status(2) == 2 && status(5) == 4 &&
+                   status(6) == FleetMachine::StatusUnreachable && status(0) == 1 &&
+                   fleet->At(fleet->RowOf(first.serialNumber)).bConnected;
+        },
+        40000));
+    QTest::qWait(300);
+    return Save(space.grab().toImage(), QStringLiteral("machines_page"));
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -381,7 +446,7 @@ int main(int argc, char** argv)
     // Boxes that the scenes raise along the way (a notice on disconnect) are confirmed at once.
     CVarnokMessageBox::SetTestResponder([](const StructMsgBoxRequest&) { return StructMsgBoxAnswer{}; });
     int failed = 0;
-    for (const auto& scene : {FilePanels, TransferManager, StatusPage, BindingDialogs, MachineList})
+    for (const auto& scene : {FilePanels, TransferManager, StatusPage, BindingDialogs, MachineList, MachinesPage})
         failed += scene() ? 0 : 1;
     return failed == 0 ? 0 : 1;
 }

@@ -13,9 +13,12 @@
 #include "LogColors.h"
 #include "MachineConnection.h"
 #include "MachineFileService.h"
+#include "MachineFleet.h"
 #include "StatusPageController.h"
 #include "WorkbenchLog.h"
 #include "filepanel/FileManager.h"
+#include "fleetpage/FleetPage.h"
+#include "fleetpage/FleetSendController.h"
 #include "machinestatus/MachineStatusWidget.h"
 #include "toolpage/ToolPage.h"
 #include "transfer/TransManager.h"
@@ -53,6 +56,7 @@ Workspace::Workspace(QWidget* parent) : QWidget(parent)
 
     BuildUi();
     ConnectStatusPage();
+    ConnectFleetPage();
 
     connect(this, &Workspace::SignalAppendLog, this, &Workspace::SlotAppendLog);
     connect(m_pConnection, &MachineConnection::SignalAppendLog, this, &Workspace::SignalAppendLog);
@@ -94,6 +98,7 @@ void Workspace::BuildUi()
     m_pPageBar->addTab(tr("文件传输"));
     m_pPageBar->addTab(tr("传输日志"));
     m_pPageBar->addTab(tr("设备状态"));
+    m_pPageBar->addTab(tr("机床总览"));
     m_pPageBar->setTabEnabled(PageMachineStatus, false);
     m_pPageBar->setDrawBase(false);
     m_pPageBar->setExpanding(false);
@@ -121,6 +126,9 @@ void Workspace::BuildUi()
     m_pPages->addWidget(m_pFilePageWidget);
     m_pPages->addWidget(listPage);
     m_pPages->addWidget(m_pStatusWidget);
+    m_pFleet = new MachineFleet(m_pConnection, this);
+    m_pFleetPage = new FleetPage(m_pFleet);
+    m_pPages->addWidget(m_pFleetPage);
 
     contentLayout->addWidget(m_pPageBar);
     contentLayout->addWidget(m_pPages, 1);
@@ -179,10 +187,21 @@ void Workspace::ConnectStatusPage()
     connect(this, &Workspace::SignalMachineConnected, status, &StatusPageController::OnConnected);
 }
 
+void Workspace::ConnectFleetPage()
+{
+    connect(m_pFleetPage, &FleetPage::SignalConnectRequested, this, &Workspace::ConnectToMachine);
+    m_pFleetSender = new FleetSendController(this, m_pFleet, m_pFiles);
+    connect(m_pFleetPage, &FleetPage::SignalSendRequested, m_pFleetSender, &FleetSendController::ChoosePrograms);
+    connect(m_pFleetSender, &FleetSendController::SignalAppendLog, this, &Workspace::SlotAppendLog);
+}
+
 void Workspace::ShowPage(Page page)
 {
     if (!m_pPageBar->isTabEnabled(page))
         page = PageFileTransfer;
+    // Watching the shop starts when the user first looks at it.
+    if (page == PageMachines)
+        m_pFleet->Start();
     PlaceTransManager(page == PageTransferList);
     m_pPages->setCurrentIndex(page);
     {
@@ -190,7 +209,7 @@ void Workspace::ShowPage(Page page)
         m_pPageBar->setCurrentIndex(page);
     }
     m_pToolPage->SetChecked(ToolPage::ActionMachineStatus, page == PageMachineStatus);
-    m_pToolPage->SetChecked(ToolPage::ActionFileTransfer, page != PageMachineStatus);
+    m_pToolPage->SetChecked(ToolPage::ActionFileTransfer, page == PageFileTransfer || page == PageTransferList);
 }
 
 void Workspace::OpenSelectMachineBox()

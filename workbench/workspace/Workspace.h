@@ -17,6 +17,9 @@ class FolderSync;
 class MachineFileService;
 class SyncButtonLook;
 class DeviceActions;
+class FleetPage;
+class FleetSendController;
+class MachineFleet;
 class MachineConnection;
 class MachineStatusWidget;
 class QSplitter;
@@ -49,6 +52,7 @@ public:
         PageFileTransfer = 0,
         PageTransferList = 1,
         PageMachineStatus = 2,
+        PageMachines = 3,
     };
 
     explicit Workspace(QWidget* parent = nullptr);
@@ -86,6 +90,9 @@ public:
     SyncButtonLook* GetSyncButtonLook() const { return m_pFilePage->GetSyncButtonLook(); }
     QSplitter* FilePageSplitter() const { return m_pFilePageWidget->Splitter(); }
     MachineStatusWidget* StatusWidget() const { return m_pStatusWidget; }
+    MachineFleet* Fleet() const { return m_pFleet; }
+    FleetPage* GetFleetPage() const { return m_pFleetPage; }
+    FleetSendController* FleetSender() const { return m_pFleetSender; }
 
 Q_SIGNALS:
     void SignalSilentConnectStarted();
@@ -128,6 +135,7 @@ private:
     void BuildUi();
     void ConnectToolActions();
     void ConnectStatusPage();
+    void ConnectFleetPage();
     void OpenSelectMachineBox();
     void OnConnected();
     void OnOffline();
@@ -157,4 +165,7 @@ private:
     FilePageWidget* m_pFilePageWidget = nullptr;
     MachineStatusWidget* m_pStatusWidget = nullptr;
     DeviceActions* m_pDeviceActions = nullptr;
+    MachineFleet* m_pFleet = nullptr;
+    FleetPage* m_pFleetPage = nullptr;
+    FleetSendController* m_pFleetSender = nullptr;
 };

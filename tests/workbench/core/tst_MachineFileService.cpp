@@ -240,6 +240,34 @@ private Q_SLOTS:
         QCOMPARE(m_factory->Created(QStringLiteral("upload")), 7);
     }
 
+    void anotherMachineHasItsOwnSlotsProgramAndFlag()
+    {
+        MachineEndpoint other = Machine();
+        other.strIp = QStringLiteral("127.0.0.9");
+        other.strSn = QStringLiteral("PB01OTHER");
+        m_files->SetRunningProgramSource(
+            [](const QString& ip) { return ip == QLatin1String("127.0.0.9") ? QStringLiteral("run.nc") : QString(); });
+        QSignalSpy notices(m_files.get(), &MachineFileService::SignalNotice);
+        QCOMPARE(m_files->Transfer(other, {UploadItem(QStringLiteral("run.nc"))}, RequestOrigin::Fleet)->GetResult(),
+                 MachineJob::Result::Refused);
+        QCOMPARE(notices.count(), 0);
+
+        QList<TransferItem> items;
+        for (int i = 0; i < MachineFileService::DefaultMaxTransfers; ++i)
+            items.append(UploadItem(QStringLiteral("p%1.nc").arg(i)));
+        QSignalSpy busy(m_files->Activity(), &TransferActivity::SignalBusyChanged);
+        m_files->Transfer(other, items, RequestOrigin::Fleet, true);
+        QTRY_COMPARE(m_factory->Running(QStringLiteral("upload")).size(), MachineFileService::DefaultMaxTransfers);
+        QVERIFY(!g_bTranslating);
+        // The other machine's full slots hold nothing of the connected machine back.
+        m_files->Transfer(Machine(), {UploadItem(QStringLiteral("run.nc"))}, RequestOrigin::FilePage, true);
+        QTRY_COMPARE(m_factory->Running(QStringLiteral("upload")).size(), MachineFileService::DefaultMaxTransfers + 1);
+        QCOMPARE(busy.count(), 1);
+        for (FakeMachineTask* task : m_factory->Running(QStringLiteral("upload")))
+            task->End(true);
+        QTRY_VERIFY(!g_bTranslating);
+    }
+
     void everyEndClearsTheFlag_data()
     {
         QTest::addColumn<QString>("ending");

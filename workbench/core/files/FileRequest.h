@@ -17,6 +17,7 @@ enum class RequestOrigin
     StatusPage, // the status page's file list
     Retry,      // a failed row of the transfer list
     AutoCam,    // a program sent by the CAM side
+    Fleet,      // a send to several machines: refusals are told on each machine's row, not in a box
 };
 
 // One file to move; an upload when bUpload, else a download.

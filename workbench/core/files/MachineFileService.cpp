@@ -15,6 +15,7 @@
 #include <QFileInfo>
 #include <QSet>
 #include <QStandardPaths>
+#include <algorithm>
 
 namespace {
 const QString UploadSuffix = QStringLiteral("*Upload");
@@ -142,9 +143,21 @@ QString MachineFileService::CheckTransfer(const MachineEndpoint& endpoint, const
         return tr("机床文件名称不能用作本地文件名：%1").arg(name);
     if (IsPathBusy(endpoint, item.strMachinePath, false))
         return tr("当前文件正在被操作：%1").arg(item.strMachinePath);
-    if (item.bUpload && HitsRunningProgram(item.strMachinePath, false))
-        return tr("机床正在运行程序%1，不能覆盖、删除或重命名：%2").arg(m_strRunningProgram, item.strMachinePath);
+    if (!item.bUpload)
+        return QString();
+    // Another machine of the shop is known by what its watcher last heard: the program's name.
+    const bool bConnected = endpoint == m_endpoint;
+    const QString program = bConnected ? m_strRunningProgram : RunningProgramOf(endpoint);
+    const bool bHits = bConnected ? HitsRunningProgram(item.strMachinePath, false)
+                                  : !program.isEmpty() && LastPart(program) == LastPart(item.strMachinePath);
+    if (bHits)
+        return tr("机床正在运行程序%1，不能覆盖、删除或重命名：%2").arg(program, item.strMachinePath);
     return QString();
+}
+
+QString MachineFileService::RunningProgramOf(const MachineEndpoint& endpoint) const
+{
+    return m_fnRunningProgramOf ? m_fnRunningProgramOf(endpoint.strIp) : QString();
 }
 
 QString MachineFileService::CheckChange(const QString& path, bool bFolder, RequestOrigin origin) const
@@ -192,7 +205,7 @@ MachineJob* MachineFileService::Transfer(const MachineEndpoint& endpoint, const 
     }
     if (accepted.isEmpty()) {
         // Every file of the batch was refused: the user hears why once.
-        if (origin != RequestOrigin::Sync)
+        if (origin != RequestOrigin::Sync && origin != RequestOrigin::Fleet)
             Q_EMIT SignalNotice(firstReason);
         return MachineJob::MakeRefused(firstReason, this);
     }
@@ -351,8 +364,16 @@ void MachineFileService::Enqueue(const MachineEndpoint& endpoint, const QList<Tr
 
 void MachineFileService::StartWaiting()
 {
-    while (!m_listWaiting.isEmpty() && m_listRunning.size() < m_iMaxTransfers)
-        StartTransfer(m_listWaiting.takeFirst());
+    // Each machine has its own slots: a send to many machines runs on all of them at once.
+    for (int i = 0; i < m_listWaiting.size();) {
+        const QString ip = m_listWaiting.at(i)->endpoint.strIp;
+        const auto running = std::count_if(m_listRunning.cbegin(), m_listRunning.cend(),
+                                           [&ip](const auto& transfer) { return transfer->endpoint.strIp == ip; });
+        if (running < m_iMaxTransfers)
+            StartTransfer(m_listWaiting.takeAt(i));
+        else
+            ++i;
+    }
 }
 
 void MachineFileService::StartTransfer(const std::shared_ptr<QueuedTransfer>& transfer)
@@ -387,7 +408,8 @@ void MachineFileService::OnTransferEnded(const std::shared_ptr<QueuedTransfer>& 
                                     .arg(item.operation)
                                     .arg(transfer->strUrl)
                               : QStringLiteral("DownloadToLocal result:%1, url:%2").arg(ok).arg(transfer->strUrl));
-    if (ok && bUpload && !m_bNavigationWaiting)
+    // The machine panel shows the connected machine: an upload to another one has nothing to point at there.
+    if (ok && bUpload && !m_bNavigationWaiting && transfer->endpoint == m_endpoint)
         Q_EMIT SignalUploaded(item.strMachinePath);
     const qint64 size = QFileInfo(item.strLocalPath).size();
     // A task that completed before the stop reached it has succeeded all the same.

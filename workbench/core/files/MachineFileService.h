@@ -49,6 +49,11 @@ public:
     int MaxTransfers() const { return m_iMaxTransfers; }
     // The program the machine runs now (a name or a machine path), empty when it runs none.
     void SetRunningProgram(const QString& program) { m_strRunningProgram = program; }
+    // The program another machine runs, by its address (the shop's watched machines).
+    void SetRunningProgramSource(std::function<QString(const QString& ip)> source)
+    {
+        m_fnRunningProgramOf = std::move(source);
+    }
     QString RunningProgram() const { return m_strRunningProgram; }
     void SetOverwriteAsker(OverwriteAsker asker) { m_fnAskOverwrite = std::move(asker); }
     // Where uploads from the CAM side are written before they are sent.
@@ -62,6 +67,13 @@ public:
     // Whether a change to this machine path would touch the program the machine runs.
     bool HitsRunningProgram(const QString& machinePath, bool bFolder) const;
 
+    // Which uploads of `items` would replace a file on the machine, for a caller that asks one
+    // overwrite question over several machines; `owner` holds the listings.
+    void FindExisting(const MachineEndpoint& endpoint, const QList<TransferItem>& items, CompositeJob* owner,
+                      std::function<void(bool, QList<OverwriteEntry>)> done)
+    {
+        CollectMachineTargets(endpoint, items, owner, std::move(done));
+    }
     // Uploads and downloads as one batch with one overwrite question. bOverwriteDecided: the
     // caller has asked the user already (a synchronisation's conflict question).
     MachineJob* Transfer(const MachineEndpoint& endpoint, const QList<TransferItem>& items, RequestOrigin origin,
@@ -117,6 +129,7 @@ private:
     QString CheckConnected(const MachineEndpoint& endpoint) const;
     QString CheckTransfer(const MachineEndpoint& endpoint, const TransferItem& item) const;
     QString CheckChange(const QString& path, bool bFolder, RequestOrigin origin) const;
+    QString RunningProgramOf(const MachineEndpoint& endpoint) const;
     bool IsPathBusy(const MachineEndpoint& endpoint, const QString& path, bool bFolder) const;
     void AskOverwrite(const MachineEndpoint& endpoint, const QList<TransferItem>& items, CompositeJob* batch);
     void CollectMachineTargets(const MachineEndpoint& endpoint, const QList<TransferItem>& items, CompositeJob* batch,
@@ -141,6 +154,7 @@ private:
     QString m_strRunningProgram;
     QString m_strAutoCamFolder;
     OverwriteAsker m_fnAskOverwrite;
+    std::function<QString(const QString&)> m_fnRunningProgramOf;
     QList<std::shared_ptr<QueuedTransfer>> m_listWaiting;
     QList<std::shared_ptr<QueuedTransfer>> m_listRunning;
     // Every failed transfer by row key, so that the row can be retried.
