@@ -421,7 +421,7 @@ private Q_SLOTS:
 
         // Only the old one with this installation's marker goes; another computer's upload may still run.
         QTRY_COMPARE_WITH_TIMEOUT(MachineRootEntries(), QStringList({young, others}), 10000);
-        QVERIFY(HasLine(QStringLiteral("已删除中断的上传留下的临时文件：%1").arg(dead), LogColors::Plain));
+        QTRY_VERIFY(HasLine(QStringLiteral("已删除中断的上传留下的临时文件：%1").arg(dead), LogColors::Plain));
         // Ours are never shown as programs.
         m_workspace->GetFileManager()->MachinePanel()->RefreshPanel();
         QTRY_VERIFY(MachineNames().contains(others));
