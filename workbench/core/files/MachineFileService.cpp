@@ -278,11 +278,12 @@ void MachineFileService::CollectMachineTargets(const MachineEndpoint& endpoint, 
                         found = &entry;
                 }
                 if (item.bUpload && found)
-                    pending->entries.append(
-                        {true, item.strMachinePath, local.size(), local.lastModified(), found->size, found->time});
+                    pending->entries.append({true, item.strMachinePath, local.size(), local.lastModified(), found->size,
+                                             found->time, item.strLocalPath});
                 else if (!item.bUpload)
                     pending->entries.append({false, item.strLocalPath, found ? found->size : -1,
-                                             found ? found->time : QDateTime(), local.size(), local.lastModified()});
+                                             found ? found->time : QDateTime(), local.size(), local.lastModified(),
+                                             item.strMachinePath});
             }
             if (--pending->iLeft == 0)
                 pending->done(pending->bOk, pending->entries);

@@ -14,6 +14,7 @@ namespace {
 const QString IndexName = QStringLiteral("index.sqlite");
 const QString ContentName = QStringLiteral("content");
 
+// Texts are marked where they are written, so that lupdate finds them.
 QString Translate(const char* text)
 {
     return QCoreApplication::translate("HistoryStore", text);
@@ -67,21 +68,24 @@ bool HistoryStore::Fail(const QString& text)
 bool HistoryStore::Open()
 {
     if (!QDir().mkpath(m_strFolder + QLatin1Char('/') + ContentName) || !QDir().mkpath(IncomingFolder()))
-        return Fail(Translate("无法创建历史版本文件夹：%1").arg(m_strFolder));
+        return Fail(Translate(QT_TRANSLATE_NOOP("HistoryStore", "无法创建历史版本文件夹：%1")).arg(m_strFolder));
     QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_strConnection);
     db.setDatabaseName(m_strFolder + QLatin1Char('/') + IndexName);
     // A store held by another workbench answers at once instead of stalling the window.
     db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=0"));
     if (!db.open())
-        return Fail(Translate("无法打开历史版本记录：%1").arg(db.lastError().text()));
+        return Fail(
+            Translate(QT_TRANSLATE_NOOP("HistoryStore", "无法打开历史版本记录：%1")).arg(db.lastError().text()));
     QSqlQuery query(db);
     // Held for as long as the store is open, so that a second workbench cannot interleave its writes.
     query.exec(QStringLiteral("PRAGMA locking_mode = EXCLUSIVE"));
     if (!query.exec(QStringLiteral("BEGIN EXCLUSIVE"))) {
         const QString reason = query.lastError().text();
         if (reason.contains(QLatin1String("locked"), Qt::CaseInsensitive))
-            return Fail(Translate("历史版本记录正被另一个运行中的工作台使用：%1").arg(m_strFolder));
-        return Fail(Translate("历史版本记录已损坏，未作任何改动：%1（%2）").arg(m_strFolder, reason));
+            return Fail(Translate(QT_TRANSLATE_NOOP("HistoryStore", "历史版本记录正被另一个运行中的工作台使用：%1"))
+                            .arg(m_strFolder));
+        return Fail(Translate(QT_TRANSLATE_NOOP("HistoryStore", "历史版本记录已损坏，未作任何改动：%1（%2）"))
+                        .arg(m_strFolder, reason));
     }
     const bool bChecked = query.exec(QStringLiteral("PRAGMA quick_check")) && query.next() &&
                           query.value(0).toString() == QLatin1String("ok");
@@ -95,7 +99,8 @@ bool HistoryStore::Open()
     if (!bReady) {
         const QString reason = query.lastError().text();
         query.exec(QStringLiteral("ROLLBACK"));
-        return Fail(Translate("历史版本记录已损坏，未作任何改动：%1（%2）").arg(m_strFolder, reason));
+        return Fail(Translate(QT_TRANSLATE_NOOP("HistoryStore", "历史版本记录已损坏，未作任何改动：%1（%2）"))
+                        .arg(m_strFolder, reason));
     }
     query.exec(QStringLiteral("COMMIT"));
     m_bOpen = true;

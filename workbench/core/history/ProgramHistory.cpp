@@ -195,6 +195,8 @@ void ProgramHistory::Record(const QString& sn, HistoryVersion version, const QSt
                             const std::shared_ptr<Pending>& pending)
 {
     HistoryStore* store = Store(sn);
+    if (store && !version.strHash.isEmpty())
+        version.nSize = QFileInfo(store->ContentPath(version.strHash)).size();
     if (!store || version.strHash.isEmpty() || !store->Add(version)) {
         pending->refused.insert(key, tr("无法保存%1的历史版本，未作改动").arg(version.strMachinePath));
         pending->Ended();
