@@ -1627,6 +1627,14 @@ Which version do you want to keep?</translation>
         <source>被 %1 重命名覆盖</source>
         <translation>Renamed over by %1</translation>
     </message>
+    <message>
+        <source>版本 %1（%2）</source>
+        <translation>Version %1 (%2)</translation>
+    </message>
+    <message>
+        <source>版本</source>
+        <translation>Version</translation>
+    </message>
 </context>
 <context>
     <name>ScenePainter</name>

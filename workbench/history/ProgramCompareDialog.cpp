@@ -57,6 +57,7 @@ ProgramCompareDialog::ProgramCompareDialog(const QString& leftTitle, const QStri
     m_pTable->setColumnCount(ColumnCount);
     m_pTable->setHorizontalHeaderLabels({QString(), leftTitle, QString(), rightTitle});
     m_pTable->verticalHeader()->hide();
+    m_pTable->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
     m_pTable->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_pTable->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_pTable->setShowGrid(false);

@@ -27,6 +27,12 @@ QString TimeText(const QDateTime& time)
 {
     return time.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
 }
+
+// Versions are numbered from the oldest kept one, so that two saved in the same second differ.
+QString Title(int number, const HistoryVersion& version)
+{
+    return ProgramHistoryDialog::tr("版本 %1（%2）").arg(number).arg(TimeText(version.time));
+}
 } // namespace
 
 ProgramHistoryDialog::ProgramHistoryDialog(ProgramHistory* history, MachineFileService* files,
@@ -48,7 +54,8 @@ ProgramHistoryDialog::ProgramHistoryDialog(ProgramHistory* history, MachineFileS
     m_pPrograms->header()->setSectionResizeMode(0, QHeaderView::Stretch);
     m_pVersions->setRootIsDecorated(false);
     m_pVersions->setSelectionMode(QAbstractItemView::ExtendedSelection);
-    m_pVersions->setHeaderLabels({tr("保存时间"), tr("大小"), tr("替换原因")});
+    m_pVersions->setHeaderLabels({tr("版本"), tr("保存时间"), tr("大小"), tr("替换原因")});
+    m_pVersions->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
     m_pVersions->header()->setSectionResizeMode(ColumnCause, QHeaderView::Stretch);
     auto* splitter = new QSplitter(this);
     splitter->addWidget(m_pPrograms);
@@ -127,7 +134,8 @@ void ProgramHistoryDialog::ListVersions()
         else if (version.eCause == HistoryCause::RenamedOver)
             cause = tr("被 %1 重命名覆盖").arg(version.strBy);
         auto* item =
-            new QTreeWidgetItem(m_pVersions, {TimeText(version.time), FileSizeText::Format(version.nSize), cause});
+            new QTreeWidgetItem(m_pVersions, {QString::number(m_listVersions.size() - i), TimeText(version.time),
+                                              FileSizeText::Format(version.nSize), cause});
         item->setData(0, IndexRole, i);
     }
     if (m_pVersions->topLevelItemCount() > 0)
@@ -144,6 +152,15 @@ QList<HistoryVersion> ProgramHistoryDialog::SelectedVersions() const
     std::sort(versions.begin(), versions.end(),
               [](const HistoryVersion& a, const HistoryVersion& b) { return a.nId < b.nId; });
     return versions;
+}
+
+int ProgramHistoryDialog::Number(const HistoryVersion& version) const
+{
+    for (int i = 0; i < m_listVersions.size(); ++i) {
+        if (m_listVersions.at(i).nId == version.nId)
+            return int(m_listVersions.size()) - i;
+    }
+    return 0;
 }
 
 void ProgramHistoryDialog::UpdateButtons()
@@ -164,7 +181,7 @@ void ProgramHistoryDialog::CompareSelected()
     QStringList titles;
     for (const HistoryVersion& version : versions) {
         paths.append(folder->filePath(version.strHash));
-        titles.append(TimeText(version.time));
+        titles.append(Title(Number(version), version));
         m_pHistory->Export(m_endpoint.strSn, version, paths.last());
     }
     auto* dialog = new ProgramCompareDialog(titles.at(0), paths.at(0), titles.at(1), paths.at(1), this);
@@ -182,7 +199,7 @@ void ProgramHistoryDialog::CompareWithMachine()
     auto folder = std::make_shared<QTemporaryDir>();
     const QString path = folder->filePath(versions.first().strHash);
     m_pHistory->Export(m_endpoint.strSn, versions.first(), path);
-    MachineCopyCompare::Open(this, m_pFiles, m_endpoint, TimeText(versions.first().time), path,
+    MachineCopyCompare::Open(this, m_pFiles, m_endpoint, Title(Number(versions.first()), versions.first()), path,
                              versions.first().strMachinePath, [folder]() {});
 }
 

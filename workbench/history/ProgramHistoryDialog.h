@@ -22,6 +22,7 @@ class ProgramHistoryDialog final : public QDialog
 public:
     enum VersionColumn
     {
+        ColumnNumber,
         ColumnTime,
         ColumnSize,
         ColumnCause,
@@ -41,6 +42,8 @@ private:
     void ListPrograms(const QString& current);
     void ListVersions();
     QList<HistoryVersion> SelectedVersions() const;
+    // 1 for the oldest kept version.
+    int Number(const HistoryVersion& version) const;
     void UpdateButtons();
     void CompareSelected();
     void CompareWithMachine();
