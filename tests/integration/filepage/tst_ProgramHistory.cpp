@@ -135,6 +135,14 @@ private Q_SLOTS:
         m_workspace->History()->Restore(Endpoint(), programs.first());
         QTRY_COMPARE_WITH_TIMEOUT(Kept(QStringLiteral("/gone.nc")), newer, 15000);
         QTRY_COMPARE_WITH_TIMEOUT(Read(MachineFile(QStringLiteral("gone.nc"))), program, 15000);
+
+        // A deleted folder takes the programs below it along: each is kept.
+        QTRY_VERIFY_WITH_TIMEOUT(Idle(), 10000);
+        const QByteArray nested = RandomBytes(900);
+        Write(MachineFile(QStringLiteral("jobs/deep/part.nc")), nested);
+        m_workspace->FileService()->Delete(Endpoint(), {}, {QStringLiteral("/jobs")}, RequestOrigin::FilePage);
+        QTRY_VERIFY_WITH_TIMEOUT(!QFileInfo::exists(MachineFile(QStringLiteral("jobs"))), 10000);
+        QCOMPARE(Kept(QStringLiteral("/jobs/deep/part.nc")), nested);
     }
 
     void programThatCannotBeFetchedIsNotReplaced()

@@ -624,8 +624,10 @@ MachineJob* MachineFileService::Delete(const MachineEndpoint& endpoint, const QS
     CDebugLog::AddLog(
         QStringLiteral("SlotDeleteItemsTriggered fileCount:%1, folderCount:%2").arg(files.size()).arg(folders.size()));
     QList<HistoryLoss> losses;
-    for (const QString& path : files)
-        losses.append({path, HistoryCause::Deleted, QString()});
+    for (const bool bFolder : {false, true}) {
+        for (const QString& path : bFolder ? folders : files)
+            losses.append({path, HistoryCause::Deleted, QString(), bFolder});
+    }
     if (files.size() + folders.size() == 1) {
         const bool bFolder = files.isEmpty();
         const QString path = bFolder ? folders.first() : files.first();

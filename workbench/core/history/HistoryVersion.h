@@ -30,4 +30,5 @@ struct HistoryLoss
     QString strMachinePath;
     HistoryCause eCause = HistoryCause::Replaced;
     QString strBy;
+    bool bFolder = false; // every program below it is lost
 };

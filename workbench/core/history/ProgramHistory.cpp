@@ -1,6 +1,7 @@
 #include "ProgramHistory.h"
 
 #include "CDebugLog.h"
+#include "CommonDefine.h"
 #include "HistoryStore.h"
 #include "KorvPaths.h"
 #include "LogColors.h"
@@ -104,14 +105,21 @@ void ProgramHistory::Keep(const MachineEndpoint& endpoint, const QList<HistoryLo
         return;
     }
     QHash<QString, QList<HistoryLoss>> byFolder;
-    for (const HistoryLoss& loss : losses)
-        byFolder[FolderOf(loss.strMachinePath)].append(loss);
+    QList<HistoryLoss> folders;
+    for (const HistoryLoss& loss : losses) {
+        if (loss.bFolder)
+            folders.append(loss);
+        else
+            byFolder[FolderOf(loss.strMachinePath)].append(loss);
+    }
     auto pending = std::make_shared<Pending>();
     pending->settings = settings;
-    pending->iLeft = int(byFolder.size());
+    pending->iLeft = int(byFolder.size() + folders.size());
     pending->done = std::move(done);
     for (auto it = byFolder.cbegin(); it != byFolder.cend(); ++it)
         KeepFolder(endpoint, it.key(), it.value(), pending);
+    for (const HistoryLoss& loss : std::as_const(folders))
+        KeepTree(endpoint, loss.strMachinePath, loss, pending);
 }
 
 void ProgramHistory::KeepFolder(const MachineEndpoint& endpoint, const QString& folder,
@@ -135,10 +143,8 @@ void ProgramHistory::KeepFolder(const MachineEndpoint& endpoint, const QString& 
             for (const FtpFileInfo& entry : entries) {
                 if (entry.isDir() || entry.name.compare(name, sensitivity) != 0)
                     continue;
-                if (entry.size > pending->settings.nMaxFileBytes) {
-                    Log(tr("%1超过历史版本的大小上限，不保留历史版本").arg(loss.strMachinePath), LogColors::Warning);
+                if (!WithinLimit(loss.strMachinePath, entry.size, pending))
                     break;
-                }
                 ++pending->iLeft;
                 // Kept under the machine's spelling of the name, in case it ignores case.
                 KeepFile(endpoint, loss, QDir::cleanPath(folder + QLatin1Char('/') + entry.name), entry.size, pending);
@@ -148,6 +154,41 @@ void ProgramHistory::KeepFolder(const MachineEndpoint& endpoint, const QString& 
         pending->Ended();
     });
     listing->Start();
+}
+
+void ProgramHistory::KeepTree(const MachineEndpoint& endpoint, const QString& folder, const HistoryLoss& loss,
+                              const std::shared_ptr<Pending>& pending)
+{
+    auto* listing = new TaskJob(
+        &m_tasks, [this, endpoint, folder]() { return m_pFiles->TaskFactory()->List(endpoint, folder); }, this);
+    connect(listing, &TaskJob::SignalTaskEnded, this, [=](bool ok) {
+        if (!ok)
+            pending->refused.insert(loss.strMachinePath,
+                                    tr("无法读取机床文件夹，未能保留%1的历史版本，未作改动").arg(folder));
+        const QList<FtpFileInfo> entries = ok ? listing->Entries() : QList<FtpFileInfo>();
+        for (const FtpFileInfo& entry : entries) {
+            const QString path = QDir::cleanPath(folder + QLatin1Char('/') + entry.name);
+            // Only programs: other files on the machine are not the workbench's to keep.
+            const bool bProgram = MachineFileSuffixList.contains(QFileInfo(entry.name).suffix().toLower());
+            if (entry.isDir()) {
+                ++pending->iLeft;
+                KeepTree(endpoint, path, loss, pending);
+            } else if (bProgram && WithinLimit(path, entry.size, pending)) {
+                ++pending->iLeft;
+                KeepFile(endpoint, loss, path, entry.size, pending);
+            }
+        }
+        pending->Ended();
+    });
+    listing->Start();
+}
+
+bool ProgramHistory::WithinLimit(const QString& machinePath, qint64 size, const std::shared_ptr<Pending>& pending)
+{
+    if (size <= pending->settings.nMaxFileBytes)
+        return true;
+    Log(tr("%1超过历史版本的大小上限，不保留历史版本").arg(machinePath), LogColors::Warning);
+    return false;
 }
 
 void ProgramHistory::KeepFile(const MachineEndpoint& endpoint, const HistoryLoss& loss, const QString& machinePath,

@@ -55,6 +55,11 @@ private:
 
     void KeepFolder(const MachineEndpoint& endpoint, const QString& folder, const QList<HistoryLoss>& losses,
                     const std::shared_ptr<Pending>& pending);
+    // Keeps every program below a folder that is about to go.
+    void KeepTree(const MachineEndpoint& endpoint, const QString& folder, const HistoryLoss& loss,
+                  const std::shared_ptr<Pending>& pending);
+    // False, with a log line, for a program too large to keep.
+    bool WithinLimit(const QString& machinePath, qint64 size, const std::shared_ptr<Pending>& pending);
     void KeepFile(const MachineEndpoint& endpoint, const HistoryLoss& loss, const QString& machinePath, qint64 size,
                   const std::shared_ptr<Pending>& pending);
     // `key` is the path as the funnel asked for it.
