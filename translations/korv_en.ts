@@ -326,6 +326,14 @@ Which version do you want to keep?</translation>
         <source>本地文件：%1</source>
         <translation>Local file: %1</translation>
     </message>
+    <message>
+        <source>
+    本地：%1
+    机床：%2</source>
+        <translation>
+    Local: %1
+    Machine: %2</translation>
+    </message>
 </context>
 <context>
     <name>FilePanelOperations</name>
@@ -404,6 +412,10 @@ Which version do you want to keep?</translation>
     <message>
         <source>文件重命名失败：</source>
         <translation>Could not rename the file: </translation>
+    </message>
+    <message>
+        <source>机床上的文件将被永久删除，无法恢复。</source>
+        <translation>Files on the machine are deleted for good; they cannot be restored.</translation>
     </message>
 </context>
 <context>
@@ -657,6 +669,10 @@ Which version do you want to keep?</translation>
         <source>%1 个文件未同步，机床恢复连接后再次同步只会传输缺少的文件</source>
         <translation>%1 files were not synchronised; once the machine is back, synchronising again sends only what is missing</translation>
     </message>
+    <message>
+        <source>未参与同步 %1 个文件：%2 个不是机床程序类型，%3 个为隐藏文件</source>
+        <translation>%1 files took no part: %2 are not machine program types, %3 are hidden</translation>
+    </message>
 </context>
 <context>
     <name>FolderSyncPreviewDialog</name>
@@ -894,6 +910,10 @@ Which version do you want to keep?</translation>
     <message>
         <source>机床回复之前连接已中断，结果未知</source>
         <translation>The connection broke before the machine answered; the outcome is unknown</translation>
+    </message>
+    <message>
+        <source>机床返回的文件名是UTF-8编码，与所选的%1不符，请在“新建连接”中为该机床选择UTF-8</source>
+        <translation>The machine sends file names in UTF-8, not in the chosen %1: choose UTF-8 for this machine in &quot;New connection&quot;</translation>
     </message>
 </context>
 <context>
@@ -1163,6 +1183,10 @@ Which version do you want to keep?</translation>
     <message>
         <source>已取消下载文件：%1</source>
         <translation>Download cancelled: %1</translation>
+    </message>
+    <message>
+        <source>已删除中断的上传留下的临时文件：%1</source>
+        <translation>Deleted temporary files left by interrupted uploads: %1</translation>
     </message>
 </context>
 <context>

@@ -283,6 +283,7 @@ FtpSession::FtpSession(const QString& host, int port, const FtpSettings& setting
     curl_easy_setopt(curl, CURLOPT_READFUNCTION, OnRead);
     static_assert(std::is_same_v<curl_socket_t, int>, "OnCloseSocket takes a POSIX descriptor");
     curl_easy_setopt(curl, CURLOPT_CLOSESOCKETFUNCTION, &FtpSession::OnCloseSocket);
+    curl_easy_setopt(curl, CURLOPT_SOCKOPTFUNCTION, &FtpSession::OnSocketOpened);
     curl_opensocket_callback open = [](void* data, curlsocktype purpose, curl_sockaddr* address) -> curl_socket_t {
         auto* session = static_cast<FtpSession*>(data);
         const int fd = ::socket(address->family, address->socktype, address->protocol);
@@ -306,6 +307,16 @@ FtpSession::~FtpSession()
         curl_multi_cleanup(static_cast<CURLM*>(m_pMulti));
     if (m_pCurl)
         curl_easy_cleanup(static_cast<CURL*>(m_pCurl));
+}
+
+int FtpSession::OnSocketOpened(void*, int descriptor, int)
+{
+    // The kernel's own send buffer grows to megabytes, and an upload's byte count then runs that far
+    // ahead of the machine: a slow link showed a burst, then silence. 128 KiB in flight is far more
+    // than a shop network needs to run at full speed.
+    constexpr int SendBuffer = 64 * 1024; // the kernel doubles it
+    setsockopt(descriptor, SOL_SOCKET, SO_SNDBUF, &SendBuffer, sizeof SendBuffer);
+    return CURL_SOCKOPT_OK;
 }
 
 int FtpSession::OnCloseSocket(void*, int descriptor)
@@ -350,6 +361,15 @@ QByteArray FtpSession::UrlFor(const QString& remotePath) const
     const QString host =
         m_strHost.contains(QLatin1Char(':')) ? QLatin1Char('[') + m_strHost + QLatin1Char(']') : m_strHost;
     return "ftp://" + QUrl::toAce(host) + ':' + QByteArray::number(m_iPort) + ToWire(path).toPercentEncoding("/");
+}
+
+bool FtpSession::LooksLikeUtf8(const QByteArray& bytes)
+{
+    if (std::all_of(bytes.cbegin(), bytes.cend(), [](char c) { return uchar(c) < 0x80; }))
+        return false;
+    QStringDecoder utf8(QStringDecoder::Utf8);
+    (void)QString(utf8(bytes));
+    return !utf8.hasError();
 }
 
 bool FtpSession::IsUtf8() const
@@ -662,6 +682,12 @@ bool FtpSession::ListWith(const QString& dirPath, const QByteArray& request, QLi
             QCoreApplication::translate(
                 "FtpTask", "机床返回的文件名不是%1编码，请在“新建连接”中为该机床选择文件名编码（如GBK或Shift-JIS）")
                 .arg(QString::fromLatin1(m_settings.nameEncoding)));
+    // UTF-8 names decode as some other encoding too, only garbled; non-ASCII bytes that are
+    // well-formed UTF-8 are next to never text of another encoding.
+    if (!IsUtf8() && LooksLikeUtf8(listing))
+        return Fail(QCoreApplication::translate(
+                        "FtpTask", "机床返回的文件名是UTF-8编码，与所选的%1不符，请在“新建连接”中为该机床选择UTF-8")
+                        .arg(QString::fromLatin1(m_settings.nameEncoding)));
     *entries = FtpListingParser().Parse(text);
     return true;
 }

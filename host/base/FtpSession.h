@@ -69,6 +69,7 @@ private:
     QByteArray ToWire(const QString& text) const;
     QList<QByteArray> WireCommands(const QStringList& commands) const;
     bool IsUtf8() const;
+    static bool LooksLikeUtf8(const QByteArray& bytes);
     // Prepares the handle for one step; quote commands and callbacks are set by the caller.
     void Reset(const QByteArray& url, void* transfer);
     bool Perform(const QString& action);
@@ -83,6 +84,7 @@ private:
     int RunStep();
     bool Fail(const QString& message);
     static int OnCloseSocket(void* unused, int descriptor);
+    static int OnSocketOpened(void* unused, int descriptor, int purpose);
     // Reads a reply the server sent on the control connection that libcurl is closing unread
     // (a "552" during an upload), so the user learns the server's reason.
     void SalvageReply(int descriptor);

@@ -71,11 +71,6 @@ bool FtpTemporaryName::IsOurs(const QString& name, const QString& marker)
     return ours.match(name).hasMatch();
 }
 
-bool FtpTemporaryName::IsOurs(const QString& name)
-{
-    return IsOurs(name, InstallationMarker());
-}
-
 QString FtpTemporaryName::InstallationMarker()
 {
     CamBaseTextHelper* helper = CamBaseTextHelper::instance();

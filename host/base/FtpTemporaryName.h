@@ -22,8 +22,6 @@ public:
                         const QStringList& existing = {});
     // Whether `name` is a temporary name made with `marker`.
     static bool IsOurs(const QString& name, const QString& marker);
-    // Same, with this installation's marker (GUI thread: it reads the host settings).
-    static bool IsOurs(const QString& name);
     // This installation's marker: four lower-case letters and digits, made and stored in the host
     // settings on first use. GUI thread.
     static QString InstallationMarker();

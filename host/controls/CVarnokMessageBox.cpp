@@ -152,6 +152,9 @@ void CVarnokMessageBox::AddButton(EnumMsgButtonFunction button, const StructMsgB
     push->setFont(FontCn_14);
     push->setDefault(bPrimary);
     push->setAutoDefault(bPrimary);
+    // Focus starts on the highlighted answer, so Enter and Space both mean what is drawn.
+    if (bPrimary)
+        push->setFocus(Qt::OtherFocusReason);
     connect(push, &QPushButton::clicked, this, [this, button] {
         m_iResult = button;
         accept();

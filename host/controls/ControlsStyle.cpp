@@ -7,10 +7,12 @@ QString ControlsStyle::ButtonStyleSheet()
         "border:1px solid #dcdfe6;background:#ffffff;color:#333333;}"
         "QPushButton:hover{border-color:#368bd4;color:#368bd4;}"
         "QPushButton:pressed{background:#eaf3fb;}"
+        "QPushButton:focus{border:2px solid #368bd4;}"
         "QPushButton:disabled{color:#b0b4ba;border-color:#e8eaee;background:#f7f8fa;}"
         "QPushButton[default=\"true\"]{background:#368bd4;border-color:#368bd4;color:#ffffff;}"
         "QPushButton[default=\"true\"]:hover{background:#4a9ae0;color:#ffffff;}"
         "QPushButton[default=\"true\"]:pressed{background:#2b78ba;}"
+        "QPushButton[default=\"true\"]:focus{border:2px solid #1d4f7a;}"
         "QPushButton[default=\"true\"]:disabled{background:#9cc5ea;border-color:#9cc5ea;color:#ffffff;}");
 }
 

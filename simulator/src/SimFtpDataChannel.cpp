@@ -3,6 +3,7 @@
 #include <QIODevice>
 #include <QTcpServer>
 #include <QTcpSocket>
+#include <sys/socket.h>
 
 namespace {
 constexpr qint64 kChunk = 256 * 1024;
@@ -37,6 +38,12 @@ quint16 SimFtpDataChannel::Listen(const QHostAddress& address, const QHostAddres
     connect(m_pServer, &QTcpServer::newConnection, this, &SimFtpDataChannel::SlotNewConnection);
     if (!m_pServer->listen(address, 0))
         return 0;
+    // A slow machine takes data no faster than it stores it; with the kernel's usual megabytes of
+    // receive window a sender would see its upload "done" long before the machine had it.
+    if (m_nRateLimit > 0) {
+        const int window = int(qBound(qint64(4096), m_nRateLimit / 32, qint64(256 * 1024)));
+        setsockopt(int(m_pServer->socketDescriptor()), SOL_SOCKET, SO_RCVBUF, &window, sizeof window);
+    }
     if (acceptWithinMs > 0) {
         m_acceptTimer.setSingleShot(true);
         connect(&m_acceptTimer, &QTimer::timeout, this, [this] {

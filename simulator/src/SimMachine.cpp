@@ -91,7 +91,13 @@ bool SimMachine::LoadProgram(const QString& virtualPath, QString* error)
         *error = QStringLiteral("cannot open %1").arg(virtualPath);
         return false;
     }
-    m_strProgramText = QString::fromUtf8(file.readAll());
+    // A machine answers at once whatever it runs; parsing a program of hundreds of megabytes
+    // would hold the simulator's only thread for a minute. Its first megabytes are simulated.
+    constexpr qint64 SimulatedBytes = 2 * 1024 * 1024;
+    QByteArray text = file.read(SimulatedBytes);
+    if (!file.atEnd() && text.contains('\n'))
+        text.truncate(text.lastIndexOf('\n') + 1);
+    m_strProgramText = QString::fromUtf8(text);
     m_strProgramFile = QFileInfo(file.fileName()).absoluteFilePath();
     m_program = SimGCodeProgram(QFileInfo(path).fileName(), m_strProgramText, {});
     Rewind();

@@ -209,10 +209,14 @@ void FilePanelOperations::DeleteSelected()
     QStringList names;
     for (const FilePanelContext::Entry& entry : entries)
         names.append(entry.strName);
+    // Local files go to the trash; the machine has none, so its side says so.
+    const QString permanence =
+        m_pPanel->IsLocal() ? QString() : QStringLiteral("\n") + tr("机床上的文件将被永久删除，无法恢复。");
     CVarnokMessageBox::Open(m_pPanel->PanelWidget(), MsgButtonYes | MsgButtonNo, MsgIconWarning,
                             QCoreApplication::translate("FileSelectPanel", "提示"),
-                            names.join(QLatin1Char('\n')) + QStringLiteral("\n\n") + tr("确定删除以上文件？"), {},
-                            [self = QPointer<FilePanelOperations>(this), entries](int answer) {
+                            names.join(QLatin1Char('\n')) + QStringLiteral("\n\n") + tr("确定删除以上文件？") +
+                                permanence,
+                            {}, [self = QPointer<FilePanelOperations>(this), entries](int answer) {
                                 if (self && answer == MsgButtonYes)
                                     self->Delete(entries);
                             });

@@ -317,11 +317,15 @@ void FileSelectPanel::ShowPath(const QString& path)
     }
 }
 
-void FileSelectPanel::NavigateTo(const QString& path)
+void FileSelectPanel::NavigateTo(const QString& path, const QString& entry)
 {
     if (!path.isEmpty() && m_pSource->RefuseBrowsing()) {
+        if (!m_bLocal)
+            Q_EMIT SignalNavigationPostponed(path, entry);
         return;
     }
+    if (!entry.isEmpty())
+        m_pListing->SelectAfterListing(entry);
     m_history.Push(path);
     m_pTitleBar->SetHistoryButtons(true, false);
     ShowPath(path);
@@ -329,7 +333,7 @@ void FileSelectPanel::NavigateTo(const QString& path)
 
 void FileSelectPanel::on_m_btnUp_clicked()
 {
-    if (IsComputerView() || m_pSource->RefuseBrowsing()) {
+    if (IsComputerView()) {
         return;
     }
     const QString parent = m_pSource->ParentPath(CurrentPath());
@@ -473,11 +477,10 @@ void FileSelectPanel::LocateAndHighlightFile(QString fileName)
 
 void FileSelectPanel::NavigateAndHighlightFolder(QString targetDir, QString folderName)
 {
-    if (m_bLocal || m_pSource->RefuseBrowsing()) {
+    if (m_bLocal) {
         return;
     }
-    m_pListing->SelectAfterListing(folderName);
-    NavigateTo(targetDir);
+    NavigateTo(targetDir, folderName);
 }
 
 void FileSelectPanel::OpenSelected()

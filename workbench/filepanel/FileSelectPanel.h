@@ -73,6 +73,8 @@ public:
     QStandardItemModel* ItemModel() const { return m_pModel; }
     FileSortProxyModel* SortModel() const { return m_pProxyModel; }
     FileListingSource* Source() const override { return m_pSource; }
+    // The machine panel's source; null on the local panel.
+    MachineListingSource* MachineSource() const { return m_pMachineSource; }
     QMenu* ContextMenu() const;
     QList<Entry> SelectedEntries() const override;
     void SelectAfterListing(const QString& name) override;
@@ -92,6 +94,8 @@ Q_SIGNALS:
     void SignalAppendLog(QString text, QColor color);
     // A listing ended: its rows are in place (ok) or the previous ones are back (failed).
     void SignalListingFinished(QString path, bool ok);
+    // A machine folder asked for while transfers ran; the owner opens it once they end.
+    void SignalNavigationPostponed(QString folder, QString entry);
 
 public Q_SLOTS:
     void SlotClearLocalClipboardData();
@@ -121,7 +125,7 @@ private:
     void SetUpHelpers();
 
     // Goes to a folder (an empty path: the computer view) and pushes it on the history.
-    void NavigateTo(const QString& path);
+    void NavigateTo(const QString& path, const QString& entry = QString());
     void StepHistory(int step);
     void ShowPath(const QString& path);
     void OpenSelected();

@@ -47,6 +47,8 @@ void MachineListingSource::List(const QString& path)
             }
         }
         Q_EMIT SignalListed(listing);
+        if (ok && !task->Leftovers().isEmpty())
+            Q_EMIT SignalLeftoversListed(folder, task->Leftovers());
         // The reason of a failed listing (a wrong name encoding is told apart from a lost machine),
         // after the panel's line that the listing failed.
         if (!ok && !message.isEmpty()) {

@@ -28,6 +28,10 @@ public:
     // "/nc/" and "/nc" are the same machine folder; the panel keeps the short form.
     static QString NormalizedPath(const QString& path);
 
+Q_SIGNALS:
+    // Temporary files of our own uploads found in a folder that listed well.
+    void SignalLeftoversListed(QString folder, QList<FtpFileInfo> leftovers);
+
 private:
     QString m_strMachineIp;
     QPointer<QObject> m_pListTask;

@@ -14,6 +14,7 @@
 #include "filepanel/FileManager.h"
 #include "filepanel/FileSelectPanel.h"
 #include "filepanel/MachineFileRequests.h"
+#include "filepanel/MachineListingSource.h"
 #include "history/MachineCopyCompare.h"
 #include "toolpage/ToolPage.h"
 #include "transfer/TransList.h"
@@ -130,6 +131,11 @@ void FilePageController::ConnectAnswers()
         machine->LocateAndHighlightFile(machinePath.mid(machinePath.lastIndexOf(QLatin1Char('/')) + 1));
     });
     connect(files, &MachineFileService::SignalMachineNavigation, machine, &FileSelectPanel::NavigateAndHighlightFolder);
+    connect(machine, &FileSelectPanel::SignalNavigationPostponed, files, &MachineFileService::NavigateMachinePanel);
+    connect(machine->MachineSource(), &MachineListingSource::SignalLeftoversListed, files,
+            [files](const QString& folder, const QList<FtpFileInfo>& leftovers) {
+                files->RemoveLeftovers(files->Endpoint(), folder, leftovers);
+            });
     connect(files, &MachineFileService::SignalMachineChanged, machine, &FileSelectPanel::RefreshPanel);
     const auto refreshLocal = [local](const QString& localPath) {
         if (QFileInfo(localPath).absolutePath() == QFileInfo(local->CurrentPath()).absoluteFilePath())
@@ -199,7 +205,11 @@ void FilePageController::ConnectFolderSync()
     m_pFolderSync->SetConflictAsker([window](const SyncConflict& conflict, std::function<void(int)> answer) {
         CVarnokMessageBox::Open(
             window, MsgButtonYes | MsgButtonNo | MsgButtonIgnore, MsgIconWarning, tr("文件冲突确认"),
-            tr("文件 \"%1\" 在本地和机床中均存在，内容不一致。\n\n请选择要保留的版本：").arg(conflict.local.strRelPath),
+            tr("文件 \"%1\" 在本地和机床中均存在，内容不一致。\n\n请选择要保留的版本：")
+                    .arg(conflict.local.strRelPath) +
+                tr("\n    本地：%1\n    机床：%2")
+                    .arg(OverwriteQuestion::Describe(conflict.local.iSize, conflict.local.time),
+                         OverwriteQuestion::Describe(conflict.machine.iSize, conflict.machine.time)),
             {{MsgButtonYes, tr("保存本地版本")}, {MsgButtonNo, tr("保存机床版本")}, {MsgButtonIgnore, tr("跳过")}},
             std::move(answer));
     });

@@ -86,6 +86,8 @@ FolderSyncPlan FolderSyncPreviewDialog::Result() const
 {
     FolderSyncPlan result;
     result.listConflict = m_plan.listConflict;
+    result.iLeftOutType = m_plan.iLeftOutType;
+    result.iLeftOutHidden = m_plan.iLeftOutHidden;
     for (int row = 0; row < m_pTree->topLevelItemCount(); ++row) {
         QTreeWidgetItem* item = m_pTree->topLevelItem(row);
         if (item->checkState(ColumnPath) != Qt::Checked)

@@ -7,18 +7,19 @@ namespace {
 // Past this many files the question lists the first ones and counts the rest.
 constexpr int MaxListed = 8;
 
-QString Describe(qint64 size, const QDateTime& time)
-{
-    const QString sizeText = size < 0 ? QStringLiteral("?") : QLocale::c().formattedDataSize(size);
-    const QString timeText = time.isValid() ? time.toString(QStringLiteral("yyyy-MM-dd HH:mm")) : QStringLiteral("?");
-    return QStringLiteral("%1, %2").arg(sizeText, timeText);
-}
-
 QString NameOf(const QString& path)
 {
     return path.mid(path.lastIndexOf(QLatin1Char('/')) + 1);
 }
 } // namespace
+
+QString OverwriteQuestion::Describe(qint64 size, const QDateTime& time)
+{
+    const QString sizeText = size < 0 ? QStringLiteral("?") : QLocale::c().formattedDataSize(size);
+    const QString timeText =
+        time.isValid() ? time.toLocalTime().toString(QStringLiteral("yyyy-MM-dd HH:mm")) : QStringLiteral("?");
+    return QStringLiteral("%1, %2").arg(sizeText, timeText);
+}
 
 QString OverwriteQuestion::Text(const QList<OverwriteEntry>& entries)
 {

@@ -10,4 +10,6 @@ class OverwriteQuestion final
 {
 public:
     static QString Text(const QList<OverwriteEntry>& entries);
+    // "12.3 KiB, 2026-01-02 10:20" ("?" for what the machine did not say).
+    static QString Describe(qint64 size, const QDateTime& time);
 };

@@ -81,6 +81,7 @@ void tst_CVarnokMessageBox::dialogReturnsPressedButton_data()
     QTest::newRow("no") << "m_btnCode8" << int(MsgButtonNo);
     QTest::newRow("title close mark") << "m_btnTitleClose" << MsgResultClosed;
     QTest::newRow("escape") << "" << MsgResultClosed;
+    QTest::newRow("enter takes the highlighted answer") << "enter" << int(MsgButtonYes);
 }
 
 void tst_CVarnokMessageBox::dialogReturnsPressedButton()
@@ -90,6 +91,10 @@ void tst_CVarnokMessageBox::dialogReturnsPressedButton()
     OnModal([press](QWidget* box) {
         if (press.isEmpty())
             return QTest::keyClick(box, Qt::Key_Escape);
+        if (press == QLatin1String("enter")) {
+            QVERIFY(box->focusWidget());
+            return QTest::keyClick(box->focusWidget(), Qt::Key_Return);
+        }
         auto* push = box->findChild<QPushButton*>(press);
         QVERIFY(push);
         QTest::mouseClick(push, Qt::LeftButton);

@@ -1,4 +1,5 @@
 #include "CamBaseTextHelper.h"
+#include "FtpTemporaryName.h"
 #include "KorvBaseGlobals.h"
 #include "MachineConnection.h"
 #include "MachineFileService.h"
@@ -17,11 +18,11 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QDropEvent>
+#include <QElapsedTimer>
 #include <QItemSelectionModel>
 #include <QMimeData>
 #include <QPushButton>
 #include <QSettings>
-#include <QSignalSpy>
 #include <QStandardItemModel>
 #include <QTest>
 #include <memory>
@@ -248,9 +249,11 @@ private Q_SLOTS:
         StartSimulator(400 * 1024);
         Write(LocalFile(QStringLiteral("long.nc")), RandomBytes(600 * 1024));
         Write(LocalFile(QStringLiteral("short.nc")), RandomBytes(100 * 1024));
+        QVERIFY(QDir(m_rootDir.path()).mkdir(QStringLiteral("sub")));
         ConnectWorkspace();
         FileManager* manager = m_workspace->GetFileManager();
         MachineFileService* files = m_workspace->FileService();
+        QTRY_VERIFY(MachineNames().contains(QStringLiteral("sub")));
 
         m_workspace->SlotUpLoadFile(LocalFile(QStringLiteral("long.nc")), QStringLiteral("/long.nc"));
         m_workspace->SlotUpLoadFile(LocalFile(QStringLiteral("long.nc")), QStringLiteral("/long.nc"));
@@ -258,10 +261,10 @@ private Q_SLOTS:
         QTRY_COMPARE(files->RunningCount(), 2);
         QCOMPARE(RowCount(), 2);
         QVERIFY(manager->MachinePanel()->IsPanelBusy());
-        // A navigation asked for meanwhile waits for the last transfer.
-        QSignalSpy navigations(files, &MachineFileService::SignalMachineNavigation);
-        files->NavigateMachinePanel(QStringLiteral("/"), QStringLiteral("short.nc"));
-        QCOMPARE(navigations.count(), 0);
+        // A folder opened meanwhile is opened once the last transfer ends.
+        FileSelectPanel* machine = manager->MachinePanel();
+        machine->SlotTreeDoubleClicked(SimWorkspaceFixture::PanelRow(*machine, QStringLiteral("sub")));
+        QCOMPARE(machine->CurrentPath(), QStringLiteral("/"));
 
         QVERIFY(Reaches(Key(QStringLiteral("/short.nc"), true), TanslateInfo::StateSucceeded, 10000));
         QVERIFY(RowState(Key(QStringLiteral("/long.nc"), true)) != TanslateInfo::StateSucceeded);
@@ -271,7 +274,7 @@ private Q_SLOTS:
         QVERIFY(Reaches(Key(QStringLiteral("/long.nc"), true), TanslateInfo::StateSucceeded, 10000));
         QVERIFY(!manager->MachinePanel()->IsPanelBusy());
         QVERIFY(!g_bTranslating);
-        QCOMPARE(navigations.count(), 1);
+        QTRY_COMPARE(machine->CurrentPath(), QStringLiteral("/sub"));
     }
 
     void interruptedCutLeavesAllAsItWas_data()
@@ -339,6 +342,81 @@ private Q_SLOTS:
         QCOMPARE(Read(MachineFile(QStringLiteral("slow.nc"))), content);
     }
 
+    void shownSpeedFollowsTheLink_data()
+    {
+        QTest::addColumn<bool>("upload");
+        QTest::newRow("download") << false;
+        QTest::newRow("upload") << true;
+    }
+
+    // What the operator reads in the list while a program crawls over a 1 MiB/s link.
+    void shownSpeedFollowsTheLink()
+    {
+        QFETCH(bool, upload);
+        constexpr qint64 Rate = 1024 * 1024;
+        StartSimulator(Rate);
+        Write(upload ? LocalFile(QStringLiteral("big.nc")) : MachineFile(QStringLiteral("big.nc")),
+              QByteArray(10 * Rate, 'G'));
+        ConnectWorkspace();
+        QStandardItemModel* model = m_workspace->GetTransManager()->TransferList()->Model();
+        QElapsedTimer clock;
+        QList<QPair<qint64, double>> shown; // when a new speed appeared (ms since the start), bytes per second
+        connect(model, &QAbstractItemModel::dataChanged, this, [&](const QModelIndex& from, const QModelIndex&) {
+            const QString text =
+                model->index(from.row(), TransList::ColumnProgress).data(CProgressDelegate::SpeedTextRole).toString();
+            const double factor = text.endsWith(QLatin1String("MB/s"))   ? Rate
+                                  : text.endsWith(QLatin1String("KB/s")) ? 1024
+                                                                         : 1;
+            const double speed = text.section(QLatin1Char(' '), 0, 0).toDouble() * factor;
+            if (shown.isEmpty() || shown.last().second != speed)
+                shown.append({clock.elapsed(), speed});
+        });
+        clock.start();
+        if (upload)
+            m_workspace->SlotUpLoadFile(LocalFile(QStringLiteral("big.nc")), QStringLiteral("/big.nc"));
+        else
+            m_workspace->SlotDownLoadFile(LocalFile(QStringLiteral("big.nc")), QStringLiteral("/big.nc"));
+        QVERIFY(Reaches(Key(QStringLiteral("/big.nc"), upload), TanslateInfo::StateSucceeded, 40000));
+        const qint64 end = clock.elapsed();
+        int judged = 0;
+        QStringList seen;
+        for (const auto& [at, speed] : shown)
+            seen.append(QStringLiteral("%1s:%2").arg(at / 1000.0, 0, 'f', 1).arg(speed / Rate, 0, 'f', 2));
+        for (const auto& [at, speed] : shown) {
+            if (at < 2000 || at > end - 1000)
+                continue;
+            ++judged;
+            QVERIFY2(speed >= 0.8 * Rate && speed <= 1.2 * Rate, qPrintable(seen.join(QLatin1Char(' '))));
+        }
+        QVERIFY2(judged >= 3, qPrintable(seen.join(QLatin1Char(' '))));
+    }
+
+    void deadTemporaryFilesOfOursGoWhenTheFolderIsListed()
+    {
+        StartSimulator();
+        const QString marker = FtpTemporaryName::InstallationMarker();
+        const QString foreign = marker == QLatin1String("zzzz") ? QStringLiteral("yyyy") : QStringLiteral("zzzz");
+        const QString dead = QStringLiteral(".a.nc.%1abcdef.part").arg(marker);
+        const QString young = QStringLiteral(".b.nc.%1abcdef.part").arg(marker);
+        const QString others = QStringLiteral(".c.nc.%1abcdef.part").arg(foreign);
+        for (const QString& name : {dead, young, others}) {
+            QFile file(MachineFile(name));
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write(RandomBytes(1024));
+            file.flush();
+            if (name != young)
+                file.setFileTime(QDateTime::currentDateTime().addSecs(-3600), QFileDevice::FileModificationTime);
+        }
+        ConnectWorkspace();
+
+        // Only the old one with this installation's marker goes; another computer's upload may still run.
+        QTRY_COMPARE_WITH_TIMEOUT(MachineRootEntries(), QStringList({young, others}), 10000);
+        QVERIFY(HasLine(QStringLiteral("已删除中断的上传留下的临时文件：%1").arg(dead), LogColors::Plain));
+        // Ours are never shown as programs.
+        m_workspace->GetFileManager()->MachinePanel()->RefreshPanel();
+        QTRY_VERIFY(MachineNames().contains(others));
+        QVERIFY(!MachineNames().contains(young));
+    }
 
     void cutPasteClearsTheClipboardOnlyAfterTheUpload()
     {

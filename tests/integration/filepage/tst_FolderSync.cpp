@@ -132,18 +132,25 @@ private Q_SLOTS:
         Write(MachineFile(QStringLiteral("same.nc")), "abcdefghij");
         Write(LocalFile(QStringLiteral("twin.nc")), "identical");
         Write(MachineFile(QStringLiteral("twin.nc")), "identical");
-        QFile(MachineFile(QStringLiteral("same.nc")))
-            .setFileTime(QDateTime(QDate(2020, 1, 2), QTime(3, 4)), QFileDevice::FileModificationTime);
+        QFile older(MachineFile(QStringLiteral("same.nc")));
+        QVERIFY(older.open(QIODevice::ReadWrite));
+        QVERIFY(older.setFileTime(QDateTime(QDate(2020, 1, 2), QTime(3, 4)), QFileDevice::FileModificationTime));
+        older.close();
         SetOption("CompareContent", compareContent);
         ConnectWorkspace();
         RunSync();
         QTRY_COMPARE_WITH_TIMEOUT(ButtonState(), int(FolderSync::ButtonFinished), 10000);
         QTRY_COMPARE(m_listBoxes.size(), 1);
-        // With contents compared the differing file is a conflict (answered: keep the local one).
-        QCOMPARE(m_listBoxes.first().strText,
-                 compareContent
-                     ? QStringLiteral("文件 \"same.nc\" 在本地和机床中均存在，内容不一致。\n\n请选择要保留的版本：")
-                     : QStringLiteral("当前目录已同步，无需操作"));
+        // With contents compared the differing file is a conflict (answered: keep the local one),
+        // asked with the size and time of both copies.
+        const QString text = m_listBoxes.first().strText;
+        if (compareContent) {
+            QVERIFY(text.startsWith(
+                QStringLiteral("文件 \"same.nc\" 在本地和机床中均存在，内容不一致。\n\n请选择要保留的版本：")));
+            QVERIFY2(text.contains(QStringLiteral("机床：10 bytes, 2020-01-02 03:04")), qPrintable(text));
+        } else {
+            QCOMPARE(text, QStringLiteral("当前目录已同步，无需操作"));
+        }
         QCOMPARE(Read(MachineFile(QStringLiteral("same.nc"))),
                  compareContent ? QByteArray("0123456789") : QByteArray("abcdefghij"));
         QCOMPARE(Read(LocalFile(QStringLiteral("same.nc"))), QByteArray("0123456789"));
@@ -215,7 +222,8 @@ private Q_SLOTS:
                                  20000);
         m_sim->Vanish();
         QTRY_VERIFY_WITH_TIMEOUT(HasLine(QStringLiteral("同步已中断：与机床断开连接"), LogColors::Failure), 15000);
-        QCOMPARE(ButtonState(), int(FolderSync::ButtonIdle));
+        // The job's result, and so the button, follows its log line on a later turn.
+        QTRY_COMPARE(ButtonState(), int(FolderSync::ButtonIdle));
         QTRY_VERIFY_WITH_TIMEOUT(!m_workspace->FileService()->IsBusy(), 15000);
         // Under its real name every file is whole, on both sides.
         const QMap<QString, QByteArray> machineFiles = Tree(m_rootDir.path());

@@ -296,7 +296,7 @@ void TestFtpSession::temporaryNamesObeyTheNameRules()
     const QString hidden = FtpTemporaryName::Make(QStringLiteral("prog 1.nc"), FtpNameRules(), marker);
     QVERIFY(FtpTemporaryName::IsOurs(hidden, marker));
     QVERIFY(!FtpTemporaryName::IsOurs(hidden, marker == "zzzz" ? "yyyy" : "zzzz"));
-    QVERIFY(!FtpTemporaryName::IsOurs(QStringLiteral("PROG1.NC")));
+    QVERIFY(!FtpTemporaryName::IsOurs(QStringLiteral("PROG1.NC"), marker));
     FtpNameRules six;
     six.maxLength = 6;
     QCOMPARE(FtpTemporaryName::Make(QStringLiteral("A.NC"), six, marker).size(), 6);

@@ -212,6 +212,17 @@ void TestControllerProfiles::foreignNamesSuggestTheEncoding()
     m_workspace->ConnectToMachine(Ip, QStringLiteral("PB01SIM0001"));
     QTRY_VERIFY_WITH_TIMEOUT(LogContains(QStringLiteral("选择文件名编码（如GBK或Shift-JIS）"), Red), 10000);
     QVERIFY(!MachineNames().contains(QStringLiteral("零件.nc")));
+
+    // The other way round: GBK chosen for a machine that speaks UTF-8 would show garbage, not fail.
+    m_workspace.reset();
+    m_sim.reset();
+    FtpSettings::SetNameEncodingFor(Ip, "GBK");
+    StartSimulator(QStringList());
+    m_workspace = std::make_unique<Workspace>();
+    m_workspace->show();
+    m_workspace->ConnectToMachine(Ip, QStringLiteral("PB01SIM0001"));
+    QTRY_VERIFY_WITH_TIMEOUT(LogContains(QStringLiteral("为该机床选择UTF-8"), Red), 10000);
+    QVERIFY(MachineNames().isEmpty());
 }
 
 QTEST_MAIN(TestControllerProfiles)

@@ -525,6 +525,42 @@ void MachineFileService::Report(const QueuedTransfer& transfer, int state, qint6
     Q_EMIT SignalTransferUpdated(info, transfer.strKey);
 }
 
+void MachineFileService::RemoveLeftovers(const MachineEndpoint& endpoint, const QString& folder,
+                                         const QList<FtpFileInfo>& leftovers)
+{
+    // A younger one may belong to an upload of ours that is being retried or is still closing.
+    constexpr qint64 MinAgeSecs = 10 * 60;
+    if (!CheckConnected(endpoint).isEmpty() || IsBusy())
+        return;
+    const QDateTime now = QDateTime::currentDateTimeUtc();
+    QStringList dead;
+    QStringList names;
+    for (const FtpFileInfo& entry : leftovers) {
+        const QString path = QDir::cleanPath(folder + QLatin1Char('/') + entry.name);
+        if (entry.isDir() || !entry.time.isValid() || entry.time.secsTo(now) < MinAgeSecs ||
+            m_setLeftoversGoing.contains(path))
+            continue;
+        dead.append(path);
+        names.append(entry.name);
+    }
+    if (dead.isEmpty())
+        return;
+    for (const QString& path : dead)
+        m_setLeftoversGoing.insert(path);
+    MachineJob* job = StartChange(
+        endpoint, [this, endpoint, dead]() { return m_pFactory->DeleteItems(endpoint, dead, {}); },
+        QStringLiteral("DeleteLeftovers result:%1, url:%2"), QString(), QString(), false);
+    connect(job, &MachineJob::SignalResult, this, [this, dead, names](MachineJob* ended) {
+        for (const QString& path : dead)
+            m_setLeftoversGoing.remove(path);
+        if (ended->GetResult() != MachineJob::Result::Succeeded)
+            return;
+        const QString text = tr("已删除中断的上传留下的临时文件：%1").arg(names.join(QStringLiteral("、")));
+        CDebugLog::AddLog(text);
+        Q_EMIT SignalAppendLog(text, LogColors::Plain);
+    });
+}
+
 void MachineFileService::NavigateMachinePanel(const QString& folder, const QString& entry)
 {
     if (!IsBusy()) {

@@ -94,6 +94,9 @@ public:
     bool Cancel(const QString& strKey);
     // The machine went away: every transfer stops and its row ends failed, ready for a retry.
     void StopAll();
+    // Deletes temporary files of this installation's uploads that are surely dead: old enough,
+    // and no transfer runs that could still be writing one. Quiet but for one log line.
+    void RemoveLeftovers(const MachineEndpoint& endpoint, const QString& folder, const QList<FtpFileInfo>& leftovers);
     // A machine-panel navigation: now when idle, else once the last transfer ended.
     void NavigateMachinePanel(const QString& folder, const QString& entry);
 
@@ -158,4 +161,5 @@ private:
     QString m_strNavigationFolder;
     QString m_strNavigationEntry;
     TaskOwner m_tasks;
+    QSet<QString> m_setLeftoversGoing; // machine paths a clean-up deletes now
 };

@@ -1,6 +1,7 @@
 #include "HostFtpTask.h"
 
 #include "FtpTaskThread.h"
+#include "FtpTemporaryName.h"
 #include "ListFtpDirectory.h"
 
 HostFtpTask::HostFtpTask(FtpTaskThread* thread, QObject* parent) : MachineTask(parent), m_pThread(thread)
@@ -10,7 +11,12 @@ HostFtpTask::HostFtpTask(FtpTaskThread* thread, QObject* parent) : MachineTask(p
             [this](qint64 done, qint64 total, const QString&) { Q_EMIT SignalProgress(done, total); });
     if (auto* listing = qobject_cast<ListFtpDirectory*>(thread)) {
         connect(listing, &ListFtpDirectory::SignalListFileFinished, this,
-                [this](bool, const QList<FtpFileInfo>& entries) { m_listEntries = entries; });
+                [this](bool, const QList<FtpFileInfo>& entries) {
+                    // Our own temporary files are set apart here, so that no view shows them as programs.
+                    const QString marker = FtpTemporaryName::InstallationMarker();
+                    for (const FtpFileInfo& entry : entries)
+                        (FtpTemporaryName::IsOurs(entry.name, marker) ? m_listLeftovers : m_listEntries).append(entry);
+                });
     }
     connect(thread, &FtpTaskThread::SignalTaskFinished, this, &MachineTask::SignalFinished);
 }

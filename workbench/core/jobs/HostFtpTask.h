@@ -22,8 +22,10 @@ public:
     void Stop() override;
     bool Wait(QDeadlineTimer deadline) override;
     QList<FtpFileInfo> Entries() const override { return m_listEntries; }
+    QList<FtpFileInfo> Leftovers() const override { return m_listLeftovers; }
 
 private:
     QPointer<FtpTaskThread> m_pThread;
     QList<FtpFileInfo> m_listEntries;
+    QList<FtpFileInfo> m_listLeftovers;
 };

@@ -22,6 +22,8 @@ public:
     virtual bool Wait(QDeadlineTimer deadline) = 0;
     // What a listing task found; empty for other tasks.
     virtual QList<FtpFileInfo> Entries() const { return {}; }
+    // Temporary upload files of this installation that a listing found; never in Entries().
+    virtual QList<FtpFileInfo> Leftovers() const { return {}; }
 
 Q_SIGNALS:
     void SignalProgress(qint64 done, qint64 total);

@@ -100,7 +100,8 @@ void FolderSyncJob::OnCompared(const QList<SyncConflict>& differing)
 void FolderSyncJob::Decide()
 {
     SetPhase(Phase::Deciding);
-    if (m_options.bPreview && m_fnReviewPlan) {
+    // An empty preview would say nothing; "nothing to do" says it.
+    if (m_options.bPreview && m_fnReviewPlan && !m_plan.IsEmpty()) {
         const QPointer<FolderSyncJob> guard(this);
         m_fnReviewPlan(m_plan, [guard](bool bConfirmed, const FolderSyncPlan& plan) {
             if (!guard || guard->IsFinished())
@@ -156,6 +157,7 @@ void FolderSyncJob::AfterDecisions()
         if (m_nSkipped == 0) {
             Q_EMIT SignalNotice(NoticeInformation, tr("当前目录已同步，无需操作"));
             Log(tr("当前目录已同步，无需操作"), LogColors::Success);
+            LogLeftOut();
             SetPhase(Phase::Ended);
             Finish(Result::Succeeded);
             return;
@@ -273,6 +275,17 @@ void FolderSyncJob::ProbeMachine()
     m_tasks.Start(task);
 }
 
+void FolderSyncJob::LogLeftOut()
+{
+    if (m_plan.iLeftOutType + m_plan.iLeftOutHidden == 0)
+        return;
+    Log(tr("未参与同步 %1 个文件：%2 个不是机床程序类型，%3 个为隐藏文件")
+            .arg(m_plan.iLeftOutType + m_plan.iLeftOutHidden)
+            .arg(m_plan.iLeftOutType)
+            .arg(m_plan.iLeftOutHidden),
+        LogColors::Plain);
+}
+
 void FolderSyncJob::End()
 {
     if (IsFinished())
@@ -284,6 +297,7 @@ void FolderSyncJob::End()
     m_hold.reset();
     Log(tr("同步结果：成功 %1 个，失败 %2 个，跳过 %3 个").arg(m_nDone).arg(m_nFailCount).arg(m_nSkipped),
         LogColors::Plain);
+    LogLeftOut();
     if (m_nFailCount < 1) {
         Q_EMIT SignalAppendLog(tr("同步完成"), LogColors::Success);
         CDebugLog::AddLog(QStringLiteral("同步批次全部完成"));

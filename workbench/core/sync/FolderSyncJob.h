@@ -77,6 +77,7 @@ private:
 
     void SetPhase(Phase phase);
     void Log(const QString& text, const QColor& color);
+    void LogLeftOut();
     void OnScanned(bool ok, const QList<SyncEntry>& local, const QList<SyncEntry>& machine, const QString& error);
     void OnCompared(const QList<SyncConflict>& differing);
     void Decide();

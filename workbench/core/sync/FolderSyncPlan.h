@@ -43,6 +43,9 @@ public:
     QList<SyncConflict> listConflict;
     // Files of equal size on both sides: the same file unless their contents are compared.
     QList<SyncConflict> listSameSize;
+    // Files of either side that take no part, by reason (each path counted once).
+    int iLeftOutType = 0;
+    int iLeftOutHidden = 0;
     // Parents before children, so that they can be created in order.
     QStringList listMachineDirs;
     QStringList listLocalDirs;
