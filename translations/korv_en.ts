@@ -326,6 +326,14 @@ Which version do you want to keep?</translation>
     Local: %1
     Machine: %2</translation>
     </message>
+    <message>
+        <source>比较</source>
+        <translation>Compare</translation>
+    </message>
+    <message>
+        <source>本地文件：%1</source>
+        <translation>Local file: %1</translation>
+    </message>
 </context>
 <context>
     <name>FilePanelOperations</name>
@@ -575,6 +583,10 @@ Which version do you want to keep?</translation>
     <message>
         <source>本地磁盘</source>
         <translation>Local disk</translation>
+    </message>
+    <message>
+        <source>历史版本…</source>
+        <translation>History…</translation>
     </message>
 </context>
 <context>
@@ -1029,6 +1041,36 @@ Which version do you want to keep?</translation>
     </message>
 </context>
 <context>
+    <name>HistoryController</name>
+    <message>
+        <source>提示</source>
+        <translation>Notice</translation>
+    </message>
+    <message>
+        <source>当前未与机床进行连接！</source>
+        <translation>No machine is connected.</translation>
+    </message>
+</context>
+<context>
+    <name>HistoryStore</name>
+    <message>
+        <source>无法创建历史版本文件夹：%1</source>
+        <translation>Cannot create the history folder: %1</translation>
+    </message>
+    <message>
+        <source>无法打开历史版本记录：%1</source>
+        <translation>Cannot open the history: %1</translation>
+    </message>
+    <message>
+        <source>历史版本记录正被另一个运行中的工作台使用：%1</source>
+        <translation>The history is in use by another running workbench: %1</translation>
+    </message>
+    <message>
+        <source>历史版本记录已损坏，未作任何改动：%1（%2）</source>
+        <translation>The history is damaged and was left as it is: %1 (%2)</translation>
+    </message>
+</context>
+<context>
     <name>HostWindow</name>
     <message>
         <source>Korv CAM</source>
@@ -1139,6 +1181,21 @@ Which version do you want to keep?</translation>
     <message>
         <source>断开与机床（IP: %1）的连接，改为连接 %2</source>
         <translation>Ending the connection to the machine (IP: %1) to connect to %2</translation>
+    </message>
+</context>
+<context>
+    <name>MachineCopyCompare</name>
+    <message>
+        <source>提示</source>
+        <translation>Notice</translation>
+    </message>
+    <message>
+        <source>无法读取机床当前版本：%1</source>
+        <translation>Cannot read the machine&apos;s current copy: %1</translation>
+    </message>
+    <message>
+        <source>机床当前版本：%1</source>
+        <translation>Machine&apos;s current copy: %1</translation>
     </message>
 </context>
 <context>
@@ -1257,7 +1314,7 @@ Which version do you want to keep?</translation>
     </message>
     <message>
         <source>文件夹不能直接传输：%1。请打开文件夹选择其中的程序，或使用“同步”</source>
-        <translation>A folder is not sent as a whole: %1. Open it and select its programs, or use "Sync".</translation>
+        <translation>A folder is not sent as a whole: %1. Open it and select its programs, or use &quot;Sync&quot;.</translation>
     </message>
 </context>
 <context>
@@ -1280,6 +1337,14 @@ Which version do you want to keep?</translation>
     <message>
         <source>设为加工程序</source>
         <translation>Set as program</translation>
+    </message>
+    <message>
+        <source>历史版本…</source>
+        <translation>History…</translation>
+    </message>
+    <message>
+        <source>历史</source>
+        <translation>History</translation>
     </message>
 </context>
 <context>
@@ -1584,6 +1649,143 @@ Which version do you want to keep?</translation>
     <message>
         <source>PanelManager</source>
         <translation>PanelManager</translation>
+    </message>
+</context>
+<context>
+    <name>ProgramCompareDialog</name>
+    <message>
+        <source>忽略空白</source>
+        <translation>Ignore white space</translation>
+    </message>
+    <message>
+        <source>忽略注释</source>
+        <translation>Ignore comments</translation>
+    </message>
+    <message>
+        <source>忽略程序段号</source>
+        <translation>Ignore block numbers</translation>
+    </message>
+    <message>
+        <source>比较</source>
+        <translation>Compare</translation>
+    </message>
+    <message>
+        <source>关闭</source>
+        <translation>Close</translation>
+    </message>
+    <message>
+        <source>内容相同</source>
+        <translation>Identical</translation>
+    </message>
+    <message>
+        <source>%1 行不同</source>
+        <translation>%1 lines differ</translation>
+    </message>
+</context>
+<context>
+    <name>ProgramHistory</name>
+    <message>
+        <source>无法保留%1的历史版本，未作改动：%2</source>
+        <translation>Cannot keep the history of %1; nothing was changed: %2</translation>
+    </message>
+    <message>
+        <source>无法读取机床文件夹，未能保留%1的历史版本，未作改动</source>
+        <translation>Cannot read the machine folder, so the history of %1 was not kept; nothing was changed</translation>
+    </message>
+    <message>
+        <source>%1超过历史版本的大小上限，不保留历史版本</source>
+        <translation>%1 is larger than the history size limit; no copy is kept</translation>
+    </message>
+    <message>
+        <source>无法从机床取回%1的当前版本，未作改动：%2</source>
+        <translation>Cannot fetch the current copy of %1 from the machine; nothing was changed: %2</translation>
+    </message>
+    <message>
+        <source>读取失败</source>
+        <translation>read failed</translation>
+    </message>
+    <message>
+        <source>无法保存%1的历史版本，未作改动</source>
+        <translation>Cannot save the history of %1; nothing was changed</translation>
+    </message>
+    <message>
+        <source>历史版本清理失败：%1</source>
+        <translation>Cleaning up the history failed: %1</translation>
+    </message>
+    <message>
+        <source>无法读取历史版本：%1</source>
+        <translation>Cannot read the kept version: %1</translation>
+    </message>
+</context>
+<context>
+    <name>ProgramHistoryDialog</name>
+    <message>
+        <source>版本 %1（%2）</source>
+        <translation>Version %1 (%2)</translation>
+    </message>
+    <message>
+        <source>比较所选版本</source>
+        <translation>Compare selected</translation>
+    </message>
+    <message>
+        <source>与机床当前版本比较</source>
+        <translation>Compare with machine</translation>
+    </message>
+    <message>
+        <source>恢复此版本</source>
+        <translation>Restore this version</translation>
+    </message>
+    <message>
+        <source>历史版本</source>
+        <translation>Program history</translation>
+    </message>
+    <message>
+        <source>程序</source>
+        <translation>Program</translation>
+    </message>
+    <message>
+        <source>状态</source>
+        <translation>State</translation>
+    </message>
+    <message>
+        <source>版本</source>
+        <translation>Version</translation>
+    </message>
+    <message>
+        <source>保存时间</source>
+        <translation>Saved</translation>
+    </message>
+    <message>
+        <source>大小</source>
+        <translation>Size</translation>
+    </message>
+    <message>
+        <source>替换原因</source>
+        <translation>Replaced by</translation>
+    </message>
+    <message>
+        <source>替换或删除前保留此机床程序的历史版本</source>
+        <translation>Keep this machine&apos;s programs before replacing or deleting them</translation>
+    </message>
+    <message>
+        <source>关闭</source>
+        <translation>Close</translation>
+    </message>
+    <message>
+        <source>已从机床删除</source>
+        <translation>Deleted from the machine</translation>
+    </message>
+    <message>
+        <source>已删除</source>
+        <translation>Deleted</translation>
+    </message>
+    <message>
+        <source>被 %1 覆盖</source>
+        <translation>Replaced by %1</translation>
+    </message>
+    <message>
+        <source>被 %1 重命名覆盖</source>
+        <translation>Renamed over by %1</translation>
     </message>
 </context>
 <context>

@@ -10,6 +10,7 @@
 #include "DiscoveryAddressList.h"
 #include "KorvBaseGlobals.h"
 #include "KorvLanguage.h"
+#include "MachineFileService.h"
 #include "MachineFleet.h"
 #include "MachinePortMap.h"
 #include "SimShop.h"
@@ -19,6 +20,9 @@
 #include "filepanel/FileSelectPanel.h"
 #include "filepanel/FileTreeView.h"
 #include "fleetpage/FleetPage.h"
+#include "history/HistoryController.h"
+#include "history/ProgramCompareDialog.h"
+#include "history/ProgramHistoryDialog.h"
 #include "toolpage/ToolPage.h"
 #include "transfer/TransInfo.h"
 #include "transfer/TransList.h"
@@ -42,6 +46,7 @@
 #include <QTabBar>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTreeWidget>
 #include <cstdio>
 #include <functional>
 #include <memory>
@@ -304,6 +309,58 @@ bool StatusPage()
     return Save(space.grab().toImage(), QStringLiteral("status_page_running"));
 }
 
+// A program replaced twice from the office: its history, and the two kept versions compared.
+bool ProgramHistoryScene()
+{
+    Machine machine;
+    const QStringList versions = {
+        QStringLiteral("%\nO2001 (POCKET)\nG90 G54 G17\nT3 M6\nS9000 M3\nG0 X0 Y0 Z5\nG1 Z-2 F200\nG1 X40 F600\n"
+                       "G1 Y30\nG1 X0\nG1 Y0\nG0 Z5\nM30\n%\n"),
+        QStringLiteral("%\nO2001 (POCKET)\nG90 G54 G17\nT3 M6\nS8000 M3 (SLOWER FOR 6061)\nG0 X0 Y0 Z5\nG1 Z-2 F150\n"
+                       "G1 X40 F450\nG1 Y30\nG1 X0\nG1 Y0\nG0 Z5\nM30\n%\n"),
+        QStringLiteral("%\nO2001 (POCKET)\nG90 G54 G17\nT3 M6\nS8000 M3\nG0 X0 Y0 Z5\nG1 Z-1 F150\nG1 X40 F450\n"
+                       "G1 Y30\nG1 X0\nG1 Y0\nG1 Z-2\nG1 X40 Y30\nG0 Z5\nM30\n%\n")};
+    const QString program = QDir(machine.Root()).filePath(QStringLiteral("pocket.nc"));
+    QFile first(program);
+    NEED(first.open(QIODevice::WriteOnly) && first.write(versions.at(0).toUtf8()) > 0);
+    first.close();
+    NEED(machine.Start(SimOptions()));
+    NEED(machine.Connect(QSize(1280, 800), [](Workspace& space) { return space.FileService()->Endpoint().IsValid(); }));
+    Workspace& space = machine.Space();
+    QTemporaryDir office;
+    for (int i = 1; i < versions.size(); ++i) {
+        const QString local = office.filePath(QStringLiteral("pocket.nc"));
+        QFile file(local);
+        NEED(file.open(QIODevice::WriteOnly | QIODevice::Truncate) && file.write(versions.at(i).toUtf8()) > 0);
+        file.close();
+        space.FileService()->Transfer(space.FileService()->Endpoint(),
+                                      {TransferItem{true, local, QStringLiteral("/pocket.nc"), OperationCopy}},
+                                      RequestOrigin::FilePage, true);
+        NEED(QTest::qWaitFor(
+            [&] {
+                QFile sent(program);
+                return sent.open(QIODevice::ReadOnly) && sent.readAll() == versions.at(i).toUtf8();
+            },
+            20000));
+        NEED(QTest::qWaitFor([&] { return !space.FileService()->IsBusy(); }, 20000));
+    }
+    space.HistoryViews()->ShowHistory(QStringLiteral("/pocket.nc"));
+    ProgramHistoryDialog* dialog = space.HistoryViews()->Dialog();
+    NEED(dialog && QTest::qWaitForWindowExposed(dialog));
+    QTreeWidget* tree = dialog->VersionTree();
+    NEED(tree->topLevelItemCount() == 2);
+    tree->topLevelItem(0)->setSelected(true);
+    tree->topLevelItem(1)->setSelected(true);
+    QTest::qWait(100);
+    NEED(Save(dialog->grab().toImage(), QStringLiteral("program_history")));
+    QTest::mouseClick(dialog->CompareButton(), Qt::LeftButton);
+    auto* compare = dialog->findChild<ProgramCompareDialog*>();
+    NEED(compare && QTest::qWaitForWindowExposed(compare));
+    compare->resize(1100, 520);
+    QTest::qWait(100);
+    return Save(compare->grab().toImage(), QStringLiteral("program_compare"));
+}
+
 bool BindingDialogs()
 {
     Machine machine;
@@ -446,7 +503,8 @@ int main(int argc, char** argv)
     // Boxes that the scenes raise along the way (a notice on disconnect) are confirmed at once.
     CVarnokMessageBox::SetTestResponder([](const StructMsgBoxRequest&) { return StructMsgBoxAnswer{}; });
     int failed = 0;
-    for (const auto& scene : {FilePanels, TransferManager, StatusPage, BindingDialogs, MachineList, MachinesPage})
+    for (const auto& scene :
+         {FilePanels, TransferManager, StatusPage, BindingDialogs, MachineList, MachinesPage, ProgramHistoryScene})
         failed += scene() ? 0 : 1;
     return failed == 0 ? 0 : 1;
 }

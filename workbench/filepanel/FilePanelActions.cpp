@@ -26,6 +26,7 @@ enum MenuAction
     ActionCopy,
     ActionCut,
     ActionPaste,
+    ActionHistory, // machine panel only
     ActionRefresh, // keys only
     ActionUp,      // keys only
 };
@@ -46,7 +47,8 @@ FilePanelActions::FilePanelActions(FilePanelContext* panel, FilePanelOperations*
                              QCoreApplication::translate("FileSelectPanel", "打开"),
                              QCoreApplication::translate("FileSelectPanel", "复制"),
                              QCoreApplication::translate("FileSelectPanel", "剪切"),
-                             QCoreApplication::translate("FileSelectPanel", "粘贴")};
+                             QCoreApplication::translate("FileSelectPanel", "粘贴"),
+                             QCoreApplication::translate("FileSelectPanel", "历史版本…")};
     for (const QString& text : texts) {
         auto* action = new QAction(text, panel->PanelWidget());
         const int index = int(m_listActions.size());
@@ -112,6 +114,9 @@ void FilePanelActions::ShowMenu(const QPoint& pos)
             }
         }
     }
+    if (!m_pPanel->IsLocal() && !bComputerView) {
+        actions << ActionHistory;
+    }
     for (const int action : std::as_const(actions)) {
         m_pMenu->addAction(m_listActions.at(action));
     }
@@ -144,6 +149,9 @@ void FilePanelActions::Trigger(int action)
         break;
     case ActionPaste:
         m_pOperations->Paste();
+        break;
+    case ActionHistory:
+        m_pOperations->ShowHistory();
         break;
     case ActionRefresh:
         m_pPanel->RefreshPanel();

@@ -222,6 +222,14 @@ void FilePanelOperations::DeleteSelected()
                             });
 }
 
+void FilePanelOperations::ShowHistory()
+{
+    const QList<FilePanelContext::Entry> entries = m_pPanel->SelectedEntries();
+    const bool bOneFile = entries.size() == 1 && entries.first().iKind == FileItemKind::File;
+    if (m_pRequests)
+        Q_EMIT m_pRequests->SignalShowHistory(bOneFile ? entries.first().strPath : QString());
+}
+
 void FilePanelOperations::Delete(const QList<FilePanelContext::Entry>& entries)
 {
     if (!m_pPanel->IsLocal()) {

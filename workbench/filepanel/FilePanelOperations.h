@@ -41,6 +41,8 @@ public:
     void DeleteSelected();
     void NewFolder();
     void NewFile();
+    // The machine panel's program history: of the one selected file, else of every program.
+    void ShowHistory();
     // Whether the entry may be renamed at all; a refusal is logged and shown.
     bool MayRename(const QString& name, bool bFolder);
     // Carries out an in-place rename; false when it was refused or failed (the edit is undone then).

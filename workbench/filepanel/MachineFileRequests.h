@@ -23,4 +23,6 @@ Q_SIGNALS:
     void SignalDelete(const QStringList& files, const QStringList& folders);
     void SignalRename(const QString& oldPath, const QString& newPath);
     void SignalMakeDir(const QString& path);
+    // The kept versions of a program; an empty path: of all the machine's programs.
+    void SignalShowHistory(const QString& machinePath);
 };

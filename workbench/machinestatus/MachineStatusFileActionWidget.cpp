@@ -34,6 +34,11 @@ MachineStatusFileActionWidget::MachineStatusFileActionWidget(bool bFile, QWidget
             MakeButton(this, QStringLiteral(":/icon/MachineStatus/ico_machine_status_run.png"), tr("设为加工程序"));
         layout->addWidget(m_pBtnLoad);
         connect(m_pBtnLoad, &QToolButton::pressed, this, &MachineStatusFileActionWidget::SignalLoadProgram);
+        m_pBtnHistory = MakeButton(this, QString(), tr("历史版本…"));
+        m_pBtnHistory->setText(tr("历史"));
+        m_pBtnHistory->setToolButtonStyle(Qt::ToolButtonTextOnly);
+        layout->addWidget(m_pBtnHistory);
+        connect(m_pBtnHistory, &QToolButton::pressed, this, &MachineStatusFileActionWidget::SignalShowHistory);
     }
     layout->addStretch(1);
 }

@@ -254,6 +254,10 @@ void MachineStatusProgramPanel::AppendEntry(QStandardItem* parent, const QString
     connect(widget, &MachineStatusFileActionWidget::SignalDelete, this, [this, index]() { SlotActionDelete(index); });
     connect(widget, &MachineStatusFileActionWidget::SignalLoadProgram, this,
             [this, index]() { SlotActionLoadProgram(index); });
+    connect(widget, &MachineStatusFileActionWidget::SignalShowHistory, this, [this, index]() {
+        if (const QStandardItem* item = m_pFileModel->itemFromIndex(index))
+            Q_EMIT SignalShowHistoryRequested(item->data(RolePath).toString());
+    });
     m_pUi->treeViewFiles->setIndexWidget(action->index(), widget);
 }
 

@@ -58,6 +58,7 @@ public:
 
 Q_SIGNALS:
     void SignalLoadProgramRequested(const QString& machinePath);
+    void SignalShowHistoryRequested(const QString& machinePath);
 
 public Q_SLOTS:
     void SlotOnListResult(QString dirPath, bool success, QList<FtpFileInfo> items);

@@ -15,6 +15,7 @@
 #include "filepanel/FileSelectPanel.h"
 #include "filepanel/MachineFileRequests.h"
 #include "filepanel/MachineListingSource.h"
+#include "history/MachineCopyCompare.h"
 #include "toolpage/ToolPage.h"
 #include "transfer/TransList.h"
 #include "transfer/TransManager.h"
@@ -24,6 +25,7 @@
 #include <QClipboard>
 #include <QDebug>
 #include <QDesktopServices>
+#include <QDir>
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QMimeData>
@@ -84,11 +86,28 @@ void FilePageController::ConnectRequests()
             [](const QString& folder) { QDesktopServices::openUrl(QUrl::fromLocalFile(folder)); });
     // One question per batch, whatever way the batch was asked for.
     QWidget* window = m_parts.window;
-    files->SetOverwriteAsker([window](const QList<OverwriteEntry>& entries, std::function<void(bool)> answer) {
-        CVarnokMessageBox::Open(window, MsgButtonYes | MsgButtonNo, MsgIconWarning, NoticeTitle(),
-                                OverwriteQuestion::Text(entries), {},
-                                [answer = std::move(answer)](int button) { answer(button == MsgButtonYes); });
-    });
+    m_fnAskOverwrite = [this, window](const QList<OverwriteEntry>& entries, std::function<void(bool)> answer) {
+        CVarnokMessageBox::Open(window, MsgButtonYes | MsgButtonNo | MsgButtonIgnore, MsgIconWarning, NoticeTitle(),
+                                OverwriteQuestion::Text(entries), {{MsgButtonIgnore, tr("比较")}},
+                                [this, entries, answer = std::move(answer)](int button) {
+                                    if (button == MsgButtonIgnore)
+                                        CompareBeforeOverwrite(entries, answer);
+                                    else
+                                        answer(button == MsgButtonYes);
+                                });
+    };
+    files->SetOverwriteAsker(m_fnAskOverwrite);
+}
+
+void FilePageController::CompareBeforeOverwrite(const QList<OverwriteEntry>& entries, std::function<void(bool)> answer)
+{
+    // The first file of the batch beside the copy it would replace; the question comes back after.
+    const OverwriteEntry& first = entries.first();
+    const QString local = first.bUpload ? first.strSource : first.strTarget;
+    const QString machine = first.bUpload ? first.strTarget : first.strSource;
+    MachineCopyCompare::Open(m_parts.window, m_parts.files, m_parts.files->Endpoint(),
+                             tr("本地文件：%1").arg(QDir::toNativeSeparators(local)), local, machine,
+                             [this, entries, answer]() { m_fnAskOverwrite(entries, answer); });
 }
 
 void FilePageController::ConnectAnswers()

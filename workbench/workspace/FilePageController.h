@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CommonDefine.h"
+#include "FileRequest.h"
 
 #include <QObject>
 #include <QPointer>
@@ -50,6 +51,7 @@ Q_SIGNALS:
 private:
     void ConnectRequests();
     void ConnectAnswers();
+    void CompareBeforeOverwrite(const QList<OverwriteEntry>& entries, std::function<void(bool)> answer);
     void ConnectConnection();
     void ConnectFolderSync();
     void AddSyncSettings();
@@ -58,4 +60,6 @@ private:
     FolderSync* m_pFolderSync = nullptr;
     SyncButtonLook* m_pSyncLook = nullptr;
     QPointer<CProgressWidget> m_pProgressWidget;
+    // Kept so that the question can be asked again after a compare.
+    OverwriteAsker m_fnAskOverwrite;
 };

@@ -14,11 +14,13 @@
 #include "MachineConnection.h"
 #include "MachineFileService.h"
 #include "MachineFleet.h"
+#include "ProgramHistory.h"
 #include "StatusPageController.h"
 #include "WorkbenchLog.h"
 #include "filepanel/FileManager.h"
 #include "fleetpage/FleetPage.h"
 #include "fleetpage/FleetSendController.h"
+#include "history/HistoryController.h"
 #include "machinestatus/MachineStatusWidget.h"
 #include "toolpage/ToolPage.h"
 #include "transfer/TransManager.h"
@@ -114,6 +116,8 @@ void Workspace::BuildUi()
     m_pFilePageWidget = new FilePageWidget;
     m_pFileManager = m_pFilePageWidget->GetFileManager();
     m_pFiles = new MachineFileService(this);
+    m_pHistory = new ProgramHistory(m_pFiles, this);
+    connect(m_pHistory, &ProgramHistory::SignalAppendLog, this, &Workspace::SlotAppendLog);
 
     auto* listPage = new QWidget;
     listPage->setObjectName(QStringLiteral("m_widgetTransferListPage"));
@@ -181,6 +185,8 @@ void Workspace::ConnectToolActions()
 void Workspace::ConnectStatusPage()
 {
     auto* status = new StatusPageController(this, m_pConnection, m_pFiles, m_pStatusWidget);
+    m_pHistoryViews =
+        new HistoryController(this, m_pHistory, m_pFiles, m_pFileManager->Requests(), m_pStatusWidget->ProgramPanel());
     connect(status, &StatusPageController::SignalAppendLog, this, &Workspace::SignalAppendLog);
     connect(this, &Workspace::SignalRealTimeData, status, &StatusPageController::OnRealTimeData);
     connect(this, &Workspace::SignalMachineOffline, status, &StatusPageController::OnOffline);

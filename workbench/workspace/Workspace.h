@@ -15,6 +15,8 @@ class CSelectMachineBox;
 class FileManager;
 class FolderSync;
 class MachineFileService;
+class ProgramHistory;
+class HistoryController;
 class SyncButtonLook;
 class DeviceActions;
 class FleetPage;
@@ -86,6 +88,8 @@ public:
     FileManager* GetFileManager() const { return m_pFileManager; }
     // The funnel every machine file request of the workbench goes through.
     MachineFileService* FileService() const { return m_pFiles; }
+    ProgramHistory* History() const { return m_pHistory; }
+    HistoryController* HistoryViews() const { return m_pHistoryViews; }
     FolderSync* GetFolderSync() const { return m_pFilePage->GetFolderSync(); }
     SyncButtonLook* GetSyncButtonLook() const { return m_pFilePage->GetSyncButtonLook(); }
     QSplitter* FilePageSplitter() const { return m_pFilePageWidget->Splitter(); }
@@ -161,6 +165,8 @@ private:
     CSelectMachineBox* m_pSelectBox = nullptr;
     FileManager* m_pFileManager = nullptr;
     MachineFileService* m_pFiles = nullptr;
+    ProgramHistory* m_pHistory = nullptr;
+    HistoryController* m_pHistoryViews = nullptr;
     FilePageController* m_pFilePage = nullptr;
     FilePageWidget* m_pFilePageWidget = nullptr;
     MachineStatusWidget* m_pStatusWidget = nullptr;

@@ -40,6 +40,7 @@ struct OverwriteEntry
     QDateTime newTime;
     qint64 nOldSize = -1;
     QDateTime oldTime;
+    QString strSource; // the file that would replace it
 };
 
 // Asks once per batch whether the listed files may be replaced; answers through the callback,

@@ -6,6 +6,7 @@
 #include "LogColors.h"
 #include "MachineTask.h"
 #include "MachineTaskFactory.h"
+#include "ProgramHistory.h"
 #include "TaskJob.h"
 
 #include <QDateTime>
@@ -211,7 +212,7 @@ MachineJob* MachineFileService::Transfer(const MachineEndpoint& endpoint, const 
     }
     auto* batch = new CompositeJob(this);
     if (bOverwriteDecided || origin == RequestOrigin::Retry || !m_fnAskOverwrite)
-        Enqueue(endpoint, accepted, batch);
+        KeepThenEnqueue(endpoint, accepted, batch);
     else
         AskOverwrite(endpoint, accepted, batch);
     return batch;
@@ -232,14 +233,14 @@ void MachineFileService::AskOverwrite(const MachineEndpoint& endpoint, const QLi
             return;
         }
         if (existing.isEmpty()) {
-            Enqueue(endpoint, items, guard);
+            KeepThenEnqueue(endpoint, items, guard);
             return;
         }
         m_fnAskOverwrite(existing, [this, guard, endpoint, items](bool bReplace) {
             if (!guard || guard->IsFinished())
                 return;
             if (bReplace) {
-                Enqueue(endpoint, items, guard);
+                KeepThenEnqueue(endpoint, items, guard);
                 return;
             }
             CDebugLog::AddLog(QStringLiteral("用户取消覆盖，未传输任何文件"));
@@ -292,11 +293,12 @@ void MachineFileService::CollectMachineTargets(const MachineEndpoint& endpoint, 
                         found = &entry;
                 }
                 if (item.bUpload && found)
-                    pending->entries.append(
-                        {true, item.strMachinePath, local.size(), local.lastModified(), found->size, found->time});
+                    pending->entries.append({true, item.strMachinePath, local.size(), local.lastModified(), found->size,
+                                             found->time, item.strLocalPath});
                 else if (!item.bUpload)
                     pending->entries.append({false, item.strLocalPath, found ? found->size : -1,
-                                             found ? found->time : QDateTime(), local.size(), local.lastModified()});
+                                             found ? found->time : QDateTime(), local.size(), local.lastModified(),
+                                             item.strMachinePath});
             }
             if (--pending->iLeft == 0)
                 pending->done(pending->bOk, pending->entries);
@@ -360,6 +362,56 @@ void MachineFileService::Enqueue(const MachineEndpoint& endpoint, const QList<Tr
         if (!transfer->bSilent && m_listWaiting.contains(transfer))
             Report(*transfer, TanslateInfo::StateWaiting, 0, 0);
     }
+}
+
+void MachineFileService::KeepThenEnqueue(const MachineEndpoint& endpoint, const QList<TransferItem>& items,
+                                         CompositeJob* batch)
+{
+    QList<HistoryLoss> losses;
+    for (const TransferItem& item : items) {
+        if (item.bUpload)
+            losses.append(
+                {item.strMachinePath, HistoryCause::Replaced, LastPart(QDir::fromNativeSeparators(item.strLocalPath))});
+    }
+    if (!m_pHistory || losses.isEmpty()) {
+        Enqueue(endpoint, items, batch);
+        return;
+    }
+    const QPointer<CompositeJob> guard(batch);
+    m_pHistory->Keep(endpoint, losses, [this, guard, endpoint, items](const QHash<QString, QString>& refused) {
+        if (!guard || guard->IsFinished())
+            return;
+        QList<TransferItem> kept;
+        bool bNoticed = false;
+        for (const TransferItem& item : items) {
+            const QString reason = refused.value(item.strMachinePath);
+            if (reason.isEmpty()) {
+                kept.append(item);
+                continue;
+            }
+            // One box for the batch; every refused file is in the log.
+            guard->AddSubjob(Refuse(reason, !bNoticed));
+            bNoticed = true;
+        }
+        Enqueue(endpoint, kept, guard);
+    });
+}
+
+MachineJob* MachineFileService::KeepThenChange(const MachineEndpoint& endpoint, const QList<HistoryLoss>& losses,
+                                               std::function<MachineJob*()> change)
+{
+    if (!m_pHistory || losses.isEmpty())
+        return change();
+    auto* batch = new CompositeJob(this);
+    const QPointer<CompositeJob> guard(batch);
+    m_pHistory->Keep(endpoint, losses, [this, guard, change](const QHash<QString, QString>& refused) {
+        if (!guard || guard->IsFinished())
+            return;
+        // Nothing is deleted or renamed over unless every program it would lose was kept.
+        guard->AddSubjob(refused.isEmpty() ? change() : Refuse(refused.cbegin().value(), true));
+        guard->Seal();
+    });
+    return batch;
 }
 
 void MachineFileService::StartWaiting()
@@ -631,23 +683,32 @@ MachineJob* MachineFileService::Delete(const MachineEndpoint& endpoint, const QS
     }
     CDebugLog::AddLog(
         QStringLiteral("SlotDeleteItemsTriggered fileCount:%1, folderCount:%2").arg(files.size()).arg(folders.size()));
+    QList<HistoryLoss> losses;
+    for (const bool bFolder : {false, true}) {
+        for (const QString& path : bFolder ? folders : files)
+            losses.append({path, HistoryCause::Deleted, QString(), bFolder});
+    }
     if (files.size() + folders.size() == 1) {
         const bool bFolder = files.isEmpty();
         const QString path = bFolder ? folders.first() : files.first();
         qDebug() << (bFolder ? "删除文件夹:" : "删除文件:") << path;
-        return StartChange(
-            endpoint,
-            [this, endpoint, path, bFolder]() {
-                return bFolder ? m_pFactory->DeleteFolder(endpoint, path) : m_pFactory->DeleteFile(endpoint, path);
-            },
-            bFolder ? QStringLiteral("DeleteFTPForder result:%1, url:%2")
-                    : QStringLiteral("DeleteFTPFile result:%1, url:%2"),
-            bFolder ? tr("删除文件夹") : tr("删除文件"),
-            bFolder ? tr("正在删除文件夹，请稍候") : tr("正在删除文件，请稍候"), true);
+        return KeepThenChange(endpoint, losses, [=]() {
+            return StartChange(
+                endpoint,
+                [this, endpoint, path, bFolder]() {
+                    return bFolder ? m_pFactory->DeleteFolder(endpoint, path) : m_pFactory->DeleteFile(endpoint, path);
+                },
+                bFolder ? QStringLiteral("DeleteFTPForder result:%1, url:%2")
+                        : QStringLiteral("DeleteFTPFile result:%1, url:%2"),
+                bFolder ? tr("删除文件夹") : tr("删除文件"),
+                bFolder ? tr("正在删除文件夹，请稍候") : tr("正在删除文件，请稍候"), true);
+        });
     }
-    return StartChange(
-        endpoint, [this, endpoint, files, folders]() { return m_pFactory->DeleteItems(endpoint, files, folders); },
-        QStringLiteral("DeleteFtpItems result:%1, url:%2"), tr("删除"), tr("正在删除，请稍候"), true);
+    return KeepThenChange(endpoint, losses, [=]() {
+        return StartChange(
+            endpoint, [this, endpoint, files, folders]() { return m_pFactory->DeleteItems(endpoint, files, folders); },
+            QStringLiteral("DeleteFtpItems result:%1, url:%2"), tr("删除"), tr("正在删除，请稍候"), true);
+    });
 }
 
 MachineJob* MachineFileService::Rename(const MachineEndpoint& endpoint, const QString& oldPath, const QString& newPath,
@@ -664,9 +725,12 @@ MachineJob* MachineFileService::Rename(const MachineEndpoint& endpoint, const QS
         reason = endpoint.nameRules.Violation(LastPart(newPath));
     if (!reason.isEmpty())
         return Refuse(reason, true);
-    return StartChange(
-        endpoint, [this, endpoint, oldPath, newPath]() { return m_pFactory->Rename(endpoint, oldPath, newPath); },
-        QStringLiteral("RenameFtpFile result:%1, url:%2"), QString(), QString(), true);
+    // A rename onto an existing program replaces it: that one is kept first.
+    return KeepThenChange(endpoint, {{newPath, HistoryCause::RenamedOver, LastPart(oldPath)}}, [=]() {
+        return StartChange(
+            endpoint, [this, endpoint, oldPath, newPath]() { return m_pFactory->Rename(endpoint, oldPath, newPath); },
+            QStringLiteral("RenameFtpFile result:%1, url:%2"), QString(), QString(), true);
+    });
 }
 
 MachineJob* MachineFileService::MakeDir(const MachineEndpoint& endpoint, const QString& path, RequestOrigin origin)

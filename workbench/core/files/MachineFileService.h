@@ -17,6 +17,8 @@
 
 class CompositeJob;
 class MachineJob;
+class ProgramHistory;
+struct HistoryLoss;
 class MachineTaskFactory;
 class TaskJob;
 
@@ -42,6 +44,10 @@ public:
     ~MachineFileService() override;
 
     void SetTaskFactory(std::shared_ptr<MachineTaskFactory> factory) { m_pFactory = std::move(factory); }
+    const std::shared_ptr<MachineTaskFactory>& TaskFactory() const { return m_pFactory; }
+    // Where programs are kept before they are replaced, renamed over or deleted; none when unset.
+    // It must outlive the funnel.
+    void SetHistory(ProgramHistory* history) { m_pHistory = history; }
     // The connected machine; an empty endpoint when none is.
     void SetEndpoint(const MachineEndpoint& endpoint);
     const MachineEndpoint& Endpoint() const { return m_endpoint; }
@@ -136,6 +142,10 @@ private:
                                std::function<void(bool, QList<OverwriteEntry>)> done);
     void Enqueue(const MachineEndpoint& endpoint, const QList<TransferItem>& items, CompositeJob* batch,
                  bool bSilent = false);
+    // The history step: uploads whose machine copy could not be kept are refused, the rest queued.
+    void KeepThenEnqueue(const MachineEndpoint& endpoint, const QList<TransferItem>& items, CompositeJob* batch);
+    MachineJob* KeepThenChange(const MachineEndpoint& endpoint, const QList<HistoryLoss>& losses,
+                               std::function<MachineJob*()> change);
     void StartWaiting();
     void StartTransfer(const std::shared_ptr<QueuedTransfer>& transfer);
     void OnTransferEnded(const std::shared_ptr<QueuedTransfer>& transfer, bool ok, const QString& message);
@@ -155,6 +165,7 @@ private:
     QString m_strAutoCamFolder;
     OverwriteAsker m_fnAskOverwrite;
     std::function<QString(const QString&)> m_fnRunningProgramOf;
+    ProgramHistory* m_pHistory = nullptr;
     QList<std::shared_ptr<QueuedTransfer>> m_listWaiting;
     QList<std::shared_ptr<QueuedTransfer>> m_listRunning;
     // Every failed transfer by row key, so that the row can be retried.

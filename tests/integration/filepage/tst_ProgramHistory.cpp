@@ -1,0 +1,175 @@
+#include "HistoryStore.h"
+#include "KorvBaseGlobals.h"
+#include "MachineConnection.h"
+#include "MachineFileService.h"
+#include "MachineJob.h"
+#include "ProgramHistory.h"
+#include "SimWorkspaceFixture.h"
+#include "filepanel/FileManager.h"
+#include "filepanel/FileSelectPanel.h"
+#include "filepanel/FileTreeView.h"
+
+#include <QApplication>
+#include <QDropEvent>
+#include <QItemSelectionModel>
+#include <QMimeData>
+#include <QPushButton>
+#include <QTest>
+#include <algorithm>
+
+namespace {
+const QString Ip = QStringLiteral("127.0.0.1");
+
+void Select(FileSelectPanel* panel, const QString& name)
+{
+    QItemSelectionModel* selection = panel->TreeView()->selectionModel();
+    selection->clearSelection();
+    selection->select(SimWorkspaceFixture::PanelRow(*panel, name),
+                      QItemSelectionModel::Select | QItemSelectionModel::Rows);
+}
+
+void Drop(FileSelectPanel* panel, const QString& localPath)
+{
+    QMimeData mime;
+    mime.setUrls({QUrl::fromLocalFile(localPath)});
+    const QPoint pos = panel->rect().center();
+    QDragEnterEvent enter(pos, Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(panel, &enter);
+    QDropEvent drop(QPointF(pos), Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(panel, &drop);
+}
+} // namespace
+
+// The program history of a shown Workspace against the simulator: every way of replacing or
+// deleting a machine program keeps its old bytes first, and a program that cannot be fetched
+// is not replaced.
+class TestProgramHistory : public QObject, public SimWorkspaceFixture
+{
+    Q_OBJECT
+
+private:
+    HistoryStore* Store() const { return m_workspace->History()->Store(QString::fromLatin1(kSn)); }
+
+    // The bytes of the newest kept version of a machine program; empty when none is kept.
+    QByteArray Kept(const QString& machinePath) const
+    {
+        const QList<HistoryVersion> versions = Store()->Versions(machinePath);
+        return versions.isEmpty() ? QByteArray() : Read(Store()->ContentPath(versions.first().strHash));
+    }
+
+    MachineEndpoint Endpoint() const { return m_workspace->FileService()->Endpoint(); }
+
+    bool Idle() const { return !g_bTranslating && !m_workspace->FileService()->IsBusy(); }
+
+private Q_SLOTS:
+    void initTestCase() { SetUpFixture(); }
+    void init()
+    {
+        ResetFixture();
+        QDir(m_configDir.filePath(QStringLiteral("ProgramHistory"))).removeRecursively();
+    }
+    void cleanup() { TearDownFixture(); }
+
+    void everyWayOfReplacingKeepsTheEditedProgram()
+    {
+        StartSimulator(DefaultSimOptions());
+        QMap<QString, QByteArray> edited;
+        QMap<QString, QByteArray> office;
+        for (const QString name : {"arrow.nc", "paste.nc", "drop.nc", "sync.nc"}) {
+            edited.insert(name, RandomBytes(2000));
+            office.insert(name, RandomBytes(3000));
+            Write(MachineFile(name), edited.value(name));
+            Write(LocalFile(name), office.value(name));
+        }
+        ConnectWorkspace();
+        FileManager* manager = m_workspace->GetFileManager();
+        FileSelectPanel* local = manager->LocalPanel();
+
+        Select(local, QStringLiteral("arrow.nc"));
+        QTest::mouseClick(manager->UploadButton(), Qt::LeftButton);
+        QTRY_COMPARE_WITH_TIMEOUT(Read(MachineFile(QStringLiteral("arrow.nc"))), office.value("arrow.nc"), 15000);
+
+        QTRY_VERIFY_WITH_TIMEOUT(Idle(), 10000);
+        Select(local, QStringLiteral("paste.nc"));
+        QTest::keyClick(local->TreeView(), Qt::Key_C, Qt::ControlModifier);
+        QTest::keyClick(manager->MachinePanel()->TreeView(), Qt::Key_V, Qt::ControlModifier);
+        QTRY_COMPARE_WITH_TIMEOUT(Read(MachineFile(QStringLiteral("paste.nc"))), office.value("paste.nc"), 15000);
+
+        QTRY_VERIFY_WITH_TIMEOUT(Idle(), 10000);
+        Drop(manager->MachinePanel(), LocalFile(QStringLiteral("drop.nc")));
+        QTRY_COMPARE_WITH_TIMEOUT(Read(MachineFile(QStringLiteral("drop.nc"))), office.value("drop.nc"), 15000);
+
+        // The synchronisation's conflict is answered "keep the local version".
+        QTRY_VERIFY_WITH_TIMEOUT(Idle(), 10000);
+        m_workspace->SlotFileSyncBtnClicked();
+        QTRY_COMPARE_WITH_TIMEOUT(Read(MachineFile(QStringLiteral("sync.nc"))), office.value("sync.nc"), 15000);
+
+        for (auto it = edited.cbegin(); it != edited.cend(); ++it) {
+            QTRY_COMPARE_WITH_TIMEOUT(Kept(QLatin1Char('/') + it.key()), it.value(), 5000);
+            const HistoryVersion version = Store()->Versions(QLatin1Char('/') + it.key()).first();
+            QCOMPARE(version.eCause, HistoryCause::Replaced);
+            QCOMPARE(version.strBy, it.key());
+            QCOMPARE(version.nSize, 2000);
+        }
+    }
+
+    void deletedProgramIsRestoredByteForByte()
+    {
+        StartSimulator(DefaultSimOptions());
+        const QByteArray program = RandomBytes(5000);
+        Write(MachineFile(QStringLiteral("gone.nc")), program);
+        ConnectWorkspace();
+        m_workspace->FileService()->Delete(Endpoint(), {QStringLiteral("/gone.nc")}, {}, RequestOrigin::FilePage);
+        QTRY_VERIFY_WITH_TIMEOUT(!QFileInfo::exists(MachineFile(QStringLiteral("gone.nc"))), 10000);
+        const QList<HistoryVersion> programs = Store()->Programs();
+        QCOMPARE(programs.size(), 1);
+        QCOMPARE(programs.first().eCause, HistoryCause::Deleted);
+
+        QTRY_VERIFY_WITH_TIMEOUT(Idle(), 10000);
+        m_workspace->History()->Restore(Endpoint(), programs.first());
+        QTRY_COMPARE_WITH_TIMEOUT(Read(MachineFile(QStringLiteral("gone.nc"))), program, 15000);
+        // Restoring over a program now on the machine keeps that one in turn.
+        QTRY_VERIFY_WITH_TIMEOUT(Idle(), 10000);
+        const QByteArray newer = RandomBytes(700);
+        Write(MachineFile(QStringLiteral("gone.nc")), newer);
+        m_workspace->History()->Restore(Endpoint(), programs.first());
+        QTRY_COMPARE_WITH_TIMEOUT(Kept(QStringLiteral("/gone.nc")), newer, 15000);
+        QTRY_COMPARE_WITH_TIMEOUT(Read(MachineFile(QStringLiteral("gone.nc"))), program, 15000);
+
+        // A deleted folder takes the programs below it along: each is kept.
+        QTRY_VERIFY_WITH_TIMEOUT(Idle(), 10000);
+        const QByteArray nested = RandomBytes(900);
+        Write(MachineFile(QStringLiteral("jobs/deep/part.nc")), nested);
+        m_workspace->FileService()->Delete(Endpoint(), {}, {QStringLiteral("/jobs")}, RequestOrigin::FilePage);
+        QTRY_VERIFY_WITH_TIMEOUT(!QFileInfo::exists(MachineFile(QStringLiteral("jobs"))), 10000);
+        QCOMPARE(Kept(QStringLiteral("/jobs/deep/part.nc")), nested);
+    }
+
+    void programThatCannotBeFetchedIsNotReplaced()
+    {
+        StartSimulator(QStringList{"--ftp-refuse", "RETR:locked.nc"});
+        const QByteArray machine = RandomBytes(1500);
+        Write(MachineFile(QStringLiteral("locked.nc")), machine);
+        Write(LocalFile(QStringLiteral("locked.nc")), RandomBytes(900));
+        ConnectWorkspace();
+        FileManager* manager = m_workspace->GetFileManager();
+        Select(manager->LocalPanel(), QStringLiteral("locked.nc"));
+        QTest::mouseClick(manager->UploadButton(), Qt::LeftButton);
+        const auto refusals = [this] {
+            return std::count_if(m_listBoxes.cbegin(), m_listBoxes.cend(), [](const StructMsgBoxRequest& box) {
+                return box.strText.contains(QStringLiteral("无法从机床取回/locked.nc的当前版本"));
+            });
+        };
+        QTRY_COMPARE_WITH_TIMEOUT(refusals(), 1, 15000);
+        QTRY_VERIFY_WITH_TIMEOUT(Idle(), 10000);
+        // A delete is refused the same way.
+        m_workspace->FileService()->Delete(Endpoint(), {QStringLiteral("/locked.nc")}, {}, RequestOrigin::FilePage);
+        QTRY_COMPARE_WITH_TIMEOUT(refusals(), 2, 15000);
+        QTRY_VERIFY_WITH_TIMEOUT(Idle(), 10000);
+        QCOMPARE(Read(MachineFile(QStringLiteral("locked.nc"))), machine);
+        QVERIFY(Store()->Programs().isEmpty());
+    }
+};
+
+QTEST_MAIN(TestProgramHistory)
+#include "tst_ProgramHistory.moc"
