@@ -414,8 +414,8 @@ Which version do you want to keep?</translation>
         <translation>Could not rename the file: </translation>
     </message>
     <message>
-        <source>机床上的文件将被永久删除，无法恢复。</source>
-        <translation>Files on the machine are deleted for good; they cannot be restored.</translation>
+        <source>机床没有回收站，文件将从机床上永久删除。</source>
+        <translation>The machine has no trash: the files are deleted from it for good.</translation>
     </message>
 </context>
 <context>

@@ -211,7 +211,7 @@ void FilePanelOperations::DeleteSelected()
         names.append(entry.strName);
     // Local files go to the trash; the machine has none, so its side says so.
     const QString permanence =
-        m_pPanel->IsLocal() ? QString() : QStringLiteral("\n") + tr("机床上的文件将被永久删除，无法恢复。");
+        m_pPanel->IsLocal() ? QString() : QStringLiteral("\n") + tr("机床没有回收站，文件将从机床上永久删除。");
     CVarnokMessageBox::Open(m_pPanel->PanelWidget(), MsgButtonYes | MsgButtonNo, MsgIconWarning,
                             QCoreApplication::translate("FileSelectPanel", "提示"),
                             names.join(QLatin1Char('\n')) + QStringLiteral("\n\n") + tr("确定删除以上文件？") +
