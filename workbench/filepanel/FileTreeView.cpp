@@ -60,6 +60,8 @@ FileTreeView::FileTreeView(bool bLocal, QWidget* parent) : QTreeView(parent), m_
     setStyleSheet(QStringLiteral(
         "QTreeView {    border: 1px solid #c0c0c0;    background-color: white;    show-decoration-selected: 1;"
         "    outline:none;    padding-left:2px;    padding-right:2px;    padding-top:2px;    padding-bottom:10px;}"
+        // Keyboard focus must be seen: the focused list gets the accent border.
+        "QTreeView:focus {border: 2px solid #368bd4;}"
         "QScrollBar:vertical {background: transparent; width: 5px; margin: 0px;}"
         "QScrollBar::handle:vertical {background: rgba(0, 0, 0, 60); border-radius: 2px; min-height: 24px;}"
         "QScrollBar::add-line:vertical, QScrollBar::sub-line:vertical {height: 0px;}"
