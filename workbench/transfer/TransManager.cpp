@@ -1,5 +1,7 @@
 #include "TransManager.h"
 
+#include "CDebugLog.h"
+
 #include "TransInfo.h"
 #include "TransList.h"
 
@@ -42,6 +44,8 @@ void TransManager::BuildPanes()
 
 void TransManager::AddLog(const QString& strMessage, const QColor& color)
 {
+    // Every line the operator saw is in debug.log too, so a report can be read beside it.
+    CDebugLog::AddLog(QStringLiteral("日志：") + strMessage);
     m_pTransInfo->AddLog(strMessage, color);
 }
 
