@@ -6,6 +6,7 @@
 #include <QHBoxLayout>
 #include <QIcon>
 #include <QPixmap>
+#include <QScreen>
 #include <QStackedWidget>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -23,7 +24,11 @@ QPixmap pixmapFromBytes(const std::vector<unsigned char>& bytes)
 HostWindow::HostWindow(QWidget* parent) : QMainWindow(parent)
 {
     setWindowTitle(tr("Korv CAM"));
-    resize(1440, 900);
+    // The usual size, but never beyond a small screen's bottom edge.
+    QSize size(1440, 900);
+    if (const QScreen* shown = screen())
+        size = size.boundedTo(shown->availableGeometry().size());
+    resize(size);
 
     auto* central = new QWidget(this);
     auto* layout = new QHBoxLayout(central);
@@ -33,11 +38,11 @@ HostWindow::HostWindow(QWidget* parent) : QMainWindow(parent)
     auto* bar = new QWidget(central);
     bar->setObjectName(QStringLiteral("m_widgetWorkbenchBar"));
     bar->setFixedWidth(72);
-    bar->setStyleSheet(QStringLiteral(
-        "#m_widgetWorkbenchBar{background:#2b2f36;}"
-        "QToolButton{color:#c8ccd2;border:none;padding:8px 0px;}"
-        "QToolButton:checked{color:#ffffff;background:#3d434d;border-left:3px solid #368bd4;}"
-        "QToolButton:disabled{color:#6b717a;}"));
+    bar->setStyleSheet(
+        QStringLiteral("#m_widgetWorkbenchBar{background:#2b2f36;}"
+                       "QToolButton{color:#c8ccd2;border:none;padding:8px 0px;}"
+                       "QToolButton:checked{color:#ffffff;background:#3d434d;border-left:3px solid #368bd4;}"
+                       "QToolButton:disabled{color:#6b717a;}"));
     m_pBarLayout = new QVBoxLayout(bar);
     m_pBarLayout->setContentsMargins(0, 8, 0, 8);
     m_pBarLayout->setSpacing(4);

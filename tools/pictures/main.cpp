@@ -309,6 +309,27 @@ bool StatusPage()
     return Save(space.grab().toImage(), QStringLiteral("status_page_running"));
 }
 
+// Both pages as a 1024 x 768 screen shows them: the host's side bar and title bar leave the rest.
+bool SmallScreen()
+{
+    Machine machine;
+    const QDir demo(QStringLiteral(KORV_DEMO_DIR));
+    for (const QString& name : demo.entryList(QDir::Files))
+        QFile::copy(demo.filePath(name), QDir(machine.Root()).filePath(name));
+    SimOptions options;
+    options.runProgram = QStringLiteral("bracket_6061.nc");
+    options.timeScale = 4;
+    NEED(machine.Start(options));
+    NEED(machine.Connect(QSize(1024 - 72, 768 - 30),
+                         [](Workspace& space) { return space.PageBar()->isTabEnabled(Workspace::PageMachineStatus); }));
+    Workspace& space = machine.Space();
+    QTest::qWait(1500);
+    NEED(Save(space.grab().toImage(), QStringLiteral("small_screen_file_page")));
+    space.ShowPage(Workspace::PageMachineStatus);
+    QTest::qWait(1500);
+    return Save(space.grab().toImage(), QStringLiteral("small_screen_status_page"));
+}
+
 // A program replaced twice from the office: its history, and the two kept versions compared.
 bool ProgramHistoryScene()
 {
@@ -503,8 +524,8 @@ int main(int argc, char** argv)
     // Boxes that the scenes raise along the way (a notice on disconnect) are confirmed at once.
     CVarnokMessageBox::SetTestResponder([](const StructMsgBoxRequest&) { return StructMsgBoxAnswer{}; });
     int failed = 0;
-    for (const auto& scene :
-         {FilePanels, TransferManager, StatusPage, BindingDialogs, MachineList, MachinesPage, ProgramHistoryScene})
+    for (const auto& scene : {FilePanels, TransferManager, StatusPage, BindingDialogs, MachineList, MachinesPage,
+                              ProgramHistoryScene, SmallScreen})
         failed += scene() ? 0 : 1;
     return failed == 0 ? 0 : 1;
 }
