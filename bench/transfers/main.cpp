@@ -51,14 +51,16 @@ double TimeTransfers(Workspace& workspace, bool bUpload, const QStringList& name
     clock.start();
     MachineJob* job =
         workspace.FileService()->Transfer(workspace.Connection()->Endpoint(), items, RequestOrigin::FilePage);
-    bool bDone = false;
-    bool bOk = false;
+    bool bDone = job->IsFinished();
+    bool bOk = job->GetResult() == MachineJob::Result::Succeeded;
+    QString error = job->ErrorText();
     QObject::connect(job, &MachineJob::SignalResult, [&](MachineJob* ended) {
         bDone = true;
         bOk = ended->GetResult() == MachineJob::Result::Succeeded;
+        error = ended->ErrorText();
     });
     if (!QTest::qWaitFor([&] { return bDone; }, 600000) || !bOk)
-        Fail(QStringLiteral("transfers did not end well"));
+        Fail(QStringLiteral("transfers did not end well: ") + error);
     return clock.nsecsElapsed() / 1e9;
 }
 

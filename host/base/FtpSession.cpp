@@ -30,6 +30,7 @@ constexpr int kSalvageWaitMs = 100;
 constexpr long kStopPollMs = 100; // longest wait before a stop request is seen
 constexpr int kReconnectAttempts = 6;
 constexpr unsigned long kReconnectWaitMs = 50; // doubled on every attempt
+constexpr long kIdleLoginSeconds = 24 * 3600;
 
 // Per-step state handed to libcurl's callbacks.
 struct Transfer
@@ -153,6 +154,11 @@ QSet<QString>& ActiveModeMachines()
 {
     static auto* machines = new QSet<QString>;
     return *machines;
+}
+
+long ResponseSeconds(const FtpSettings& settings)
+{
+    return qMax(1L, long(settings.responseTimeoutMs + 999) / 1000);
 }
 
 // What FEAT told of each machine ("host:port"), for sessions that start on a cached login.
@@ -306,7 +312,7 @@ FtpSession::FtpSession(const QString& host, int port, const FtpSettings& setting
     // libcurl's connect time-out also covers the greeting and the login; the TCP connection alone is
     // held to the connect time-out in RunStep, and the replies get the response time-out.
     curl_easy_setopt(curl, CURLOPT_CONNECTTIMEOUT_MS, long(m_settings.connectTimeoutMs + m_settings.responseTimeoutMs));
-    const long responseSeconds = qMax(1L, long(m_settings.responseTimeoutMs + 999) / 1000);
+    const long responseSeconds = ResponseSeconds(m_settings);
     curl_easy_setopt(curl, CURLOPT_SERVER_RESPONSE_TIMEOUT, responseSeconds);
     curl_easy_setopt(curl, CURLOPT_LOW_SPEED_LIMIT, 1L);
     curl_easy_setopt(curl, CURLOPT_LOW_SPEED_TIME, responseSeconds);
@@ -702,9 +708,14 @@ bool FtpSession::Connect(const QString& folder)
     // that the machine has dropped meanwhile. A new one is greeted (OnPrerequest).
     curl_easy_setopt(curl, CURLOPT_NOBODY, 1L);
     curl_easy_setopt(curl, CURLOPT_TIMEOUT_MS, long(m_settings.connectTimeoutMs + m_settings.responseTimeoutMs));
+    // libcurl counts the response time-out from the last command sent, so a login cached for longer
+    // would time out at once with nothing to send: the whole step's bound above holds instead.
+    curl_easy_setopt(curl, CURLOPT_SERVER_RESPONSE_TIMEOUT, kIdleLoginSeconds);
     const QString credentials = m_settings.user + QLatin1Char('\n') + m_settings.password;
     FtpSessionBudget& budget = FtpSessionBudget::Instance();
-    if (!Perform(QCoreApplication::translate("FtpTask", "连接FTP服务器"))) {
+    const bool bLoggedIn = Perform(QCoreApplication::translate("FtpTask", "连接FTP服务器"));
+    curl_easy_setopt(curl, CURLOPT_SERVER_RESPONSE_TIMEOUT, ResponseSeconds(m_settings));
+    if (!bLoggedIn) {
         // A 530 right after the same credentials worked is the machine being full, whatever it says.
         m_bLoginRefusedAsBusy =
             !m_bReused && (IsLoginLimitReply(m_lastRefusal) ||

@@ -142,14 +142,18 @@ void TestFtpSession::smallUploadsKeepPace()
     QCOMPARE(QFileInfo(sim.LocalPath(QStringLiteral("/p0.nc"))).size(), program.size());
 }
 
-// Tasks one after another take the login the one before left: only a new connection is asked
-// FEAT and OPTS, and a step's commands run where the connection is, without a walk through "/".
+// Tasks one after another take the login the one before left, also after it sat idle for longer
+// than the response time-out: only a new connection is asked FEAT and OPTS, and a step's commands
+// run where the connection is, without a walk through "/".
 void TestFtpSession::cachedLoginIsGreetedOnce()
 {
     auto sim = StartSim({});
     QVERIFY(sim);
+    FtpTestFixture::SetSetting(g_strSettingFtpResponseTimeoutMs, 1000);
     QVERIFY(sim->MakeDir(QStringLiteral("/sub")));
     for (int i = 0; i < 3; ++i) {
+        if (i == 2)
+            QTest::qWait(1500);
         const TaskOutcome outcome = FtpTestFixture::Run(Upload(QStringLiteral("/sub/p%1.nc").arg(i), "G0 X1\n"));
         QVERIFY2(outcome.bOk, qPrintable(outcome.message));
     }
