@@ -87,14 +87,19 @@ int CountFiles(const QString& folder)
     return int(QDir(folder).entryList(QDir::Files).size());
 }
 
-double TimeProcess(const QString& program, const QStringList& arguments, const QString& workDir)
+double TimeProcess(const QString& program, const QStringList& arguments, const QString& workDir, int limitMs)
 {
     QProcess process;
     process.setWorkingDirectory(workDir);
     QElapsedTimer clock;
     clock.start();
     process.start(program, arguments);
-    if (!process.waitForFinished(-1) || process.exitCode() != 0)
+    if (!process.waitForFinished(limitMs) && process.state() == QProcess::Running) {
+        process.kill();
+        process.waitForFinished(-1);
+        return -1;
+    }
+    if (process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0)
         Fail(program + QStringLiteral(" failed: ") + QString::fromLocal8Bit(process.readAllStandardError()));
     return clock.nsecsElapsed() / 1e9;
 }

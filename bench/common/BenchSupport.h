@@ -32,8 +32,9 @@ QString CommandsPerFile(const QMap<QString, qint64>& before, const QMap<QString,
 // `count` files prog_0000.nc... of `bytes` random bytes in `folder`; their names.
 QStringList WriteRandomFiles(const QString& folder, int count, int bytes);
 int CountFiles(const QString& folder);
-// Seconds `program` ran; fails the bench when it does not end with 0.
-double TimeProcess(const QString& program, const QStringList& arguments, const QString& workDir = {});
+// Seconds `program` ran; fails the bench when it does not end with 0. With a limit, a run that
+// takes longer is stopped and reported as -1.
+double TimeProcess(const QString& program, const QStringList& arguments, const QString& workDir = {}, int limitMs = -1);
 // Seconds lftp took for `commands` on a login to `server`; with bTempFiles it writes each file
 // under a temporary name and renames it when complete, the same work as ours.
 double TimeLftp(const TestFtpServer& server, const QString& commands, bool bTempFiles);
