@@ -379,6 +379,11 @@ int FtpSession::OnPrerequest(void* data, char*, char*, int, int localPort)
         session->m_bGreetedLogin = true;
         return CURL_PREREQFUNC_OK;
     }
+    // libcurl counts the response time-out from the last command sent, so a login cached for longer
+    // would time out at once in the log-in step, which sends nothing on it: that step's overall
+    // bound holds instead.
+    if (session->m_bLoginStep)
+        curl_easy_setopt(curl, CURLOPT_SERVER_RESPONSE_TIMEOUT, kIdleLoginSeconds);
     // A cached login with something unread on it holds an idle time-out's 421 or has been closed:
     // the step goes again on a new connection. Servers say nothing unasked otherwise.
     std::lock_guard<std::mutex> lock(ControlSocketsMutex());
@@ -708,12 +713,11 @@ bool FtpSession::Connect(const QString& folder)
     // that the machine has dropped meanwhile. A new one is greeted (OnPrerequest).
     curl_easy_setopt(curl, CURLOPT_NOBODY, 1L);
     curl_easy_setopt(curl, CURLOPT_TIMEOUT_MS, long(m_settings.connectTimeoutMs + m_settings.responseTimeoutMs));
-    // libcurl counts the response time-out from the last command sent, so a login cached for longer
-    // would time out at once with nothing to send: the whole step's bound above holds instead.
-    curl_easy_setopt(curl, CURLOPT_SERVER_RESPONSE_TIMEOUT, kIdleLoginSeconds);
     const QString credentials = m_settings.user + QLatin1Char('\n') + m_settings.password;
     FtpSessionBudget& budget = FtpSessionBudget::Instance();
+    m_bLoginStep = true;
     const bool bLoggedIn = Perform(QCoreApplication::translate("FtpTask", "连接FTP服务器"));
+    m_bLoginStep = false;
     curl_easy_setopt(curl, CURLOPT_SERVER_RESPONSE_TIMEOUT, ResponseSeconds(m_settings));
     if (!bLoggedIn) {
         // A 530 right after the same credentials worked is the machine being full, whatever it says.

@@ -126,6 +126,7 @@ private:
     bool m_bNewLogin = false;          // the step opened a new control connection
     bool m_bGreetedLogin = false;      // ... and greeted it
     bool m_bStaleLogin = false;        // the step found its cached login dropped by the machine
+    bool m_bLoginStep = false;         // Connect's step: nothing to send on a cached login
     QByteArray m_lastFolderUrl;
     int m_iConnectingFd = -1; // the control connection's socket until TCP has connected
     QDeadlineTimer m_tcpDeadline;
