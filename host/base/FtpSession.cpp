@@ -180,7 +180,7 @@ QHash<QString, Features>& MachineFeatures()
     return *features;
 }
 
-// The control connections open now, in any session: a cached login is looked up by its local port.
+// The control connections open now, in any session: a cached login is looked up by its ports.
 std::mutex& ControlSocketsMutex()
 {
     static auto* mutex = new std::mutex;
@@ -369,7 +369,7 @@ void FtpSession::SetStepQuote(const QList<QByteArray>& commands)
     m_pStepQuote = quote;
 }
 
-int FtpSession::OnPrerequest(void* data, char*, char*, int, int localPort)
+int FtpSession::OnPrerequest(void* data, char*, char*, int remotePort, int localPort)
 {
     auto* session = static_cast<FtpSession*>(data);
     CURL* curl = static_cast<CURL*>(session->m_pCurl);
@@ -389,8 +389,11 @@ int FtpSession::OnPrerequest(void* data, char*, char*, int, int localPort)
     std::lock_guard<std::mutex> lock(ControlSocketsMutex());
     for (const int fd : std::as_const(ControlSockets())) {
         sockaddr_storage local{};
-        socklen_t length = sizeof(local);
-        if (getsockname(fd, reinterpret_cast<sockaddr*>(&local), &length) != 0 || PortOf(local) != localPort)
+        sockaddr_storage peer{};
+        socklen_t localLength = sizeof(local);
+        socklen_t peerLength = sizeof(peer);
+        if (getsockname(fd, reinterpret_cast<sockaddr*>(&local), &localLength) != 0 || PortOf(local) != localPort ||
+            getpeername(fd, reinterpret_cast<sockaddr*>(&peer), &peerLength) != 0 || PortOf(peer) != remotePort)
             continue;
         pollfd unread{fd, POLLIN, 0};
         if (poll(&unread, 1, 0) > 0) {
