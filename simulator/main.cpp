@@ -1,4 +1,5 @@
 #include "CncSimulator.h"
+#include "SimFtpServer.h"
 #include "SimShop.h"
 
 #include <QCoreApplication>
@@ -9,10 +10,16 @@
 
 namespace {
 volatile std::sig_atomic_t g_stopRequested = 0;
+volatile std::sig_atomic_t g_countRequested = 0;
 
 void requestStop(int)
 {
     g_stopRequested = 1;
+}
+
+void requestCount(int)
+{
+    g_countRequested = 1;
 }
 } // namespace
 
@@ -44,14 +51,27 @@ int main(int argc, char* argv[])
     // Only a flag may be touched in a signal handler; the event loop polls it.
     std::signal(SIGTERM, requestStop);
     std::signal(SIGINT, requestStop);
+    // SIGUSR1 asks for the FTP command counts, which are printed on exit as well.
+    std::signal(SIGUSR1, requestCount);
+    QTextStream out(stdout);
+    const auto printCounts = [&] {
+        if (simulator)
+            out << "cnc-sim commands " << simulator->FtpServer().CommandSummary() << Qt::endl;
+        for (int index = 0; index < shop.Count(); ++index)
+            out << "cnc-sim commands ip=" << shop.Machine(index).ReportedIp() << " "
+                << shop.Machine(index).FtpServer().CommandSummary() << Qt::endl;
+    };
     QTimer stopPoll;
-    QObject::connect(&stopPoll, &QTimer::timeout, &app, [] {
+    QObject::connect(&stopPoll, &QTimer::timeout, &app, [&] {
+        if (g_countRequested) {
+            g_countRequested = 0;
+            printCounts();
+        }
         if (g_stopRequested)
             QCoreApplication::quit();
     });
     stopPoll.start(100);
     // One line per machine for scripts and tests that started us with port 0.
-    QTextStream out(stdout);
     auto announce = [&out](CncSimulator& machine) {
         out << "cnc-sim ready ip=" << machine.ReportedIp() << " ftp=" << machine.FtpPort()
             << " info=" << machine.InfoPort() << " sn=" << machine.SnPort() << " discovery=" << machine.DiscoveryPort()
@@ -61,5 +81,7 @@ int main(int argc, char* argv[])
         announce(*simulator);
     for (int index = 0; index < shop.Count(); ++index)
         announce(shop.Machine(index));
-    return app.exec();
+    const int code = app.exec();
+    printCounts();
+    return code;
 }

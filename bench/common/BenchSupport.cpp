@@ -20,14 +20,17 @@ void PrepareEnvironment(const QTemporaryDir& configDir)
     qputenv("KORV_CONFIG_DIR", configDir.path().toUtf8());
 }
 
-Size ParseSize(const QCoreApplication& app, const QString& filesHelp, int defaultFiles)
+Size ParseSize(const QCoreApplication& app, const QString& filesHelp, int defaultFiles, bool bLatency)
 {
     QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false"));
     QCommandLineParser parser;
     parser.addOptions(
         {{"files", filesHelp, "N", QString::number(defaultFiles)}, {"kib", "Size of each file (20).", "N", "20"}});
+    if (bLatency)
+        parser.addOption({"latency", "Also run everything against cnc-sim answering MS milliseconds late.", "MS", "0"});
     parser.process(app);
-    return {parser.value("files").toInt(), parser.value("kib").toInt() * 1024};
+    return {parser.value("files").toInt(), parser.value("kib").toInt() * 1024,
+            bLatency ? parser.value("latency").toInt() : 0};
 }
 
 void SetSetting(const char* key, const QVariant& value)
@@ -42,12 +45,27 @@ void Fail(const QString& message)
     std::exit(1);
 }
 
-std::unique_ptr<TestFtpServer> StartSimulator()
+std::unique_ptr<CncSimServer> StartSimulator(const QStringList& switches)
 {
-    auto server = TestFtpServer::Create(FtpServerKind::CncSim);
+    auto server = std::make_unique<CncSimServer>(switches);
     if (!server->Start())
         Fail(server->ErrorString());
     return server;
+}
+
+QString CommandsPerFile(const QMap<QString, qint64>& before, const QMap<QString, qint64>& after, int files)
+{
+    if (after.isEmpty() || files <= 0)
+        return QStringLiteral("commands_per_file=? (the simulator did not report its counts)");
+    const auto perFile = [&](const QString& verb) {
+        return QString::number(double(after.value(verb) - before.value(verb)) / files, 'f', 2);
+    };
+    QStringList verbs;
+    for (auto it = after.cbegin(); it != after.cend(); ++it) {
+        if (it.key() != QLatin1String("total") && it.value() != before.value(it.key()))
+            verbs << it.key() + QLatin1Char('=') + perFile(it.key());
+    }
+    return QStringLiteral("commands_per_file=%1 (%2)").arg(perFile(QStringLiteral("total")), verbs.join(' '));
 }
 
 QStringList WriteRandomFiles(const QString& folder, int count, int bytes)
@@ -69,15 +87,37 @@ int CountFiles(const QString& folder)
     return int(QDir(folder).entryList(QDir::Files).size());
 }
 
-double TimeProcess(const QString& program, const QStringList& arguments, const QString& workDir)
+double TimeProcess(const QString& program, const QStringList& arguments, const QString& workDir, int limitMs)
 {
     QProcess process;
     process.setWorkingDirectory(workDir);
     QElapsedTimer clock;
     clock.start();
     process.start(program, arguments);
-    if (!process.waitForFinished(-1) || process.exitCode() != 0)
+    if (!process.waitForFinished(limitMs) && process.state() == QProcess::Running) {
+        process.kill();
+        process.waitForFinished(-1);
+        return -1;
+    }
+    if (process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0)
         Fail(program + QStringLiteral(" failed: ") + QString::fromLocal8Bit(process.readAllStandardError()));
     return clock.nsecsElapsed() / 1e9;
+}
+double TimeLftp(const TestFtpServer& server, const QString& commands, bool bTempFiles)
+{
+    const QString script =
+        QStringLiteral("set net:max-retries 1; set xfer:clobber on; set xfer:use-temp-file %1; "
+                       "open -u %2,%3 -p %4 127.0.0.1; %5; quit")
+            .arg(bTempFiles ? QStringLiteral("yes") : QStringLiteral("no"), server.User(), server.Password())
+            .arg(server.Port())
+            .arg(commands);
+    return TimeProcess(QStringLiteral("lftp"), {QStringLiteral("-c"), script});
+}
+
+void EmptyFolder(const TestFtpServer& server, const QString& remotePath)
+{
+    QDir folder(server.LocalPath(remotePath));
+    if (!folder.removeRecursively() || !server.MakeDir(remotePath))
+        Fail(QStringLiteral("cannot empty ") + folder.path());
 }
 } // namespace BenchSupport

@@ -6,6 +6,7 @@
 
 #include "CamBaseTextHelper.h"
 #include "KorvBaseGlobals.h"
+#include "StallRecorder.h"
 #include "filepanel/FileItemRoles.h"
 #include "filepanel/FileSelectPanel.h"
 #include "filepanel/FileSortProxyModel.h"
@@ -82,23 +83,17 @@ QString RandomName(QRandomGenerator& random, int i)
 // stretch the event loop was kept from running meanwhile.
 void BenchLocalListing(FileSelectPanel& panel, const QString& folder)
 {
-    QElapsedTimer stall;
-    qint64 longestStall = 0;
-    QTimer ticker;
-    ticker.setInterval(5);
-    QObject::connect(&ticker, &QTimer::timeout, [&] { longestStall = std::max(longestStall, stall.restart()); });
+    StallRecorder stalls;
     QSignalSpy spy(&panel, &FileSelectPanel::SignalListingFinished);
     QElapsedTimer timer;
     timer.start();
-    stall.start();
-    ticker.start();
+    stalls.Start();
     auto* edit = panel.findChild<QLineEdit*>(QStringLiteral("pathLineEdit"));
     edit->setText(folder);
     panel.SlotPathEditReturnPressed();
     spy.wait(120000);
     const double elapsed = timer.nsecsElapsed() / 1e6;
-    longestStall = std::max(longestStall, stall.elapsed());
-    ticker.stop();
+    const qint64 longestStall = stalls.LongestMs();
     Print("local_list_100000_ms", elapsed);
     Print("local_list_longest_gui_stall_ms", double(longestStall));
 }

@@ -1,9 +1,14 @@
 #include "CheckConnect.h"
 
+#include "FtpSession.h"
+
 CheckConnect::CheckConnect(const QString& url, QObject* parent) : FtpTaskThread(url, QString(), QString(), parent) {}
 
-bool CheckConnect::Execute(FtpSession&, QString*)
+bool CheckConnect::Execute(FtpSession& session, QString* message)
 {
-    // Reaching here means the log-in succeeded.
-    return true;
+    // A cached login is taken without a word to the machine: one exchange proves that it answers.
+    if (session.Command({QStringLiteral("NOOP")}))
+        return true;
+    *message = session.ErrorMessage();
+    return false;
 }

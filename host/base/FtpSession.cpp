@@ -6,6 +6,7 @@
 #include "FtpSessionBudget.h"
 
 #include <QCoreApplication>
+#include <QHash>
 #include <QIODevice>
 #include <QRegularExpression>
 #include <QSet>
@@ -29,6 +30,7 @@ constexpr int kSalvageWaitMs = 100;
 constexpr long kStopPollMs = 100; // longest wait before a stop request is seen
 constexpr int kReconnectAttempts = 6;
 constexpr unsigned long kReconnectWaitMs = 50; // doubled on every attempt
+constexpr long kIdleLoginSeconds = 24 * 3600;
 
 // Per-step state handed to libcurl's callbacks.
 struct Transfer
@@ -154,6 +156,49 @@ QSet<QString>& ActiveModeMachines()
     return *machines;
 }
 
+long ResponseSeconds(const FtpSettings& settings)
+{
+    return qMax(1L, long(settings.responseTimeoutMs + 999) / 1000);
+}
+
+// What FEAT told of each machine ("host:port"), for sessions that start on a cached login.
+struct Features
+{
+    bool bMlsd = false;
+    bool bSize = false;
+};
+
+std::mutex& FeaturesMutex()
+{
+    static auto* mutex = new std::mutex;
+    return *mutex;
+}
+
+QHash<QString, Features>& MachineFeatures()
+{
+    static auto* features = new QHash<QString, Features>;
+    return *features;
+}
+
+// The control connections open now, in any session: a cached login is looked up by its ports.
+std::mutex& ControlSocketsMutex()
+{
+    static auto* mutex = new std::mutex;
+    return *mutex;
+}
+
+QSet<int>& ControlSockets()
+{
+    static auto* sockets = new QSet<int>;
+    return *sockets;
+}
+
+int PortOf(const sockaddr_storage& address)
+{
+    return ntohs(address.ss_family == AF_INET6 ? reinterpret_cast<const sockaddr_in6*>(&address)->sin6_port
+                                               : reinterpret_cast<const sockaddr_in*>(&address)->sin_port);
+}
+
 // A server reply that names the cause better than libcurl's code does.
 QString ReasonFromReply(const QByteArray& reply)
 {
@@ -267,7 +312,7 @@ FtpSession::FtpSession(const QString& host, int port, const FtpSettings& setting
     // libcurl's connect time-out also covers the greeting and the login; the TCP connection alone is
     // held to the connect time-out in RunStep, and the replies get the response time-out.
     curl_easy_setopt(curl, CURLOPT_CONNECTTIMEOUT_MS, long(m_settings.connectTimeoutMs + m_settings.responseTimeoutMs));
-    const long responseSeconds = qMax(1L, long(m_settings.responseTimeoutMs + 999) / 1000);
+    const long responseSeconds = ResponseSeconds(m_settings);
     curl_easy_setopt(curl, CURLOPT_SERVER_RESPONSE_TIMEOUT, responseSeconds);
     curl_easy_setopt(curl, CURLOPT_LOW_SPEED_LIMIT, 1L);
     curl_easy_setopt(curl, CURLOPT_LOW_SPEED_TIME, responseSeconds);
@@ -293,11 +338,16 @@ FtpSession::FtpSession(const QString& host, int port, const FtpSettings& setting
         if (fd >= 0 && purpose == CURLSOCKTYPE_IPCXN && ntohs(peerPort) == session->m_iPort) {
             session->m_iConnectingFd = fd;
             session->m_tcpDeadline = QDeadlineTimer(session->m_settings.connectTimeoutMs);
+            session->m_bNewLogin = true;
+            std::lock_guard<std::mutex> lock(ControlSocketsMutex());
+            ControlSockets().insert(fd);
         }
         return fd;
     };
     curl_easy_setopt(curl, CURLOPT_OPENSOCKETFUNCTION, open);
     curl_easy_setopt(curl, CURLOPT_OPENSOCKETDATA, this);
+    curl_easy_setopt(curl, CURLOPT_PREREQFUNCTION, &FtpSession::OnPrerequest);
+    curl_easy_setopt(curl, CURLOPT_PREREQDATA, this);
 }
 
 FtpSession::~FtpSession()
@@ -307,6 +357,54 @@ FtpSession::~FtpSession()
         curl_multi_cleanup(static_cast<CURLM*>(m_pMulti));
     if (m_pCurl)
         curl_easy_cleanup(static_cast<CURL*>(m_pCurl));
+    curl_slist_free_all(static_cast<curl_slist*>(m_pStepQuote));
+}
+
+void FtpSession::SetStepQuote(const QList<QByteArray>& commands)
+{
+    curl_slist* quote = nullptr;
+    for (const QByteArray& command : commands)
+        quote = curl_slist_append(quote, command.constData());
+    curl_easy_setopt(static_cast<CURL*>(m_pCurl), CURLOPT_QUOTE, quote);
+    curl_slist_free_all(static_cast<curl_slist*>(m_pStepQuote));
+    m_pStepQuote = quote;
+}
+
+int FtpSession::OnPrerequest(void* data, char*, char*, int remotePort, int localPort)
+{
+    auto* session = static_cast<FtpSession*>(data);
+    CURL* curl = static_cast<CURL*>(session->m_pCurl);
+    if (session->m_bNewLogin) {
+        // Every new login is greeted once, before the step's own commands; a cached one never again.
+        session->SetStepQuote(session->GreetingCommands() + session->m_listStepQuote);
+        session->m_bGreetedLogin = true;
+        return CURL_PREREQFUNC_OK;
+    }
+    // libcurl counts the response time-out from the last command sent, so a login cached for longer
+    // would time out at once in the log-in step, which sends nothing on it: that step's overall
+    // bound holds instead.
+    if (session->m_bLoginStep)
+        curl_easy_setopt(curl, CURLOPT_SERVER_RESPONSE_TIMEOUT, kIdleLoginSeconds);
+    // A cached login with something unread on it holds an idle time-out's 421 or has been closed:
+    // the step goes again on a new connection. Servers say nothing unasked otherwise.
+    std::lock_guard<std::mutex> lock(ControlSocketsMutex());
+    for (const int fd : std::as_const(ControlSockets())) {
+        sockaddr_storage local{};
+        sockaddr_storage peer{};
+        socklen_t localLength = sizeof(local);
+        socklen_t peerLength = sizeof(peer);
+        if (getsockname(fd, reinterpret_cast<sockaddr*>(&local), &localLength) != 0 || PortOf(local) != localPort ||
+            getpeername(fd, reinterpret_cast<sockaddr*>(&peer), &peerLength) != 0 || PortOf(peer) != remotePort)
+            continue;
+        pollfd unread{fd, POLLIN, 0};
+        if (poll(&unread, 1, 0) > 0) {
+            session->m_bStaleLogin = true;
+            curl_easy_setopt(curl, CURLOPT_FORBID_REUSE, 1L);
+            return CURL_PREREQFUNC_ABORT;
+        }
+        break;
+    }
+    return CURL_PREREQFUNC_OK;
 }
 
 int FtpSession::OnSocketOpened(void*, int descriptor, int)
@@ -321,6 +419,10 @@ int FtpSession::OnSocketOpened(void*, int descriptor, int)
 
 int FtpSession::OnCloseSocket(void*, int descriptor)
 {
+    {
+        std::lock_guard<std::mutex> lock(ControlSocketsMutex());
+        ControlSockets().remove(descriptor);
+    }
     if (t_pPerformingSession && t_pPerformingSession->m_iConnectingFd == descriptor)
         t_pPerformingSession->m_iConnectingFd = -1;
     if (t_pPerformingSession)
@@ -393,7 +495,8 @@ void FtpSession::Reset(const QByteArray& url, void* transfer)
     curl_easy_setopt(curl, CURLOPT_NOBODY, 0L);
     curl_easy_setopt(curl, CURLOPT_UPLOAD, 0L);
     curl_easy_setopt(curl, CURLOPT_CUSTOMREQUEST, nullptr);
-    curl_easy_setopt(curl, CURLOPT_QUOTE, nullptr);
+    SetStepQuote({});
+    m_listStepQuote.clear();
     curl_easy_setopt(curl, CURLOPT_POSTQUOTE, nullptr);
     curl_easy_setopt(curl, CURLOPT_INFILESIZE_LARGE, curl_off_t(-1));
     curl_easy_setopt(curl, CURLOPT_TIMEOUT_MS, 0L);
@@ -427,11 +530,13 @@ bool FtpSession::Perform(const QString& action)
                 break;
             }
         }
+        if (code == CURLE_OK && m_bGreetedLogin)
+            LearnFeatures();
         if (code == CURLE_OK || (m_stopCheck && m_stopCheck()))
             break;
         // A cached login the machine has dropped: the 421 of its idle time-out still unread, or a reset
         // (power cycle) before any answer. Nothing ran; once more on a new connection.
-        const bool bStale = !m_listReplies.isEmpty() && m_listReplies.constFirst().startsWith("421");
+        const bool bStale = m_bStaleLogin || (!m_listReplies.isEmpty() && m_listReplies.constFirst().startsWith("421"));
         const bool bLostUnanswered = m_listReplies.isEmpty() && IsConnectionLost(code) && m_bStepRepeatable;
         if (m_bReused && !bFreshTried && (bStale || bLostUnanswered)) {
             bFreshTried = true;
@@ -461,7 +566,7 @@ bool FtpSession::Perform(const QString& action)
     if (code == CURLE_OK) {
         if (bActiveTried) {
             std::lock_guard<std::mutex> lock(ActiveModeMutex());
-            ActiveModeMachines().insert(m_strHost + QLatin1Char(':') + QString::number(m_iPort));
+            ActiveModeMachines().insert(MachineKey());
         }
         return true;
     }
@@ -527,6 +632,9 @@ int FtpSession::RunStep()
     CURL* curl = static_cast<CURL*>(m_pCurl);
     if (!multi)
         return curl_easy_perform(curl);
+    m_bNewLogin = false;
+    m_bGreetedLogin = false;
+    m_bStaleLogin = false;
     if (curl_multi_add_handle(multi, curl) != CURLM_OK)
         return CURLE_FAILED_INIT;
     t_pPerformingSession = this;
@@ -578,6 +686,9 @@ int FtpSession::RunStep()
     }
     curl_multi_remove_handle(multi, curl);
     curl_easy_setopt(curl, CURLOPT_FORBID_REUSE, 0L);
+    // Another attempt of the step sends its own commands again, without the greeting.
+    if (m_bGreetedLogin)
+        SetStepQuote(m_listStepQuote);
     t_pPerformingSession = nullptr;
     m_iConnectingFd = -1;
     return result;
@@ -618,21 +729,20 @@ void FtpSession::FinishDespiteStop()
 bool FtpSession::Connect(const QString& folder)
 {
     Transfer transfer{&m_stopCheck};
-    Reset(UrlFor(folder.endsWith(QLatin1Char('/')) ? folder : folder + QLatin1Char('/')), &transfer);
+    const QByteArray url = UrlFor(folder.endsWith(QLatin1Char('/')) ? folder : folder + QLatin1Char('/'));
+    Reset(url, &transfer);
     CURL* curl = static_cast<CURL*>(m_pCurl);
-    // A leading "*" lets a server without FEAT (or without UTF-8) still be used. Both go in one
-    // step: a reused connection then costs one exchange, not two. A machine set to GBK or
-    // Shift-JIS keeps its own encoding even when it offers UTF-8.
-    QList<QByteArray> greeting{QByteArrayLiteral("*FEAT")};
-    if (IsUtf8())
-        greeting.append(QByteArrayLiteral("*OPTS UTF8 ON"));
-    QuoteList feat(greeting);
+    // A cached login costs nothing here: no command goes out, and the pre-request check finds one
+    // that the machine has dropped meanwhile. A new one is greeted (OnPrerequest).
     curl_easy_setopt(curl, CURLOPT_NOBODY, 1L);
-    curl_easy_setopt(curl, CURLOPT_QUOTE, feat.get());
     curl_easy_setopt(curl, CURLOPT_TIMEOUT_MS, long(m_settings.connectTimeoutMs + m_settings.responseTimeoutMs));
     const QString credentials = m_settings.user + QLatin1Char('\n') + m_settings.password;
     FtpSessionBudget& budget = FtpSessionBudget::Instance();
-    if (!Perform(QCoreApplication::translate("FtpTask", "连接FTP服务器"))) {
+    m_bLoginStep = true;
+    const bool bLoggedIn = Perform(QCoreApplication::translate("FtpTask", "连接FTP服务器"));
+    m_bLoginStep = false;
+    curl_easy_setopt(curl, CURLOPT_SERVER_RESPONSE_TIMEOUT, ResponseSeconds(m_settings));
+    if (!bLoggedIn) {
         // A 530 right after the same credentials worked is the machine being full, whatever it says.
         m_bLoginRefusedAsBusy =
             !m_bReused && (IsLoginLimitReply(m_lastRefusal) ||
@@ -644,17 +754,68 @@ bool FtpSession::Connect(const QString& folder)
     budget.NoteAccepted(m_strHost, credentials);
     {
         std::lock_guard<std::mutex> lock(ActiveModeMutex());
-        if (ActiveModeMachines().contains(m_strHost + QLatin1Char(':') + QString::number(m_iPort)))
+        if (ActiveModeMachines().contains(MachineKey()))
             UseActiveMode();
     }
+    bool bKnown = false;
+    {
+        std::lock_guard<std::mutex> lock(FeaturesMutex());
+        const auto known = MachineFeatures().constFind(MachineKey());
+        bKnown = known != MachineFeatures().constEnd();
+        m_bMlsd = bKnown && known->bMlsd;
+        m_bSize = bKnown && known->bSize;
+    }
+    // A login greeted before this process remembered its machine: ask once more.
+    if (!bKnown && !Greet())
+        return false;
+    m_bConnected = true;
+    StayIn(url);
+    return true;
+}
+
+QList<QByteArray> FtpSession::GreetingCommands() const
+{
+    // A leading "*" lets a server without FEAT (or without UTF-8) still be used. A machine set to
+    // GBK or Shift-JIS keeps its own encoding even when it offers UTF-8.
+    QList<QByteArray> greeting{QByteArrayLiteral("*FEAT")};
+    if (IsUtf8())
+        greeting.append(QByteArrayLiteral("*OPTS UTF8 ON"));
+    return greeting;
+}
+
+bool FtpSession::Greet()
+{
+    // Same URL as the log-in step: no walk to another folder.
+    SetStepQuote(GreetingCommands());
+    if (!Perform(QCoreApplication::translate("FtpTask", "连接FTP服务器")))
+        return false;
+    LearnFeatures();
+    return true;
+}
+
+void FtpSession::LearnFeatures()
+{
+    Features features;
     for (const QByteArray& reply : std::as_const(m_listReplies)) {
         // Feature lines are indented; MLST implies MLSD (some servers list only MLST).
         const QByteArray feature = reply.split(' ').value(0).toUpper();
-        m_bMlsd = m_bMlsd || feature == "MLST" || feature == "MLSD";
-        m_bSize = m_bSize || feature == "SIZE";
+        features.bMlsd = features.bMlsd || feature == "MLST" || feature == "MLSD";
+        features.bSize = features.bSize || feature == "SIZE";
     }
-    m_bConnected = true;
-    return true;
+    m_bMlsd = features.bMlsd;
+    m_bSize = features.bSize;
+    std::lock_guard<std::mutex> lock(FeaturesMutex());
+    MachineFeatures().insert(MachineKey(), features);
+}
+
+void FtpSession::StayIn(const QByteArray& url)
+{
+    m_lastFolderUrl = url.left(url.lastIndexOf('/') + 1);
+}
+
+QString FtpSession::MachineKey() const
+{
+    return m_strHost + QLatin1Char(':') + QString::number(m_iPort);
 }
 
 bool FtpSession::ListDirectory(const QString& dirPath, QList<FtpFileInfo>* entries)
@@ -736,10 +897,12 @@ bool FtpSession::RunCommands(const QStringList& commands)
             return Fail(QCoreApplication::translate("FtpTask", "路径含有非法字符：%1").arg(command));
     }
     Transfer transfer{&m_stopCheck};
-    Reset(UrlFor(QStringLiteral("/")), &transfer);
-    QuoteList quote(WireCommands(commands));
+    // The commands name absolute paths: they run in the folder of the step before, without a CWD.
+    const QByteArray folder = m_lastFolderUrl.isEmpty() ? UrlFor(QStringLiteral("/")) : m_lastFolderUrl;
+    Reset(folder, &transfer);
+    m_listStepQuote = WireCommands(commands);
+    SetStepQuote(m_listStepQuote);
     curl_easy_setopt(static_cast<CURL*>(m_pCurl), CURLOPT_NOBODY, 1L);
-    curl_easy_setopt(static_cast<CURL*>(m_pCurl), CURLOPT_QUOTE, quote.get());
     m_listStepCommands = commands;
     m_bStepRepeatable = !ChangesMachine(commands.value(0));
     const bool bOk = Perform(commands.value(0).section(QLatin1Char(' '), 0, 0));
@@ -757,7 +920,8 @@ bool FtpSession::Upload(QIODevice* source, qint64 size, const QString& remotePat
     }
     Transfer transfer{&m_stopCheck, &progress, source};
     transfer.bUpload = true;
-    Reset(UrlFor(remotePath), &transfer);
+    const QByteArray url = UrlFor(remotePath);
+    Reset(url, &transfer);
     QuoteList after(WireCommands(afterCommands));
     curl_easy_setopt(static_cast<CURL*>(m_pCurl), CURLOPT_POSTQUOTE, after.get());
     curl_easy_setopt(static_cast<CURL*>(m_pCurl), CURLOPT_UPLOAD, 1L);
@@ -767,16 +931,21 @@ bool FtpSession::Upload(QIODevice* source, qint64 size, const QString& remotePat
     const bool bOk = Perform(QCoreApplication::translate("FtpTask", "上传文件"));
     if (!bOk && transfer.bDeviceFailed)
         return Fail(QCoreApplication::translate("FtpTask", "读取本地文件失败：%1").arg(source->errorString()));
+    if (bOk)
+        StayIn(url);
     return bOk;
 }
 
 bool FtpSession::Download(const QString& remotePath, QIODevice* sink, const ProgressFn& progress)
 {
     Transfer transfer{&m_stopCheck, &progress, sink};
-    Reset(UrlFor(remotePath), &transfer);
+    const QByteArray url = UrlFor(remotePath);
+    Reset(url, &transfer);
     const bool bOk = Perform(QCoreApplication::translate("FtpTask", "下载文件"));
     if (!bOk && transfer.bDeviceFailed)
         return Fail(QCoreApplication::translate("FtpTask", "写入本地文件失败：%1").arg(sink->errorString()));
+    if (bOk)
+        StayIn(url);
     return bOk;
 }
 

@@ -28,10 +28,10 @@ public:
     ~FtpSession();
     Q_DISABLE_COPY_MOVE(FtpSession)
 
-    // Connects, logs in and asks FEAT: the TCP connection within the connect time-out, each reply
-    // (the greeting too) within the response time-out. Greeting in the folder of the
-    // coming step spares a reused connection the walk back to "/" and into it again; a folder
-    // that does not exist (yet) falls back to "/".
+    // Connects, logs in and asks FEAT once per connection (a cached login keeps what its FEAT told):
+    // the TCP connection within the connect time-out, each reply (the greeting too) within the
+    // response time-out. Logging in to the folder of the coming step spares the walk back to "/"
+    // and into it again; a folder that does not exist (yet) falls back to "/".
     bool Connect(const QString& folder = QStringLiteral("/"));
     bool ListDirectory(const QString& dirPath, QList<FtpFileInfo>* entries);
     // Raw commands ("DELE /a", "RNFR /a" + "RNTO /b") sent in order; the first failing one ends the step
@@ -70,6 +70,19 @@ private:
     QList<QByteArray> WireCommands(const QStringList& commands) const;
     bool IsUtf8() const;
     static bool LooksLikeUtf8(const QByteArray& bytes);
+    // FEAT and, for UTF-8 names, OPTS UTF8 ON: what every new login is asked first.
+    QList<QByteArray> GreetingCommands() const;
+    // Runs the greeting on the prepared log-in step and remembers the machine's features.
+    bool Greet();
+    // The features named by the FEAT reply of the last step, for this session and the later ones.
+    void LearnFeatures();
+    // The quote commands of the step from a list the session owns (Reset clears it).
+    void SetStepQuote(const QList<QByteArray>& commands);
+    // Before a step's first command: greets a new login, turns a stale cached one away.
+    static int OnPrerequest(void* session, char* remoteIp, char* localIp, int remotePort, int localPort);
+    QString MachineKey() const;
+    // Later command steps run in the folder of this URL, where a successful step left the connection.
+    void StayIn(const QByteArray& url);
     // Prepares the handle for one step; quote commands and callbacks are set by the caller.
     void Reset(const QByteArray& url, void* transfer);
     bool Perform(const QString& action);
@@ -110,6 +123,13 @@ private:
     bool m_bPassiveRefused = false;
     QByteArray m_lastRefusal; // the last 4xx/5xx reply of the last step
     QStringList m_listStepCommands;
+    QList<QByteArray> m_listStepQuote; // the step's own commands, sent after a new login's greeting
+    void* m_pStepQuote = nullptr;      // a curl_slist set by SetStepQuote
+    bool m_bNewLogin = false;          // the step opened a new control connection
+    bool m_bGreetedLogin = false;      // ... and greeted it
+    bool m_bStaleLogin = false;        // the step found its cached login dropped by the machine
+    bool m_bLoginStep = false;         // Connect's step: nothing to send on a cached login
+    QByteArray m_lastFolderUrl;
     int m_iConnectingFd = -1; // the control connection's socket until TCP has connected
     QDeadlineTimer m_tcpDeadline;
     QString m_strError;

@@ -4,6 +4,7 @@
 #include "SimOptions.h"
 
 #include <QTcpSocket>
+#include <map>
 
 SimFtpServer::SimFtpServer(const SimOptions& options, QObject* parent) : QObject(parent), m_options(options)
 {
@@ -49,4 +50,16 @@ void SimFtpServer::Shutdown()
     m_server.close();
     for (SimFtpSession* session : findChildren<SimFtpSession*>(Qt::FindDirectChildrenOnly))
         delete session;
+}
+
+QString SimFtpServer::CommandSummary() const
+{
+    const std::map<QByteArray, qint64> sorted(m_hashCommands.keyValueBegin(), m_hashCommands.keyValueEnd());
+    qint64 total = 0;
+    QString verbs;
+    for (const auto& [verb, count] : sorted) {
+        total += count;
+        verbs += QStringLiteral(" %1=%2").arg(QString::fromLatin1(verb)).arg(count);
+    }
+    return QStringLiteral("total=%1").arg(total) + verbs;
 }

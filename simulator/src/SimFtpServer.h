@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QObject>
 #include <QTcpServer>
 #include <functional>
@@ -30,6 +31,10 @@ public:
     // Tells the sessions which local file the machine runs (for --busy-while-running).
     void SetRunningProgramProbe(std::function<QString()> probe) { m_runningProgram = std::move(probe); }
     QString RunningProgramFile() const { return m_runningProgram ? m_runningProgram() : QString(); }
+    // Every command line the clients sent, by verb: how many exchanges a client needs per file.
+    void CountCommand(const QByteArray& verb) { ++m_hashCommands[verb]; }
+    // "total=N FEAT=n ..." in alphabetical order of the verbs.
+    QString CommandSummary() const;
 
 private:
     const SimOptions& m_options;
@@ -39,4 +44,5 @@ private:
     int m_iAccepted = 0;
     int m_iRefused = 0;
     std::function<QString()> m_runningProgram;
+    QHash<QByteArray, qint64> m_hashCommands;
 };

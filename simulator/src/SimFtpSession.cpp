@@ -163,11 +163,14 @@ void SimFtpSession::Dispatch(const QByteArray& line)
     const QString argument = space < 0 ? QString() : FromWire(line.mid(space + 1));
     if (verb.isEmpty())
         return;
+    const auto handler = Handlers().constFind(verb);
+    // Unknown verbs are pooled so that a client cannot grow the table without bound.
+    if (auto* server = qobject_cast<SimFtpServer*>(parent()))
+        server->CountCommand(handler == Handlers().constEnd() ? QByteArrayLiteral("OTHER") : verb);
     if (IsRefused(QString::fromLatin1(verb), argument)) {
         Reply(550, QStringLiteral("Command refused."));
         return;
     }
-    const auto handler = Handlers().constFind(verb);
     if (handler == Handlers().constEnd()) {
         Reply(502, QStringLiteral("Command not implemented."));
         return;

@@ -2,6 +2,8 @@
 
 #include "TestFtpServer.h"
 
+#include <QMap>
+
 // The machine simulator built beside the tests, run as the cnc-sim child process with
 // a user and password so that refused log-ins can be tested; MLSD. Its other services
 // take free ports and stay unused.
@@ -14,6 +16,9 @@ public:
     FtpServerKind Kind() const override { return FtpServerKind::CncSim; }
     bool OffersMlsd() const override { return true; }
     QString MissingReason() const override;
+    // The FTP commands received so far by verb, with their sum under "total"; empty when the
+    // simulator does not answer the request within a few seconds.
+    QMap<QString, qint64> CommandCounts() const;
 
 protected:
     bool Prepare(QString*) override { return true; }

@@ -126,8 +126,8 @@ bool TestFtpServer::Start()
 bool TestFtpServer::Launch(quint16 port)
 {
     Stop();
-    m_process.setStandardOutputFile(StateDir() + QStringLiteral("/server.log"), QIODevice::Append);
-    m_process.setStandardErrorFile(StateDir() + QStringLiteral("/server.log"), QIODevice::Append);
+    m_process.setStandardOutputFile(LogFile(), QIODevice::Append);
+    m_process.setStandardErrorFile(LogFile(), QIODevice::Append);
     m_process.start(Program(), Arguments(port));
     if (!m_process.waitForStarted(5000)) {
         m_strError = QStringLiteral("%1 did not start: %2").arg(Program(), m_process.errorString());
@@ -135,7 +135,7 @@ bool TestFtpServer::Launch(quint16 port)
     }
     if (WaitForGreeting(port))
         return true;
-    QFile log(StateDir() + QStringLiteral("/server.log"));
+    QFile log(LogFile());
     log.open(QIODevice::ReadOnly);
     m_strError = QStringLiteral("%1 did not greet on port %2: %3")
                      .arg(KindName(Kind()))

@@ -64,6 +64,9 @@ protected:
     virtual int FileOwnerUid() const { return -1; }
     // Files beside the root (configs, logs), never visible through FTP.
     QString StateDir() const { return m_dir.path(); }
+    // The server's standard output and error, appended over every launch.
+    QString LogFile() const { return StateDir() + QStringLiteral("/server.log"); }
+    qint64 ProcessId() const { return m_process.processId(); }
     static QString SourceDir();
 
 private:

@@ -105,7 +105,7 @@ private Q_SLOTS:
         QTest::mouseClick(m_workspace->GetToolPage()->Button(ToolPage::ActionFolderSync), Qt::LeftButton);
         QVERIFY(m_workspace->GetSyncButtonLook()->IsAnimating());
         QTRY_VERIFY_WITH_TIMEOUT(HasLine(QStringLiteral("同步失败：1 个文件传输失败"), LogColors::Failure), 30000);
-        QCOMPARE(ButtonState(), int(FolderSync::ButtonIdle));
+        QTRY_COMPARE(ButtonState(), int(FolderSync::ButtonIdle));
         QVERIFY(!m_workspace->GetSyncButtonLook()->IsAnimating());
         QVERIFY2(m_sim->FtpServer().PeakSessionCount() <= MachineFileService::DefaultMaxTransfers,
                  qPrintable(QString::number(m_sim->FtpServer().PeakSessionCount())));

@@ -34,6 +34,7 @@ private slots:
     void failureInOwnWords_data();
     void failureInOwnWords();
     void smallUploadsKeepPace();
+    void cachedLoginIsGreetedOnce();
     void staleLoginIsRedone_data();
     void staleLoginIsRedone(); // before any test that teaches a limit
     void loginLimitAfterPassword_data();
@@ -139,6 +140,30 @@ void TestFtpSession::smallUploadsKeepPace()
     QVERIFY2(median <= 20 * factor, qPrintable(figures));
     QVERIFY2(times.last() < 900, qPrintable(figures));
     QCOMPARE(QFileInfo(sim.LocalPath(QStringLiteral("/p0.nc"))).size(), program.size());
+}
+
+// Tasks one after another take the login the one before left, also after it sat idle for longer
+// than the response time-out: only a new connection is asked FEAT and OPTS, and a step's commands
+// run where the connection is, without a walk through "/".
+void TestFtpSession::cachedLoginIsGreetedOnce()
+{
+    auto sim = StartSim({});
+    QVERIFY(sim);
+    FtpTestFixture::SetSetting(g_strSettingFtpResponseTimeoutMs, 1000);
+    QVERIFY(sim->MakeDir(QStringLiteral("/sub")));
+    for (int i = 0; i < 3; ++i) {
+        if (i == 2)
+            QTest::qWait(1500);
+        const TaskOutcome outcome = FtpTestFixture::Run(Upload(QStringLiteral("/sub/p%1.nc").arg(i), "G0 X1\n"));
+        QVERIFY2(outcome.bOk, qPrintable(outcome.message));
+    }
+    const QMap<QString, qint64> counts = sim->CommandCounts();
+    QCOMPARE(counts.value(QStringLiteral("USER")), 1);
+    QCOMPARE(counts.value(QStringLiteral("FEAT")), 1);
+    QCOMPARE(counts.value(QStringLiteral("OPTS")), 1);
+    QCOMPARE(counts.value(QStringLiteral("CWD")), 1);
+    QCOMPARE(counts.value(QStringLiteral("RNTO")), 3);
+    QCOMPARE(QDir(sim->LocalPath(QStringLiteral("/sub"))).entryList(QDir::Files).size(), 3);
 }
 
 std::unique_ptr<CncSimServer> TestFtpSession::StartSim(const QStringList& switches)
