@@ -280,16 +280,22 @@ bool TransferManager()
     return Save(manager->grab().toImage(), QStringLiteral("transfer_manager"));
 }
 
-bool StatusPage()
+// The demo programs on the machine, the bracket running four times as fast as real.
+bool RunDemoProgram(Machine& machine)
 {
-    Machine machine;
     const QDir demo(QStringLiteral(KORV_DEMO_DIR));
     for (const QString& name : demo.entryList(QDir::Files))
         QFile::copy(demo.filePath(name), QDir(machine.Root()).filePath(name));
     SimOptions options;
     options.runProgram = QStringLiteral("bracket_6061.nc");
     options.timeScale = 4;
-    NEED(machine.Start(options));
+    return machine.Start(options);
+}
+
+bool StatusPage()
+{
+    Machine machine;
+    NEED(RunDemoProgram(machine));
     QSettings(CamBaseTextHelper::instance()->GetLocalTestIniFilePath(), QSettings::IniFormat)
         .setValue(QStringLiteral("TimerInterval"), 100);
     NEED(machine.Connect(QSize(1440, 900),
@@ -313,13 +319,7 @@ bool StatusPage()
 bool SmallScreen()
 {
     Machine machine;
-    const QDir demo(QStringLiteral(KORV_DEMO_DIR));
-    for (const QString& name : demo.entryList(QDir::Files))
-        QFile::copy(demo.filePath(name), QDir(machine.Root()).filePath(name));
-    SimOptions options;
-    options.runProgram = QStringLiteral("bracket_6061.nc");
-    options.timeScale = 4;
-    NEED(machine.Start(options));
+    NEED(RunDemoProgram(machine));
     NEED(machine.Connect(QSize(1024 - 72, 768 - 30),
                          [](Workspace& space) { return space.PageBar()->isTabEnabled(Workspace::PageMachineStatus); }));
     Workspace& space = machine.Space();

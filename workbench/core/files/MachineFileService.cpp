@@ -4,6 +4,7 @@
 #include "CamBaseTextHelper.h"
 #include "CompositeJob.h"
 #include "LogColors.h"
+#include "MachinePath.h"
 #include "MachineTask.h"
 #include "MachineTaskFactory.h"
 #include "ProgramHistory.h"
@@ -22,17 +23,6 @@ namespace {
 const QString UploadSuffix = QStringLiteral("*Upload");
 const QString DownloadSuffix = QStringLiteral("*Download");
 const QString AutoCamMachineFolder = QStringLiteral("/FromLunarcHub/");
-
-QString LastPart(const QString& path)
-{
-    return path.mid(path.lastIndexOf(QLatin1Char('/')) + 1);
-}
-
-QString FolderOf(const QString& machinePath)
-{
-    const int cut = machinePath.lastIndexOf(QLatin1Char('/'));
-    return cut <= 0 ? QStringLiteral("/") : machinePath.left(cut);
-}
 
 bool IsAllowedType(const QString& path)
 {
@@ -61,7 +51,7 @@ struct MachineFileService::QueuedTransfer
 
     QString DisplayName() const
     {
-        return LastPart(QDir::fromNativeSeparators(item.bUpload ? item.strLocalPath : item.strMachinePath));
+        return MachinePath::Name(QDir::fromNativeSeparators(item.bUpload ? item.strLocalPath : item.strMachinePath));
     }
 };
 
@@ -110,7 +100,7 @@ bool MachineFileService::HitsRunningProgram(const QString& machinePath, bool bFo
         return bFolder ? (path == QStringLiteral("/") || program.startsWith(path + QLatin1Char('/'))) : program == path;
     }
     // The machine names the program without its folder: any file of that name is held back.
-    return !bFolder && LastPart(machinePath) == m_strRunningProgram;
+    return !bFolder && MachinePath::Name(machinePath) == m_strRunningProgram;
 }
 
 bool MachineFileService::IsPathBusy(const MachineEndpoint& endpoint, const QString& path, bool bFolder) const
@@ -127,7 +117,8 @@ bool MachineFileService::IsPathBusy(const MachineEndpoint& endpoint, const QStri
 
 QString MachineFileService::CheckTransfer(const MachineEndpoint& endpoint, const TransferItem& item) const
 {
-    const QString name = LastPart(QDir::fromNativeSeparators(item.bUpload ? item.strLocalPath : item.strMachinePath));
+    const QString name =
+        MachinePath::Name(QDir::fromNativeSeparators(item.bUpload ? item.strLocalPath : item.strMachinePath));
     if (item.bFolder)
         return tr("文件夹不能直接传输：%1。请打开文件夹选择其中的程序，或使用“同步”").arg(name);
     if (item.bUpload) {
@@ -149,8 +140,9 @@ QString MachineFileService::CheckTransfer(const MachineEndpoint& endpoint, const
     // Another machine of the shop is known by what its watcher last heard: the program's name.
     const bool bConnected = endpoint == m_endpoint;
     const QString program = bConnected ? m_strRunningProgram : RunningProgramOf(endpoint);
-    const bool bHits = bConnected ? HitsRunningProgram(item.strMachinePath, false)
-                                  : !program.isEmpty() && LastPart(program) == LastPart(item.strMachinePath);
+    const bool bHits = bConnected
+                           ? HitsRunningProgram(item.strMachinePath, false)
+                           : !program.isEmpty() && MachinePath::Name(program) == MachinePath::Name(item.strMachinePath);
     if (bHits)
         return tr("机床正在运行程序%1，不能覆盖、删除或重命名：%2").arg(program, item.strMachinePath);
     return QString();
@@ -258,7 +250,7 @@ void MachineFileService::CollectMachineTargets(const MachineEndpoint& endpoint, 
     QHash<QString, QList<TransferItem>> byFolder;
     for (const TransferItem& item : items) {
         if (item.bUpload || QFileInfo::exists(item.strLocalPath))
-            byFolder[FolderOf(item.strMachinePath)].append(item);
+            byFolder[MachinePath::Folder(item.strMachinePath)].append(item);
     }
     if (byFolder.isEmpty()) {
         done(true, {});
@@ -285,7 +277,7 @@ void MachineFileService::CollectMachineTargets(const MachineEndpoint& endpoint, 
             const Qt::CaseSensitivity sensitivity = bCaseInsensitive ? Qt::CaseInsensitive : Qt::CaseSensitive;
             const QList<FtpFileInfo> entries = listing->Entries();
             for (const TransferItem& item : folderItems) {
-                const QString name = LastPart(item.strMachinePath);
+                const QString name = MachinePath::Name(item.strMachinePath);
                 const QFileInfo local(item.strLocalPath);
                 const FtpFileInfo* found = nullptr;
                 for (const FtpFileInfo& entry : entries) {
@@ -370,8 +362,8 @@ void MachineFileService::KeepThenEnqueue(const MachineEndpoint& endpoint, const 
     QList<HistoryLoss> losses;
     for (const TransferItem& item : items) {
         if (item.bUpload)
-            losses.append(
-                {item.strMachinePath, HistoryCause::Replaced, LastPart(QDir::fromNativeSeparators(item.strLocalPath))});
+            losses.append({item.strMachinePath, HistoryCause::Replaced,
+                           MachinePath::Name(QDir::fromNativeSeparators(item.strLocalPath))});
     }
     if (!m_pHistory || losses.isEmpty()) {
         Enqueue(endpoint, items, batch);
@@ -722,11 +714,11 @@ MachineJob* MachineFileService::Rename(const MachineEndpoint& endpoint, const QS
     if (reason.isEmpty())
         reason = CheckChange(newPath, false, origin);
     if (reason.isEmpty())
-        reason = endpoint.nameRules.Violation(LastPart(newPath));
+        reason = endpoint.nameRules.Violation(MachinePath::Name(newPath));
     if (!reason.isEmpty())
         return Refuse(reason, true);
     // A rename onto an existing program replaces it: that one is kept first.
-    return KeepThenChange(endpoint, {{newPath, HistoryCause::RenamedOver, LastPart(oldPath)}}, [=]() {
+    return KeepThenChange(endpoint, {{newPath, HistoryCause::RenamedOver, MachinePath::Name(oldPath)}}, [=]() {
         return StartChange(
             endpoint, [this, endpoint, oldPath, newPath]() { return m_pFactory->Rename(endpoint, oldPath, newPath); },
             QStringLiteral("RenameFtpFile result:%1, url:%2"), QString(), QString(), true);
@@ -737,7 +729,7 @@ MachineJob* MachineFileService::MakeDir(const MachineEndpoint& endpoint, const Q
 {
     QString reason = CheckConnected(endpoint);
     if (reason.isEmpty())
-        reason = endpoint.nameRules.Violation(LastPart(path));
+        reason = endpoint.nameRules.Violation(MachinePath::Name(path));
     if (!reason.isEmpty())
         return Refuse(reason, true);
     qDebug() << "create new forder:"

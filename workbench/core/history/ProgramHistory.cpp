@@ -7,6 +7,7 @@
 #include "LogColors.h"
 #include "MachineFileService.h"
 #include "MachineJob.h"
+#include "MachinePath.h"
 #include "MachineTaskFactory.h"
 #include "TaskJob.h"
 
@@ -17,17 +18,6 @@
 #include <QUuid>
 
 namespace {
-QString LastPart(const QString& path)
-{
-    return path.mid(path.lastIndexOf(QLatin1Char('/')) + 1);
-}
-
-QString FolderOf(const QString& machinePath)
-{
-    const int cut = machinePath.lastIndexOf(QLatin1Char('/'));
-    return cut <= 0 ? QStringLiteral("/") : machinePath.left(cut);
-}
-
 // A serial number as a folder name: whatever a machine reports must not climb out of the root.
 QString FolderName(const QString& sn)
 {
@@ -110,7 +100,7 @@ void ProgramHistory::Keep(const MachineEndpoint& endpoint, const QList<HistoryLo
         if (loss.bFolder)
             folders.append(loss);
         else
-            byFolder[FolderOf(loss.strMachinePath)].append(loss);
+            byFolder[MachinePath::Folder(loss.strMachinePath)].append(loss);
     }
     auto pending = std::make_shared<Pending>();
     pending->settings = settings;
@@ -139,7 +129,7 @@ void ProgramHistory::KeepFolder(const MachineEndpoint& endpoint, const QString& 
                     tr("无法读取机床文件夹，未能保留%1的历史版本，未作改动").arg(loss.strMachinePath));
                 continue;
             }
-            const QString name = LastPart(loss.strMachinePath);
+            const QString name = MachinePath::Name(loss.strMachinePath);
             for (const FtpFileInfo& entry : entries) {
                 if (entry.isDir() || entry.name.compare(name, sensitivity) != 0)
                     continue;
@@ -270,7 +260,7 @@ MachineJob* ProgramHistory::Restore(const MachineEndpoint& endpoint, const Histo
     const QString folder =
         store ? QStringLiteral("%1/restore/%2").arg(store->Folder(), QUuid::createUuid().toString(QUuid::WithoutBraces))
               : QString();
-    const QString localPath = folder + QLatin1Char('/') + LastPart(version.strMachinePath);
+    const QString localPath = folder + QLatin1Char('/') + MachinePath::Name(version.strMachinePath);
     if (!store || !Export(endpoint.strSn, version, localPath)) {
         const QString reason = tr("无法读取历史版本：%1").arg(version.strMachinePath);
         Log(reason, LogColors::Failure);
