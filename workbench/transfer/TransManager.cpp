@@ -1,7 +1,6 @@
 #include "TransManager.h"
 
 #include "CDebugLog.h"
-
 #include "TransInfo.h"
 #include "TransList.h"
 

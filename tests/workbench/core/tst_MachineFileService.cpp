@@ -360,8 +360,6 @@ private Q_SLOTS:
         QCOMPARE(ResultOf(batchDone), MachineJob::Result::Succeeded);
     }
 
-
-
     void failedRowIsRetriedThroughTheChecks()
     {
         QSignalSpy rows(m_files.get(), &MachineFileService::SignalTransferUpdated);
@@ -441,7 +439,6 @@ private Q_SLOTS:
         // A cancelled row is sent again like a failed one.
         QCOMPARE(m_files->Retry(key)->GetResult(), MachineJob::Result::Running);
     }
-
 };
 
 QTEST_GUILESS_MAIN(TestMachineFileService)
