@@ -249,8 +249,11 @@ bool ProgramHistory::Export(const QString& sn, const HistoryVersion& version, co
     if (found == m_mapStores.end())
         return false;
     QFile::remove(localPath);
+    // A link costs nothing on the GUI thread, where copying a large kept program would stall it;
+    // the copy is only for a file system without links.
+    const QString content = found->second->ContentPath(version.strHash);
     return QDir().mkpath(QFileInfo(localPath).absolutePath()) &&
-           QFile::copy(found->second->ContentPath(version.strHash), localPath);
+           (QFile::link(content, localPath) || QFile::copy(content, localPath));
 }
 
 MachineJob* ProgramHistory::Restore(const MachineEndpoint& endpoint, const HistoryVersion& version)
