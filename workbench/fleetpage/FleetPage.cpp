@@ -32,11 +32,15 @@ FleetPage::FleetPage(MachineFleet* fleet, QWidget* parent)
     m_pTable->setSelectionMode(QAbstractItemView::ExtendedSelection);
     m_pTable->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_pTable->verticalHeader()->hide();
-    m_pTable->horizontalHeader()->setStretchLastSection(true);
     m_pTable->setWordWrap(false);
-    m_pTable->setColumnWidth(FleetModel::ColumnName, 190);
-    m_pTable->setColumnWidth(FleetModel::ColumnProgram, 170);
-    m_pTable->setColumnWidth(FleetModel::ColumnAlarm, 200);
+    // Short columns take what their texts need and the four free-text ones share the rest, so the
+    // table fits a small screen without a horizontal scroll bar.
+    QHeaderView* header = m_pTable->horizontalHeader();
+    header->setMinimumSectionSize(60);
+    header->setSectionResizeMode(QHeaderView::ResizeToContents);
+    for (const int column :
+         {FleetModel::ColumnName, FleetModel::ColumnProgram, FleetModel::ColumnAlarm, FleetModel::ColumnSendResult})
+        header->setSectionResizeMode(column, QHeaderView::Stretch);
 
     m_pFilter->setPlaceholderText(tr("筛选：机床、地址、状态、程序或报警"));
     m_pFilter->setClearButtonEnabled(true);
