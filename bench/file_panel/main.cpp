@@ -1,8 +1,9 @@
-// Times the file panel on big folders: a local folder of 100,000 files listed and
-// sorted by name, compared with the same sort comparing names through the
-// collator inside lessThan, and a machine folder of 20,000 entries listed from
-// cnc-sim (run as a child process) into rows. Prints one "name=value" line per
-// figure, the speed-up last.
+// Times the file panel on big folders: a local folder of 100,000 files listed into a
+// shown panel (with the longest stall of the GUI thread meanwhile) and sorted by name,
+// compared with the same sort comparing names through the collator inside lessThan,
+// and a machine folder of 20,000 entries listed from cnc-sim (run as a child process)
+// into rows, also timed from its reply on. Prints one "name=value" line per figure,
+// the speed-up last.
 
 #include "CamBaseTextHelper.h"
 #include "KorvBaseGlobals.h"
@@ -79,10 +80,12 @@ QString RandomName(QRandomGenerator& random, int i)
         .arg(QLatin1String(suffixes[random.bounded(int(std::size(suffixes)))]));
 }
 
-// Lists folder in a fresh local panel; reports the time to rows and the longest
-// stretch the event loop was kept from running meanwhile.
+// Lists folder in a fresh local panel, shown as a user would see it; reports the time
+// to rows and the longest stretch the event loop was kept from running meanwhile.
 void BenchLocalListing(FileSelectPanel& panel, const QString& folder)
 {
+    panel.resize(1024, 768);
+    panel.show();
     StallRecorder stalls;
     QSignalSpy spy(&panel, &FileSelectPanel::SignalListingFinished);
     QElapsedTimer timer;
@@ -95,7 +98,7 @@ void BenchLocalListing(FileSelectPanel& panel, const QString& folder)
     const double elapsed = timer.nsecsElapsed() / 1e6;
     const qint64 longestStall = stalls.LongestMs();
     Print("local_list_100000_ms", elapsed);
-    Print("local_list_longest_gui_stall_ms", double(longestStall));
+    Print("local_100k_max_stall_ms", double(longestStall));
 }
 
 // Starts cnc-sim on free loopback ports serving root; returns its FTP port, 0 on failure.
@@ -144,8 +147,18 @@ bool BenchMachineListing(int entryCount)
     QElapsedTimer timer;
     timer.start();
     panel.RefreshPanel();
+    // The reply is in when the panel drops its loading row; the request's own rows went
+    // before this connection was made.
+    QElapsedTimer sinceReply;
+    QObject::connect(panel.SortModel()->sourceModel(), &QAbstractItemModel::rowsAboutToBeRemoved, &panel,
+                     [&sinceReply] {
+                         if (!sinceReply.isValid()) {
+                             sinceReply.start();
+                         }
+                     });
     const bool bListed = spy.wait(60000) && spy.last().at(1).toBool();
     const double elapsed = timer.nsecsElapsed() / 1e6;
+    const double shown = sinceReply.isValid() ? sinceReply.nsecsElapsed() / 1e6 : -1;
     simulator.kill();
     simulator.waitForFinished();
     if (!bListed || panel.SortModel()->rowCount() != entryCount) {
@@ -153,6 +166,7 @@ bool BenchMachineListing(int entryCount)
         return false;
     }
     Print("machine_list_20000_ms", elapsed);
+    Print("machine_20k_show_ms", shown);
     return true;
 }
 

@@ -10,6 +10,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QHeaderView>
 #include <QLoggingCategory>
 #include <QStandardItemModel>
@@ -17,6 +18,13 @@
 #include <QTimer>
 
 Q_LOGGING_CATEGORY(lcPanelListing, "korv.filepanel", QtInfoMsg)
+
+namespace {
+// A slice stops at whichever comes first, so one turn of the event loop stays well
+// under a frame even on a slow machine.
+constexpr qsizetype kSliceRows = 2048;
+constexpr qint64 kSliceMs = 8;
+} // namespace
 
 FilePanelListing::FilePanelListing(FileListingSource* source, QStandardItemModel* model, QHeaderView* header,
                                    QObject* parent)
@@ -44,7 +52,6 @@ void FilePanelListing::AppendRows(const QList<FileRowData>& rows)
     for (const FileRowData& row : rows) {
         items.append(row.CreateItem());
     }
-    // One insertion for the whole listing, so the proxy sorts once.
     m_pModel->invisibleRootItem()->appendRows(items);
 }
 
@@ -75,9 +82,17 @@ QList<FileRowData> FilePanelListing::QuickAccessRows() const
     return rows;
 }
 
+void FilePanelListing::StopAppending()
+{
+    ++m_iGeneration;
+    m_pendingListing = FileListing();
+    m_iNextRow = 0;
+}
+
 void FilePanelListing::ShowComputer()
 {
     m_pSource->Cancel();
+    StopAppending();
     m_bListing = false;
     m_listFolderNames.clear();
     m_listFileNames.clear();
@@ -90,6 +105,7 @@ void FilePanelListing::ShowComputer()
 void FilePanelListing::Clear(const QString& start)
 {
     m_pSource->Cancel();
+    StopAppending();
     m_bListing = false;
     m_strPendingLocateName.clear();
     m_strPendingFolderName.clear();
@@ -112,6 +128,7 @@ bool FilePanelListing::List(const QString& path)
         // A listing still in flight already keeps the rows from before it.
         m_strSavedPath = m_strPath;
     }
+    StopAppending();
     m_listFolderNames.clear();
     m_listFileNames.clear();
     SetPath(m_bLocal ? path : MachineListingSource::NormalizedPath(path));
@@ -125,6 +142,7 @@ bool FilePanelListing::List(const QString& path)
 void FilePanelListing::Apply(const FileListing& listing)
 {
     m_bListing = false;
+    StopAppending();
     if (!listing.bOk && !m_bLocal) {
         SetPath(m_strSavedPath);
         ReplaceRows(m_listShownRows);
@@ -140,13 +158,42 @@ void FilePanelListing::Apply(const FileListing& listing)
     }
     m_listFolderNames = listing.listFolderNames;
     m_listFileNames = listing.listFileNames;
-    AppendRows(listing.listRows);
     if (!m_bLocal) {
         m_listShownRows = listing.listRows;
     }
+    m_pendingListing = listing;
+    AppendSlice(m_iGeneration);
+}
+
+void FilePanelListing::AppendSlice(quint64 generation)
+{
+    if (generation != m_iGeneration) {
+        return; // a newer listing or a cleared panel took over
+    }
+    // A sorted panel places each row it gets among all the others, which costs far more
+    // per slice than one insertion of the whole listing; only an unsorted panel, where a
+    // slice lands behind the rows before it, takes the listing in slices.
+    const bool bSliced = m_pHeader->sortIndicatorSection() < 0;
+    const QList<FileRowData>& rows = m_pendingListing.listRows;
+    QElapsedTimer clock;
+    clock.start();
+    QList<QStandardItem*> items;
+    while (m_iNextRow < rows.size() && (!bSliced || (items.size() < kSliceRows && !clock.hasExpired(kSliceMs)))) {
+        items.append(rows.at(m_iNextRow++).CreateItem());
+    }
+    if (!items.isEmpty()) {
+        m_pModel->invisibleRootItem()->appendRows(items);
+    }
+    if (m_iNextRow < rows.size()) {
+        QTimer::singleShot(0, this, [this, generation] { AppendSlice(generation); });
+        return;
+    }
+    const QString path = m_pendingListing.strPath;
+    const bool bOk = m_pendingListing.bOk;
+    StopAppending();
     SelectLater(&m_strPendingFolderName, QString());
     SelectLater(&m_strPendingLocateName, QStringLiteral("上传文件到机床m_strPendingLocateName: %1"));
-    Q_EMIT SignalListingFinished(listing.strPath, listing.bOk);
+    Q_EMIT SignalListingFinished(path, bOk);
 }
 
 void FilePanelListing::SelectLater(QString* pending, const QString& logFormat)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "FileListing.h"
 #include "FileRowData.h"
 
 #include <QColor>
@@ -10,11 +11,11 @@
 class FileListingSource;
 class QHeaderView;
 class QStandardItemModel;
-struct FileListing;
 
 // The rows of a panel and the folder they belong to. It asks the source for a folder, shows the
 // loading row meanwhile, applies the answer, and puts the previous rows back when a machine
-// listing fails. The local panel's rows start with the quick-access places.
+// listing fails. The local panel's rows start with the quick-access places. A big listing goes
+// into an unsorted panel a slice per event-loop turn, so the window keeps drawing meanwhile.
 class FilePanelListing final : public QObject
 {
     Q_OBJECT
@@ -50,6 +51,9 @@ private:
     void SetPath(const QString& path);
     void ReplaceRows(const QList<FileRowData>& rows);
     void AppendRows(const QList<FileRowData>& rows);
+    // Drops the slices of a listing still going in.
+    void StopAppending();
+    void AppendSlice(quint64 generation);
     QList<FileRowData> QuickAccessRows() const;
     // Hands a pending name on once the rows are drawn.
     void SelectLater(QString* pending, const QString& logFormat);
@@ -67,4 +71,8 @@ private:
     QList<FileRowData> m_listShownRows;
     QString m_strPendingLocateName;
     QString m_strPendingFolderName;
+    // The listing going in a slice at a time, and which listing a queued slice belongs to.
+    FileListing m_pendingListing;
+    qsizetype m_iNextRow = 0;
+    quint64 m_iGeneration = 0;
 };

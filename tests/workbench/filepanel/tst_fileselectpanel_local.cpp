@@ -15,6 +15,7 @@
 #include <QStandardItemModel>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 #include <sys/stat.h>
 
 namespace {
@@ -240,20 +241,38 @@ private Q_SLOTS:
         CVarnokMessageBox::SetTestResponder({});
     }
 
-    void bigFolderListsOffTheGuiThread()
+    void bigFolderListsOffTheGuiThreadInSlices()
     {
         QTemporaryDir big;
-        for (int i = 0; i < 3000; ++i) {
+        for (int i = 0; i < 6000; ++i) {
             SimWorkspaceFixture::Write(big.filePath(QStringLiteral("f%1.nc").arg(i)), "x");
         }
         FileSelectPanel panel(true);
-        QSignalSpy spy(&panel, &FileSelectPanel::SignalListingFinished);
+        QAbstractItemModel* rows = panel.TreeView()->model();
+        QList<int> rowsWhenFinished;
+        connect(&panel, &FileSelectPanel::SignalListingFinished, this,
+                [&] { rowsWhenFinished.append(rows->rowCount()); });
+        panel.SelectAfterListing(QStringLiteral("f5999.nc"));
         EditPath(panel, big.path());
         // The path is current at once; the rows follow when the read is done.
         QCOMPARE(panel.CurrentPath(), big.path());
         QCOMPARE(SimWorkspaceFixture::PanelNames(panel).last(), QStringLiteral("加载中..."));
-        QVERIFY(spy.wait(10000));
-        QCOMPARE(panel.TreeView()->model()->rowCount(), 2 + 3000);
+        // Finished once, with every slice in, and only then the pending name selected.
+        QTRY_COMPARE_WITH_TIMEOUT(rowsWhenFinished, QList<int>{2 + 6000}, 10000);
+        QTRY_COMPARE(panel.TreeView()->currentIndex().data(FileItemRole::Name).toString(), QStringLiteral("f5999.nc"));
+
+        // A newer listing started between two slices drops the rest of the older one.
+        connect(rows, &QAbstractItemModel::rowsInserted, this, [&](const QModelIndex&, int first, int last) {
+            if (last - first > 100 && panel.CurrentPath() == big.path()) {
+                QTimer::singleShot(0, this, [&] { EditPath(panel, m_strRoot); });
+            }
+        });
+        EditPath(panel, big.path());
+        QTRY_COMPARE_WITH_TIMEOUT(rowsWhenFinished.size(), 2, 10000);
+        QTest::qWait(100);
+        QCOMPARE(rowsWhenFinished.size(), 2);
+        QCOMPARE(panel.CurrentPath(), m_strRoot);
+        QVERIFY(rowsWhenFinished.last() < 100 && rows->rowCount() == rowsWhenFinished.last());
     }
 };
 
