@@ -62,7 +62,8 @@ QString FtpTemporaryName::Make(const QString& targetName, const FtpNameRules& ru
 
 bool FtpTemporaryName::IsOurs(const QString& name, const QString& marker)
 {
-    if (!validMarker(marker))
+    // Listings of thousands of names pass through here: most are told apart without a pattern.
+    if (!validMarker(marker) || !name.contains(marker, Qt::CaseInsensitive))
         return false;
     const QString mark = QRegularExpression::escape(marker);
     const QRegularExpression ours(
