@@ -252,6 +252,15 @@ private Q_SLOTS:
         QCOMPARE(RowCount(), 0);
         QCOMPARE(Read(MachineFile(QStringLiteral("same.nc"))), original);
         QCOMPARE(m_sim->FtpServer().AcceptedSessionCount(), accepted);
+        if (!bFolder)
+            return;
+        // A folder dropped from the desktop meets the same refusal as the arrow's.
+        QMimeData desktop;
+        desktop.setUrls({QUrl::fromLocalFile(LocalFile(localName))});
+        DragAndDrop(manager->MachinePanel(), &desktop);
+        QTRY_COMPARE(m_listBoxes.size(), 2);
+        QCOMPARE(m_listBoxes.last().strText, box);
+        QCOMPARE(RowCount(), 0);
     }
 
     void busyPathIsDroppedAndPanelsStayLockedToTheEnd()
