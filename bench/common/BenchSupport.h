@@ -4,6 +4,7 @@
 
 #include <QStringList>
 #include <QVariant>
+#include <functional>
 #include <memory>
 
 class QCoreApplication;
@@ -24,6 +25,10 @@ void PrepareEnvironment(const QTemporaryDir& configDir);
 // debug output off.
 Size ParseSize(const QCoreApplication& app, const QString& filesHelp, int defaultFiles, bool bLatency = false);
 void SetSetting(const char* key, const QVariant& value);
+// Runs the event loop as the application's own does, waking on every event, until `condition`
+// holds or `timeoutMs` has passed. QTest::qWaitFor sleeps 10 ms between its rounds, which would
+// hold every queued result back and be measured as ours.
+bool WaitUntil(const std::function<bool()>& condition, int timeoutMs = 600000);
 [[noreturn]] void Fail(const QString& message);
 // The simulator as an FTP server on loopback with more cnc-sim switches; fails the bench when it does not start.
 std::unique_ptr<CncSimServer> StartSimulator(const QStringList& switches = {});

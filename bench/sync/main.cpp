@@ -15,7 +15,6 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QTemporaryDir>
-#include <QTest>
 #include <cstdio>
 #include <filepanel/FileManager.h>
 #include <filepanel/FileSelectPanel.h>
@@ -28,7 +27,7 @@ constexpr int kRounds = 3;
 
 bool Wait(const std::function<bool()>& condition)
 {
-    return QTest::qWaitFor(condition, 600000);
+    return WaitUntil(condition);
 }
 
 double TimeOurs(Workspace& workspace, StallRecorder& stalls)

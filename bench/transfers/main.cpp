@@ -15,7 +15,6 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QTemporaryDir>
-#include <QTest>
 #include <cstdio>
 #include <filepanel/FileManager.h>
 #include <functional>
@@ -63,7 +62,7 @@ double TimeTransfers(Workspace& workspace, bool bUpload, const QStringList& name
         bOk = ended->GetResult() == MachineJob::Result::Succeeded;
         error = ended->ErrorText();
     });
-    if (!QTest::qWaitFor([&] { return bDone; }, 600000) || !bOk)
+    if (!WaitUntil([&] { return bDone; }) || !bOk)
         Fail(QStringLiteral("transfers did not end well: ") + error);
     return clock.nsecsElapsed() / 1e9;
 }
@@ -76,7 +75,7 @@ std::unique_ptr<Workspace> Connect(const TestFtpServer& server)
     SetSetting(g_strSettingFtpPortMapping, server.Port());
     auto workspace = std::make_unique<Workspace>();
     workspace->ConnectToMachine(QStringLiteral("127.0.0.1"), QStringLiteral("PB01BENCH"));
-    if (!QTest::qWaitFor([&] { return workspace->GetFileManager()->IsConnected(); }, 10000))
+    if (!WaitUntil([&] { return workspace->GetFileManager()->IsConnected(); }, 10000))
         Fail(QStringLiteral("no connection to the simulator"));
     return workspace;
 }
