@@ -4,6 +4,7 @@
 
 #include <QDateTime>
 #include <QFile>
+#include <QFileInfo>
 #include <QMutex>
 #include <QMutexLocker>
 
@@ -20,10 +21,18 @@ void CDebugLog::AddLog(const QString& text)
     const QByteArray line = QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd hh:mm:ss.zzz ")).toUtf8() +
                             text.toUtf8() + '\n';
     QMutexLocker locker(&logMutex());
-    // Opened per line: the log must survive a crash and a changed KORV_CONFIG_DIR.
-    QFile file(LogFilePath());
-    if (file.open(QIODevice::WriteOnly | QIODevice::Append))
-        file.write(line);
+    // Kept open while KORV_CONFIG_DIR stays and the file is there, and unbuffered: each line
+    // reaches the system at once, so the log survives a crash without an open and close per line.
+    // Never destroyed: a task thread may log while the program exits.
+    static auto* file = new QFile;
+    const QString path = LogFilePath();
+    if (file->fileName() != path || !file->isOpen() || !QFileInfo::exists(path)) {
+        file->close();
+        file->setFileName(path);
+        if (!file->open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered))
+            return;
+    }
+    file->write(line);
 }
 
 QString CDebugLog::LogFilePath()

@@ -1,6 +1,7 @@
 #include "KorvPaths.h"
 
 #include <QDir>
+#include <QMutex>
 #include <QStandardPaths>
 
 QString KorvPaths::ConfigDir()
@@ -8,7 +9,12 @@ QString KorvPaths::ConfigDir()
     QString dir = qEnvironmentVariable("KORV_CONFIG_DIR");
     if (dir.isEmpty())
         dir = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + QStringLiteral("/korv");
-    QDir().mkpath(dir);
+    // Every setting read and log line asks: the folder is made once, not checked on disk each time.
+    static QMutex mutex;
+    static QString made;
+    QMutexLocker locker(&mutex);
+    if (dir != made && QDir().mkpath(dir))
+        made = dir;
     return dir;
 }
 

@@ -15,6 +15,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QPointer>
 #include <QSet>
 #include <QStandardPaths>
 #include <algorithm>
@@ -406,14 +407,33 @@ MachineJob* MachineFileService::KeepThenChange(const MachineEndpoint& endpoint, 
     return batch;
 }
 
+int MachineFileService::RunningCount(const QString& ip) const
+{
+    return int(std::count_if(m_listRunning.cbegin(), m_listRunning.cend(),
+                             [&ip](const auto& transfer) { return transfer->endpoint.strIp == ip; }));
+}
+
+std::shared_ptr<void> MachineFileService::HoldWaiting(const QString& ip)
+{
+    ++m_hashWaitingHolds[ip];
+    const QPointer<MachineFileService> self(this);
+    // Points at something, so that a holder can test whether it holds.
+    static char held;
+    return std::shared_ptr<void>(&held, [self, ip](void*) {
+        if (!self)
+            return;
+        if (--self->m_hashWaitingHolds[ip] <= 0)
+            self->m_hashWaitingHolds.remove(ip);
+        self->StartWaiting();
+    });
+}
+
 void MachineFileService::StartWaiting()
 {
     // Each machine has its own slots: a send to many machines runs on all of them at once.
     for (int i = 0; i < m_listWaiting.size();) {
         const QString ip = m_listWaiting.at(i)->endpoint.strIp;
-        const auto running = std::count_if(m_listRunning.cbegin(), m_listRunning.cend(),
-                                           [&ip](const auto& transfer) { return transfer->endpoint.strIp == ip; });
-        if (running < m_iMaxTransfers)
+        if (RunningCount(ip) < m_iMaxTransfers && !m_hashWaitingHolds.contains(ip))
             StartTransfer(m_listWaiting.takeAt(i));
         else
             ++i;

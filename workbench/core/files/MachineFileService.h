@@ -53,6 +53,11 @@ public:
     const MachineEndpoint& Endpoint() const { return m_endpoint; }
     void SetMaxTransfers(int count) { m_iMaxTransfers = qMax(1, count); }
     int MaxTransfers() const { return m_iMaxTransfers; }
+    // Transfers to the machine at `ip` under way now (waiting ones not counted).
+    int RunningCount(const QString& ip) const;
+    // While a returned hold lives, no waiting transfer to the machine at `ip` starts: a
+    // synchronisation that saw a failure asks whether the machine still answers before more go.
+    std::shared_ptr<void> HoldWaiting(const QString& ip);
     // The program the machine runs now (a name or a machine path), empty when it runs none.
     void SetRunningProgram(const QString& program) { m_strRunningProgram = program; }
     // The program another machine runs, by its address (the shop's watched machines).
@@ -168,6 +173,8 @@ private:
     ProgramHistory* m_pHistory = nullptr;
     QList<std::shared_ptr<QueuedTransfer>> m_listWaiting;
     QList<std::shared_ptr<QueuedTransfer>> m_listRunning;
+    // Holds on waiting transfers, by machine address.
+    QHash<QString, int> m_hashWaitingHolds;
     // Every failed transfer by row key, so that the row can be retried.
     QHash<QString, TransferItem> m_hashFailed;
     // Machine URLs of cancelled uploads whose temporary file is being looked for.

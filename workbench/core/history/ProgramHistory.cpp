@@ -15,6 +15,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QFutureWatcher>
+#include <QTimer>
 #include <QUuid>
 
 namespace {
@@ -115,33 +116,50 @@ void ProgramHistory::Keep(const MachineEndpoint& endpoint, const QList<HistoryLo
 void ProgramHistory::KeepFolder(const MachineEndpoint& endpoint, const QString& folder,
                                 const QList<HistoryLoss>& losses, const std::shared_ptr<Pending>& pending)
 {
+    // Requests for one folder made in the same turn of the event loop share one listing: a
+    // synchronisation hands its files to the funnel one at a time.
+    const QString key = endpoint.strIp + QLatin1Char('\n') + folder;
+    const bool bListingDue = m_hashFolderRequests.contains(key);
+    m_hashFolderRequests[key].append({losses, pending});
+    if (bListingDue)
+        return;
+    QTimer::singleShot(0, this, [this, endpoint, folder, key]() { ListFolder(endpoint, folder, key); });
+}
+
+void ProgramHistory::ListFolder(const MachineEndpoint& endpoint, const QString& folder, const QString& key)
+{
+    const QList<FolderRequest> requests = m_hashFolderRequests.take(key);
     // One listing tells which of the paths exist, and how large they are.
     auto* listing = new TaskJob(
         &m_tasks, [this, endpoint, folder]() { return m_pFiles->TaskFactory()->List(endpoint, folder); }, this);
     connect(listing, &TaskJob::SignalTaskEnded, this, [=](bool ok) {
-        const Qt::CaseSensitivity sensitivity =
-            endpoint.nameRules.bCaseInsensitive ? Qt::CaseInsensitive : Qt::CaseSensitive;
-        const QList<FtpFileInfo> entries = listing->Entries();
-        for (const HistoryLoss& loss : losses) {
-            if (!ok) {
-                pending->refused.insert(
-                    loss.strMachinePath,
-                    tr("无法读取机床文件夹，未能保留%1的历史版本，未作改动").arg(loss.strMachinePath));
-                continue;
-            }
-            const QString name = MachinePath::Name(loss.strMachinePath);
-            for (const FtpFileInfo& entry : entries) {
-                if (entry.isDir() || entry.name.compare(name, sensitivity) != 0)
+        const bool bAnyCase = endpoint.nameRules.bCaseInsensitive;
+        QHash<QString, FtpFileInfo> programs;
+        for (const FtpFileInfo& entry : listing->Entries()) {
+            const QString name = bAnyCase ? entry.name.toLower() : entry.name;
+            if (!entry.isDir() && !programs.contains(name))
+                programs.insert(name, entry);
+        }
+        for (const FolderRequest& request : requests) {
+            const std::shared_ptr<Pending>& pending = request.pending;
+            for (const HistoryLoss& loss : request.losses) {
+                if (!ok) {
+                    pending->refused.insert(
+                        loss.strMachinePath,
+                        tr("无法读取机床文件夹，未能保留%1的历史版本，未作改动").arg(loss.strMachinePath));
                     continue;
-                if (!WithinLimit(loss.strMachinePath, entry.size, pending))
-                    break;
+                }
+                const QString name = MachinePath::Name(loss.strMachinePath);
+                const auto found = programs.constFind(bAnyCase ? name.toLower() : name);
+                if (found == programs.cend() || !WithinLimit(loss.strMachinePath, found->size, pending))
+                    continue;
                 ++pending->iLeft;
                 // Kept under the machine's spelling of the name, in case it ignores case.
-                KeepFile(endpoint, loss, QDir::cleanPath(folder + QLatin1Char('/') + entry.name), entry.size, pending);
-                break;
+                KeepFile(endpoint, loss, QDir::cleanPath(folder + QLatin1Char('/') + found->name), found->size,
+                         pending);
             }
+            pending->Ended();
         }
-        pending->Ended();
     });
     listing->Start();
 }

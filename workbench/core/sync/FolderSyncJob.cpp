@@ -221,7 +221,10 @@ void FolderSyncJob::StartTransfers()
 
 void FolderSyncJob::TopUp()
 {
-    while (!m_bHeld && RunningCount() < MaxSyncTransfers && !m_queue.isEmpty()) {
+    // Refilled in bursts once a transfer slot is free: the files of a burst share the history
+    // step's one listing of their folder, which takes that slot's login.
+    const bool bRefill = !m_waitingHold && RunningCount() < m_pFiles->MaxTransfers();
+    while (bRefill && RunningCount() < MaxSyncQueued && !m_queue.isEmpty()) {
         const Item item = m_queue.dequeue();
         const TransferItem transfer{item.bUpload, LocalPath(item.strRelPath), MachinePath(item.strRelPath),
                                     OperationCopy};
@@ -251,25 +254,37 @@ void FolderSyncJob::OnSubjobResult(MachineJob* job)
         ++m_nFailCount;
         m_listFailures.append(job->ErrorText().isEmpty() ? path : tr("%1（%2）").arg(path, job->ErrorText()));
         // A failure may mean the machine is gone: nothing more starts until it answers.
-        if (!m_bHeld)
-            ProbeMachine();
+        if (!m_waitingHold)
+            m_waitingHold = m_pFiles->HoldWaiting(m_endpoint.strIp);
         break;
     }
+    ProbeWhenSlotFree();
     TopUp();
+}
+
+void FolderSyncJob::ProbeWhenSlotFree()
+{
+    // The probe is a login of its own: it waits for a slot, so the machine never sees more logins
+    // than transfers allowed at once.
+    if (!m_waitingHold || m_bProbing ||
+        (RunningCount() > 0 && m_pFiles->RunningCount(m_endpoint.strIp) >= m_pFiles->MaxTransfers()))
+        return;
+    ProbeMachine();
 }
 
 void FolderSyncJob::ProbeMachine()
 {
-    m_bHeld = true;
+    m_bProbing = true;
     MachineTask* task = MachineTaskFactory::Default()->Check(m_endpoint);
     connect(task, &MachineTask::SignalFinished, this, [this](bool ok) {
+        m_bProbing = false;
         if (IsFinished())
             return;
         if (!ok) {
             Interrupt();
             return;
         }
-        m_bHeld = false;
+        m_waitingHold.reset();
         TopUp();
     });
     m_tasks.Start(task);
@@ -295,6 +310,7 @@ void FolderSyncJob::End()
                           .arg(m_queue.size()));
     SetPhase(Phase::Ended);
     m_hold.reset();
+    m_waitingHold.reset();
     Log(tr("同步结果：成功 %1 个，失败 %2 个，跳过 %3 个").arg(m_nDone).arg(m_nFailCount).arg(m_nSkipped),
         LogColors::Plain);
     LogLeftOut();
@@ -331,6 +347,7 @@ void FolderSyncJob::StopWork()
     SetPhase(Phase::Ended);
     m_queue.clear();
     m_hold.reset();
+    m_waitingHold.reset();
     m_pScanner->Cancel();
     m_pComparer->Cancel();
     m_tasks.RequestStopAll();

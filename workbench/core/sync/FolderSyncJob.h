@@ -36,7 +36,9 @@ public:
     };
     Q_ENUM(Phase)
 
-    static constexpr int MaxSyncTransfers = 5;
+    // Files handed to the funnel at a time; it runs as many at once as the machine takes and keeps
+    // the rest waiting.
+    static constexpr int MaxSyncQueued = 32;
 
     struct Options
     {
@@ -86,6 +88,8 @@ private:
     void CreateMachineFolders();
     void StartTransfers();
     void TopUp();
+    // After a failure: asks whether the machine still answers once a transfer slot is free.
+    void ProbeWhenSlotFree();
     void ProbeMachine();
     void End();
     void StopWork();
@@ -105,7 +109,9 @@ private:
 
     FolderSyncPlan m_plan;
     QQueue<Item> m_queue;
-    bool m_bHeld = false;
+    // Set from a failure until the probe answers: nothing more of the run starts meanwhile.
+    std::shared_ptr<void> m_waitingHold;
+    bool m_bProbing = false;
     int m_nFailCount = 0;
     int m_nDone = 0;
     int m_nSkipped = 0;
