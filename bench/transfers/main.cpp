@@ -19,6 +19,7 @@
 #include <filepanel/FileManager.h>
 #include <functional>
 #include <memory>
+#include <sys/resource.h>
 #include <workspace/Workspace.h>
 
 namespace {
@@ -43,6 +44,18 @@ struct Times
     }
 };
 
+// CPU seconds the calling thread has used so far.
+double ThreadCpuSeconds()
+{
+    rusage usage{};
+    getrusage(RUSAGE_THREAD, &usage);
+    return double(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) +
+           double(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
+}
+
+// GUI thread CPU seconds of the last timed batch.
+double g_guiCpuSeconds = 0;
+
 // Seconds until one batch through the funnel has reported its result, as the arrows send it.
 double TimeTransfers(Workspace& workspace, bool bUpload, const QStringList& names, const QString& localDir,
                      const QString& remoteDir)
@@ -52,6 +65,7 @@ double TimeTransfers(Workspace& workspace, bool bUpload, const QStringList& name
         items.append({bUpload, QDir(localDir).filePath(name), remoteDir + name, OperationCopy});
     QElapsedTimer clock;
     clock.start();
+    const double cpuStart = ThreadCpuSeconds();
     MachineJob* job =
         workspace.FileService()->Transfer(workspace.Connection()->Endpoint(), items, RequestOrigin::FilePage);
     bool bDone = job->IsFinished();
@@ -64,6 +78,7 @@ double TimeTransfers(Workspace& workspace, bool bUpload, const QStringList& name
     });
     if (!WaitUntil([&] { return bDone; }) || !bOk)
         Fail(QStringLiteral("transfers did not end well: ") + error);
+    g_guiCpuSeconds = ThreadCpuSeconds() - cpuStart;
     return clock.nsecsElapsed() / 1e9;
 }
 
@@ -116,6 +131,8 @@ public:
         line("lftp, 5 connections", m_lftp.up, m_lftp.down);
         line("lftp, 5, temp names", m_lftpSafe.up, m_lftpSafe.down);
         std::printf("%s upload\n%s download\n", qPrintable(m_strCommandsUp), qPrintable(m_strCommandsDown));
+        std::printf("%sgui_cpu_us_per_file upload=%.0f download=%.0f\n", prefix, 1e6 * m_oursGui.up / files,
+                    1e6 * m_oursGui.down / files);
         std::printf("%sratio upload=%.2f download=%.2f\n", prefix, qMin(m_curl.up, m_lftp.up) / m_ours.up,
                     qMin(m_curl.down, m_lftp.down) / m_ours.down);
         std::printf("%ssafe_ratio upload=%.2f download=%.2f\n", prefix, m_lftpSafe.up / m_ours.up,
@@ -129,8 +146,10 @@ private:
         QTemporaryDir back;
         const QMap<QString, qint64> start = bCount ? m_server.CommandCounts() : QMap<QString, qint64>();
         const double up = TimeTransfers(workspace, true, m_names, m_strSource, QStringLiteral("/ours/"));
+        const double guiUp = g_guiCpuSeconds;
         const QMap<QString, qint64> middle = bCount ? m_server.CommandCounts() : QMap<QString, qint64>();
         const double down = TimeTransfers(workspace, false, m_names, back.path(), QStringLiteral("/ours/"));
+        m_oursGui.Keep(guiUp, g_guiCpuSeconds);
         if (bCount) {
             m_strCommandsUp = CommandsPerFile(start, middle, int(m_names.size()));
             m_strCommandsDown = CommandsPerFile(middle, m_server.CommandCounts(), int(m_names.size()));
@@ -174,6 +193,7 @@ private:
     const QStringList m_names;
     const QString m_strSource;
     Times m_ours;
+    Times m_oursGui; // CPU seconds of the GUI thread
     Times m_curl;
     Times m_lftp;
     Times m_lftpSafe;

@@ -12,6 +12,9 @@ TransInfo::TransInfo(QWidget* parent) : QWidget(parent), m_pUi(new Ui::TransInfo
 {
     m_pUi->setupUi(this);
     m_pLogModel = new TransLogModel(this);
+    m_scrollTimer.setSingleShot(true);
+    m_scrollTimer.setInterval(FrameMs);
+    connect(&m_scrollTimer, &QTimer::timeout, m_pUi->tableView, &QAbstractItemView::scrollToBottom);
 
     QTableView* view = m_pUi->tableView;
     m_pUi->iconLabel->hide();
@@ -51,7 +54,9 @@ QTableView* TransInfo::TableView() const
 void TransInfo::AddLog(const QString& strMessage, const QColor& color)
 {
     m_pLogModel->AddLog(strMessage, color);
-    m_pUi->tableView->scrollToBottom();
+    // Scrolling lays the view out: once per frame, however many lines many small files bring.
+    if (!m_scrollTimer.isActive())
+        m_scrollTimer.start();
 }
 
 bool TransInfo::eventFilter(QObject* watched, QEvent* event)

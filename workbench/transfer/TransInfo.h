@@ -1,6 +1,9 @@
 #pragma once
 
+#include "TransferClock.h"
+
 #include <QColor>
+#include <QTimer>
 #include <QWidget>
 
 class QTableView;
@@ -32,4 +35,5 @@ protected:
 private:
     Ui::TransInfo* m_pUi = nullptr;
     TransLogModel* m_pLogModel = nullptr;
+    QTimer m_scrollTimer;
 };

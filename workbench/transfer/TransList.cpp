@@ -74,12 +74,18 @@ QString CompletionTimeText(qint64 iNow)
 }
 } // namespace
 
-TransList::TransList(QWidget* parent) : QWidget(parent), m_pUi(new Ui::TransList)
+TransList::TransList(QWidget* parent)
+    : QWidget(parent), m_pUi(new Ui::TransList), m_iconDownload(QString::fromLatin1(IconArrowLeftBlue)),
+      m_iconUpload(QString::fromLatin1(IconArrowRightGreen))
 {
     RegisterTanslateInfoMetaType();
     m_pUi->setupUi(this);
     m_pModel = new QStandardItemModel(this);
     SetUpTable();
+    m_scrollTimer.setSingleShot(true);
+    m_scrollTimer.setInterval(FrameMs);
+    connect(&m_scrollTimer, &QTimer::timeout, this,
+            [this] { m_pUi->m_tableView->scrollTo(m_pModel->index(m_pModel->rowCount() - 1, ColumnFile)); });
 }
 
 TransList::~TransList()
@@ -273,7 +279,7 @@ void TransList::AddRow(const TanslateInfo& info, const QString& strKey, qint64 i
     qCDebug(lcWorkbench) << "row " << row;
 
     QStandardItem* file = MakeItem(info.fileName, true);
-    file->setIcon(QIcon(QString::fromLatin1(info.direction ? IconArrowLeftBlue : IconArrowRightGreen)));
+    file->setIcon(info.direction ? m_iconDownload : m_iconUpload);
     QStandardItem* progress = MakeItem(QString(), false);
     progress->setData(QVariant::fromValue(info), CProgressDelegate::InfoRole);
     progress->setData(info.state == TanslateInfo::StateWaiting ? SpeedTextOf(info, 0) : QStringLiteral("0 KB/s"),
@@ -289,8 +295,9 @@ void TransList::AddRow(const TanslateInfo& info, const QString& strKey, qint64 i
 
     QTableView* view = m_pUi->m_tableView;
     view->setRowHeight(row, RowHeight);
-    view->scrollTo(m_pModel->index(row, ColumnFile));
     view->setRowHeight(0, RowHeight);
+    if (!m_scrollTimer.isActive())
+        m_scrollTimer.start();
 }
 
 void TransList::ClearList()

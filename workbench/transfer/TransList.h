@@ -4,6 +4,8 @@
 #include "TransferClock.h"
 
 #include <QHash>
+#include <QIcon>
+#include <QTimer>
 #include <QWidget>
 
 class CFileNameDelegate;
@@ -85,6 +87,10 @@ private:
 
     Ui::TransList* m_pUi = nullptr;
     QStandardItemModel* m_pModel = nullptr;
+    const QIcon m_iconDownload;
+    const QIcon m_iconUpload;
+    // Follows the newest row once per frame.
+    QTimer m_scrollTimer;
     CTransHeaderView* m_pHeader = nullptr;
     CProgressDelegate* m_pProgressDelegate = nullptr;
     CFileNameDelegate* m_pFileNameDelegate = nullptr;

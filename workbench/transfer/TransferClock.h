@@ -11,3 +11,7 @@ inline qint64 SystemTransferClock()
 {
     return QDateTime::currentMSecsSinceEpoch();
 }
+
+// The list and the log follow their newest row at most once per frame: many small files bring
+// lines far faster than anyone reads them, and each scroll lays the view out again.
+constexpr int FrameMs = 16;

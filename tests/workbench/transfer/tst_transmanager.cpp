@@ -80,13 +80,13 @@ void TransManagerTest::logShowsNewestOnEveryAppend()
     QTableView* view = m_pManager->LogPane()->TableView();
     for (int i = 0; i < 40; ++i)
         m_pManager->AddLog(QStringLiteral("line %1").arg(i), Grey);
-    QVERIFY(RowIsInView(view, 39));
+    QTRY_VERIFY(RowIsInView(view, 39));
     QVERIFY(view->verticalScrollBar()->maximum() > 0);
 
     // Scrolled up to read, the next line still brings the newest into view.
     view->verticalScrollBar()->setValue(0);
     m_pManager->AddLog(QStringLiteral("while reading"), Grey);
-    QVERIFY(RowIsInView(view, 40));
+    QTRY_VERIFY(RowIsInView(view, 40));
 
     // Lines that come while another page is shown are in view when the pane is back.
     m_pHost->hide();
