@@ -463,7 +463,7 @@ void SimFtpSession::SendListing(const QString& argument, int kind)
     QByteArray text;
     const QDateTime now = QDateTime::currentDateTime();
     for (const QFileInfo& entry : entries) {
-        if (!m_jail.IsInside(entry.absoluteFilePath()))
+        if (!m_jail.IsEntryInside(entry))
             continue; // links out of the root are not there for the client
         if (m_options.hideDotfiles && info.isDir() && entry.fileName().startsWith(QLatin1Char('.')))
             continue;

@@ -1,12 +1,25 @@
 #include "SimPathJail.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QStringList>
+#include <cerrno>
+#include <fcntl.h>
+#include <linux/openat2.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 SimPathJail::SimPathJail(const QString& rootDir)
     : m_strRoot(QDir(rootDir).absolutePath()), m_strCanonicalRoot(QFileInfo(rootDir).canonicalFilePath())
-{}
+{
+    const int fd = ::open(QFile::encodeName(m_strRoot).constData(), O_PATH | O_DIRECTORY | O_CLOEXEC);
+    m_pRootFd = std::shared_ptr<const int>(new int(fd), [](const int* rootFd) {
+        if (*rootFd >= 0)
+            ::close(*rootFd);
+        delete rootFd;
+    });
+}
 
 bool SimPathJail::Resolve(const QString& cwd, const QString& path, QString* virtualPath) const
 {
@@ -37,6 +50,61 @@ QString SimPathJail::LocalPath(const QString& virtualPath) const
 }
 
 bool SimPathJail::IsInside(const QString& localPath) const
+{
+    if (localPath == m_strRoot)
+        return !m_strCanonicalRoot.isEmpty();
+    if (!localPath.startsWith(m_strRoot + QLatin1Char('/')))
+        return IsInsideByCanonicalPath(localPath);
+    const QString relative = localPath.mid(m_strRoot.size() + 1);
+    switch (ResolveBeneath(relative, true)) {
+    case Beneath::Inside:
+        return true;
+    case Beneath::Unknown:
+        return IsInsideByCanonicalPath(localPath);
+    case Beneath::Missing:
+        break;
+    }
+    // A name that does not exist yet is judged by its folder; a dangling link must not be created through.
+    if (ResolveBeneath(relative, false) != Beneath::Missing)
+        return false;
+    const int cut = relative.lastIndexOf(QLatin1Char('/'));
+    if (cut < 0)
+        return !m_strCanonicalRoot.isEmpty();
+    switch (ResolveBeneath(relative.left(cut), true)) {
+    case Beneath::Inside:
+        return true;
+    case Beneath::Unknown:
+        return IsInsideByCanonicalPath(localPath);
+    case Beneath::Missing:
+        break;
+    }
+    return false;
+}
+
+bool SimPathJail::IsEntryInside(const QFileInfo& entry) const
+{
+    return !entry.isSymLink() || IsInside(entry.absoluteFilePath());
+}
+
+SimPathJail::Beneath SimPathJail::ResolveBeneath(const QString& relative, bool bFollowLast) const
+{
+    // One system call resolves the whole path and refuses any step, "..", or link, that leaves the
+    // root, instead of a look at every component on the way from "/".
+    if (*m_pRootFd < 0)
+        return Beneath::Unknown;
+    open_how how{};
+    how.flags = O_PATH | O_CLOEXEC | (bFollowLast ? 0 : O_NOFOLLOW);
+    how.resolve = RESOLVE_BENEATH | RESOLVE_NO_MAGICLINKS;
+    const QByteArray path = QFile::encodeName(relative);
+    const auto fd = int(syscall(SYS_openat2, *m_pRootFd, path.constData(), &how, sizeof how));
+    if (fd >= 0) {
+        ::close(fd);
+        return Beneath::Inside;
+    }
+    return errno == ENOENT || errno == ENOTDIR ? Beneath::Missing : Beneath::Unknown;
+}
+
+bool SimPathJail::IsInsideByCanonicalPath(const QString& localPath) const
 {
     QFileInfo info(localPath);
     // A name that does not exist yet is judged by its folder, which must exist.

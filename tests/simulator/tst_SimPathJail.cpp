@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
+#include <unistd.h>
 
 class tst_SimPathJail : public QObject
 {
@@ -65,7 +66,15 @@ void tst_SimPathJail::linksOutOfTheRootAreOutside()
     QVERIFY(QFile::link(outside.path(), root.filePath("out")));
     QVERIFY(QFile::link(root.filePath("sub"), root.filePath("in")));
     QVERIFY(QFile::link(root.filePath("missing"), root.filePath("dangling")));
+    // Relative links: the kernel's one-call resolution judges these without the slow check.
+    QVERIFY(::symlink("sub", QFile::encodeName(root.filePath("near")).constData()) == 0);
+    QVERIFY(::symlink("../..", QFile::encodeName(root.filePath("sub/up")).constData()) == 0);
     const SimPathJail jail(root.path());
+    QVERIFY(jail.IsInside(jail.LocalPath("/near/new.nc")));
+    QVERIFY(!jail.IsInside(jail.LocalPath("/sub/up")));
+    QVERIFY(!jail.IsInside(jail.LocalPath("/sub/up/new.nc")));
+    QVERIFY(jail.IsEntryInside(QFileInfo(root.filePath("near"))));
+    QVERIFY(!jail.IsEntryInside(QFileInfo(root.filePath("sub/up"))));
     QVERIFY(jail.IsInside(jail.LocalPath("/")));
     QVERIFY(jail.IsInside(jail.LocalPath("/sub/new.nc")));
     QVERIFY(jail.IsInside(jail.LocalPath("/in/new.nc")));
