@@ -56,29 +56,17 @@ bool SimPathJail::IsInside(const QString& localPath) const
     if (!localPath.startsWith(m_strRoot + QLatin1Char('/')))
         return IsInsideByCanonicalPath(localPath);
     const QString relative = localPath.mid(m_strRoot.size() + 1);
-    switch (ResolveBeneath(relative, true)) {
-    case Beneath::Inside:
-        return true;
-    case Beneath::Unknown:
-        return IsInsideByCanonicalPath(localPath);
-    case Beneath::Missing:
-        break;
+    Beneath found = ResolveBeneath(relative, true);
+    if (found == Beneath::Missing) {
+        // A name that does not exist yet is judged by its folder; a dangling link must not be created through.
+        if (ResolveBeneath(relative, false) != Beneath::Missing)
+            return false;
+        const int cut = relative.lastIndexOf(QLatin1Char('/'));
+        if (cut < 0)
+            return !m_strCanonicalRoot.isEmpty();
+        found = ResolveBeneath(relative.left(cut), true);
     }
-    // A name that does not exist yet is judged by its folder; a dangling link must not be created through.
-    if (ResolveBeneath(relative, false) != Beneath::Missing)
-        return false;
-    const int cut = relative.lastIndexOf(QLatin1Char('/'));
-    if (cut < 0)
-        return !m_strCanonicalRoot.isEmpty();
-    switch (ResolveBeneath(relative.left(cut), true)) {
-    case Beneath::Inside:
-        return true;
-    case Beneath::Unknown:
-        return IsInsideByCanonicalPath(localPath);
-    case Beneath::Missing:
-        break;
-    }
-    return false;
+    return found == Beneath::Unknown ? IsInsideByCanonicalPath(localPath) : found == Beneath::Inside;
 }
 
 bool SimPathJail::IsEntryInside(const QFileInfo& entry) const
