@@ -206,6 +206,29 @@ private Q_SLOTS:
         QVERIFY(buttonChanges.isEmpty());
     }
 
+    void machineFolderEmptiedBehindItsBackIsFilledAgain()
+    {
+        StartSimulator();
+        QMap<QString, QByteArray> sent;
+        for (int i = 0; i < 20; ++i) {
+            const QString name = QStringLiteral("e%1.nc").arg(i, 2, 10, QLatin1Char('0'));
+            sent.insert(name, RandomBytes(4 * 1024));
+            Write(LocalFile(name), sent.value(name));
+        }
+        ConnectWorkspace();
+        for (int run = 0; run < 2; ++run) {
+            RunSync();
+            QTRY_COMPARE_WITH_TIMEOUT(ButtonState(), int(FolderSync::ButtonFinished), 30000);
+            for (auto it = sent.cbegin(); it != sent.cend(); ++it)
+                QCOMPARE(Read(MachineFile(it.key())), it.value());
+            RunSync();
+            QTRY_COMPARE_WITH_TIMEOUT(ButtonState(), int(FolderSync::ButtonFinished), 30000);
+            // Someone at the controller clears the folder; the workbench is not told.
+            for (auto it = sent.cbegin(); it != sent.cend(); ++it)
+                QVERIFY(QFile::remove(MachineFile(it.key())));
+        }
+    }
+
     void lostMachineInterruptsAndRerunSendsOnlyTheRest()
     {
         StartSimulator([](SimOptions& o) { o.ftpRate = 128 * 1024; });
