@@ -1039,6 +1039,14 @@ Which version do you want to keep?</translation>
         <source>机床返回的文件名是UTF-8编码，与所选的%1不符，请在“新建连接”中为该机床选择UTF-8</source>
         <translation>The machine sends file names in UTF-8, not in the chosen %1: choose UTF-8 for this machine in &quot;New connection&quot;</translation>
     </message>
+    <message>
+        <source>无法确认下载是否完整：%1</source>
+        <translation>Could not confirm that the download is complete: %1</translation>
+    </message>
+    <message>
+        <source>只收到%1字节，机床上的文件为%2字节（虽然机床回复传输完成）</source>
+        <translation>Only %1 bytes arrived; the file on the machine has %2 bytes (although the machine reported the transfer complete)</translation>
+    </message>
 </context>
 <context>
     <name>HistoryController</name>

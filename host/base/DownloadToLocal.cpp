@@ -9,7 +9,12 @@
 
 DownloadToLocal::DownloadToLocal(const QString& url, const QString& encodedUrl, const QString& localPath,
                                  QObject* parent)
-    : FtpTaskThread(url, encodedUrl, localPath, parent)
+    : DownloadToLocal(url, encodedUrl, localPath, -1, parent)
+{}
+
+DownloadToLocal::DownloadToLocal(const QString& url, const QString& encodedUrl, const QString& localPath,
+                                 qint64 listedSize, QObject* parent)
+    : FtpTaskThread(url, encodedUrl, localPath, parent), m_iListedSize(listedSize)
 {}
 
 bool DownloadToLocal::Execute(FtpSession& session, QString* message)
@@ -23,11 +28,15 @@ bool DownloadToLocal::Execute(FtpSession& session, QString* message)
         return false;
     }
     qint64 total = 0;
-    const bool bOk = session.Download(RemotePathFromUrl(), &part, [this, &total](qint64 done, qint64 size) {
-        total = size;
-        ReportProgress(done, size);
-        return true;
-    });
+    const bool bOk = session.Download(
+        RemotePathFromUrl(), &part,
+        [this, &total](qint64 done, qint64 size) {
+            // Not asked for its size, the machine names none: the listing's tells the progress.
+            total = size > 0 ? size : qMax<qint64>(0, m_iListedSize);
+            ReportProgress(done, total);
+            return true;
+        },
+        m_iListedSize);
     if (!bOk || !part.flush()) {
         *message = bOk ? QCoreApplication::translate("FtpTask", "写入本地文件失败：%1").arg(part.errorString())
                        : session.ErrorMessage();

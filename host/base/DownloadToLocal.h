@@ -11,7 +11,13 @@ class KORVBASE_EXPORT DownloadToLocal : public FtpTaskThread
 
 public:
     DownloadToLocal(const QString& url, const QString& encodedUrl, const QString& localPath, QObject* parent = nullptr);
+    // listedSize: the size a listing of the folder showed, so that the machine need not be asked.
+    DownloadToLocal(const QString& url, const QString& encodedUrl, const QString& localPath, qint64 listedSize,
+                    QObject* parent = nullptr);
 
 protected:
     bool Execute(FtpSession& session, QString* message) override;
+
+private:
+    qint64 m_iListedSize = -1;
 };

@@ -499,6 +499,7 @@ void FtpSession::Reset(const QByteArray& url, void* transfer)
     m_listStepQuote.clear();
     curl_easy_setopt(curl, CURLOPT_POSTQUOTE, nullptr);
     curl_easy_setopt(curl, CURLOPT_INFILESIZE_LARGE, curl_off_t(-1));
+    curl_easy_setopt(curl, CURLOPT_IGNORE_CONTENT_LENGTH, 0L);
     curl_easy_setopt(curl, CURLOPT_TIMEOUT_MS, 0L);
     curl_easy_setopt(curl, CURLOPT_WRITEDATA, transfer);
     curl_easy_setopt(curl, CURLOPT_READDATA, transfer);
@@ -936,17 +937,37 @@ bool FtpSession::Upload(QIODevice* source, qint64 size, const QString& remotePat
     return bOk;
 }
 
-bool FtpSession::Download(const QString& remotePath, QIODevice* sink, const ProgressFn& progress)
+bool FtpSession::Download(const QString& remotePath, QIODevice* sink, const ProgressFn& progress, qint64 listedSize)
 {
     Transfer transfer{&m_stopCheck, &progress, sink};
     const QByteArray url = UrlFor(remotePath);
     Reset(url, &transfer);
+    // libcurl asks SIZE before RETR so that a data connection closed early reads as a partial file.
+    // With the listing's size that wait is saved and the count is checked here instead.
+    CURL* curl = static_cast<CURL*>(m_pCurl);
+    if (listedSize >= 0)
+        curl_easy_setopt(curl, CURLOPT_IGNORE_CONTENT_LENGTH, 1L);
     const bool bOk = Perform(QCoreApplication::translate("FtpTask", "下载文件"));
     if (!bOk && transfer.bDeviceFailed)
         return Fail(QCoreApplication::translate("FtpTask", "写入本地文件失败：%1").arg(sink->errorString()));
-    if (bOk)
-        StayIn(url);
-    return bOk;
+    if (!bOk)
+        return false;
+    StayIn(url);
+    if (listedSize < 0)
+        return true;
+    curl_off_t received = 0;
+    curl_easy_getinfo(curl, CURLINFO_SIZE_DOWNLOAD_T, &received);
+    if (received == listedSize)
+        return true;
+    // The listing may be older than the file: only the machine's size now settles a difference.
+    qint64 machineSize = -1;
+    if (!RemoteSize(remotePath, &machineSize))
+        return Fail(QCoreApplication::translate("FtpTask", "无法确认下载是否完整：%1").arg(ErrorMessage()));
+    if (machineSize == qint64(received))
+        return true;
+    return Fail(QCoreApplication::translate("FtpTask", "只收到%1字节，机床上的文件为%2字节（虽然机床回复传输完成）")
+                    .arg(qint64(received))
+                    .arg(machineSize));
 }
 
 bool FtpSession::RemoteSize(const QString& filePath, qint64* size)

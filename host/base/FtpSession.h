@@ -44,7 +44,9 @@ public:
                 const QStringList& afterCommands = {});
     // The size named by a "213" reply of the last step (a "*SIZE" among its commands).
     bool SizeReplied(qint64* size) const;
-    bool Download(const QString& remotePath, QIODevice* sink, const ProgressFn& progress);
+    // With listedSize (from a listing of the folder) the machine is not asked SIZE first; a count
+    // that differs is settled by asking it then.
+    bool Download(const QString& remotePath, QIODevice* sink, const ProgressFn& progress, qint64 listedSize = -1);
     // Deletes files first, then folders bottom-up.
     bool RemoveTree(const QString& dirPath);
 

@@ -189,7 +189,10 @@ void SimFtpDataChannel::PumpSend()
         const qint64 allowed = Allowance();
         if (allowed <= 0)
             return; // the refill timer resumes
-        const QByteArray chunk = m_pDevice->read(allowed);
+        const bool bShortDone = m_nSendShortAt >= 0 && m_nMoved >= m_nSendShortAt;
+        const QByteArray chunk =
+            bShortDone ? QByteArray()
+                       : m_pDevice->read(m_nSendShortAt < 0 ? allowed : qMin(allowed, m_nSendShortAt - m_nMoved));
         if (chunk.isEmpty()) {
             if (m_pSocket->bytesToWrite() == 0) {
                 QTcpSocket* socket = m_pSocket;

@@ -28,6 +28,7 @@ public:
     void ConnectTo(const QHostAddress& address, quint16 port);
     // An upload keeps only its first `bytes` and still ends in 226 (-1: keeps all).
     void SetTruncateAt(qint64 bytes) { m_nTruncateAt = bytes; }
+    void SetSendShortAt(qint64 bytes) { m_nSendShortAt = bytes; }
     // Narrows the space left for an upload (a disk quota).
     void LimitSpace(qint64 bytes)
     {
@@ -72,6 +73,7 @@ private:
     qint64 m_nDropAfter;
     qint64 m_nSpaceLeft;
     qint64 m_nTruncateAt = -1;
+    qint64 m_nSendShortAt = -1;
     bool m_bAcceptExpired = false;
     qint64 m_nMoved = 0;
     qint64 m_nBudget = 0;

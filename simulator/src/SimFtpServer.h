@@ -33,6 +33,7 @@ public:
     QString RunningProgramFile() const { return m_runningProgram ? m_runningProgram() : QString(); }
     // Every command line the clients sent, by verb: how many exchanges a client needs per file.
     void CountCommand(const QByteArray& verb) { ++m_hashCommands[verb]; }
+    qint64 CommandCount(const QByteArray& verb) const { return m_hashCommands.value(verb); }
     // "total=N FEAT=n ..." in alphabetical order of the verbs.
     QString CommandSummary() const;
 

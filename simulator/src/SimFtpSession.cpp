@@ -333,6 +333,7 @@ void SimFtpSession::OpenPassive(bool extended)
     const QHostAddress peer = m_pSocket->peerAddress();
     auto* channel = new SimFtpDataChannel(m_options.ftpRate, m_options.ftpDropAfter, m_options.ftpSpaceLeft, this);
     channel->SetTruncateAt(m_options.truncateAt);
+    channel->SetSendShortAt(m_options.sendShortAt);
     const quint16 port = channel->Listen(local, peer, int(m_options.pasvTimeoutSeconds * 1000));
     if (port == 0) {
         channel->deleteLater();
@@ -398,6 +399,7 @@ void SimFtpSession::CmdPort(const QString& argument)
         m_pData->deleteLater();
     auto* channel = new SimFtpDataChannel(m_options.ftpRate, m_options.ftpDropAfter, m_options.ftpSpaceLeft, this);
     channel->SetTruncateAt(m_options.truncateAt);
+    channel->SetSendShortAt(m_options.sendShortAt);
     channel->ConnectTo(address, quint16(port));
     m_pData = channel;
     Reply(200, QStringLiteral("PORT command successful."));

@@ -179,6 +179,7 @@ bool SimOptions::Parse(const QStringList& arguments, SimOptions* options, QStrin
          "MODE"},
         {"disk-quota", "Controller: the root holds at most BYTES; an upload beyond is answered 552.", "BYTES"},
         {"truncate-at", "Controller: an upload keeps only its first BYTES and is still answered 226.", "BYTES"},
+        {"send-short-at", "Controller: a download sends only its first BYTES and still answers 226.", "BYTES"},
         {"pasv-timeout", "Controller: a passive port not connected within S seconds is closed.", "S"},
         {"idle-timeout", "Controller: close a control connection idle for S seconds with 421 (default 300).", "S"},
         {"login-limit-reply",
@@ -342,7 +343,10 @@ bool SimOptions::ParseController(const QCommandLineParser& parser, SimOptions* o
         if (!ok || o->maxSessions < 1)
             return fail(QStringLiteral("--max-sessions: a positive number"));
     }
-    if (!readByteCounts(parser, {{"disk-quota", &o->diskQuota}, {"truncate-at", &o->truncateAt}}, error))
+    if (!readByteCounts(
+            parser,
+            {{"disk-quota", &o->diskQuota}, {"truncate-at", &o->truncateAt}, {"send-short-at", &o->sendShortAt}},
+            error))
         return false;
     const std::pair<const char*, double*> seconds[] = {{"pasv-timeout", &o->pasvTimeoutSeconds},
                                                        {"idle-timeout", &o->idleTimeoutSeconds},

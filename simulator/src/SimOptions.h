@@ -55,6 +55,7 @@ struct SimOptions
     QString rntoOverwrite = QStringLiteral("replace");    // RNTO onto an existing name: replace, refuse550, refuse450
     qint64 diskQuota = -1;                                // bytes the root may hold; an upload beyond gets 552
     qint64 truncateAt = -1;                               // an upload keeps only this many bytes, still 226
+    qint64 sendShortAt = -1;                              // a download sends only this many bytes, still 226
     double pasvTimeoutSeconds = -1;                       // a passive port not connected by then is closed
     double idleTimeoutSeconds = 300;                      // an idle control connection is closed with 421
     QString loginLimitReply = QStringLiteral("greeting"); // --max-sessions refusal: greeting, 421 or 530 after PASS

@@ -145,6 +145,29 @@ private Q_SLOTS:
         QCOMPARE(m_listBoxes.size(), 1);
     }
 
+    void manyDownloadsTakeTheirSizesFromOneListing()
+    {
+        StartSimulator();
+        QMap<QString, QByteArray> programs;
+        for (int i = 0; i < 6; ++i) {
+            const QString name = QStringLiteral("m%1.nc").arg(i);
+            programs.insert(name, RandomBytes(30 * 1024 + i));
+            Write(MachineFile(name), programs.value(name));
+        }
+        ConnectWorkspace();
+        FileManager* manager = m_workspace->GetFileManager();
+        QTRY_COMPARE_WITH_TIMEOUT(MachineNames().size(), 6, 10000);
+        const qint64 sizesBefore = m_sim->FtpServer().CommandCount("SIZE");
+        Select(manager->MachinePanel(), programs.keys());
+        QTest::mouseClick(manager->DownloadButton(), Qt::LeftButton);
+        for (auto it = programs.cbegin(); it != programs.cend(); ++it) {
+            QVERIFY(Reaches(Key(QLatin1Char('/') + it.key(), false), TanslateInfo::StateSucceeded));
+            QCOMPARE(Read(LocalFile(it.key())), it.value());
+        }
+        // One listing of the folder told every size: no file was asked for its own.
+        QCOMPARE(m_sim->FtpServer().CommandCount("SIZE"), sizesBefore);
+    }
+
     void pasteAndDropAskBeforeReplacing_data()
     {
         // Paste and drop share the route to the question; the drop also meets the panels' own refusal.

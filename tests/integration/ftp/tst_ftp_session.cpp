@@ -45,13 +45,15 @@ private slots:
     void sizeCheckFindsHiddenTemporaryFile_data();
     void sizeCheckFindsHiddenTemporaryFile();
     void activeModeWhenPassiveIsRefused();
+    void listedSizeSavesTheAskNotTheCheck_data();
+    void listedSizeSavesTheAskNotTheCheck();
 
 private:
     // The simulator as the FTP settings' target; null (test failed) when it does not start.
     std::unique_ptr<CncSimServer> StartSim(const QStringList& switches);
     bool LogHas(const QByteArray& text) const;
     FtpTaskThread* Upload(const QString& remote, const QByteArray& bytes);
-    FtpTaskThread* Download(const QString& remote);
+    FtpTaskThread* Download(const QString& remote, qint64 listedSize = -1);
     static TaskOutcome ListRoot();
 
     FtpTestFixture m_fixture; // private settings folder
@@ -193,10 +195,10 @@ FtpTaskThread* TestFtpSession::Upload(const QString& remote, const QByteArray& b
                            m_local.CreateFile(QStringLiteral("up.nc"), bytes));
 }
 
-FtpTaskThread* TestFtpSession::Download(const QString& remote)
+FtpTaskThread* TestFtpSession::Download(const QString& remote, qint64 listedSize)
 {
     return new DownloadToLocal(FtpTestFixture::PlainUrl(remote), FtpTestFixture::EncodedUrl(remote),
-                               m_local.FilePath(QStringLiteral("down.nc")));
+                               m_local.FilePath(QStringLiteral("down.nc")), listedSize);
 }
 
 TaskOutcome TestFtpSession::ListRoot()
@@ -361,6 +363,49 @@ void TestFtpSession::activeModeWhenPassiveIsRefused()
     QVERIFY(back.open(QIODevice::ReadOnly));
     QCOMPARE(back.readAll(), bytes);
     QVERIFY(!LogHas("passive mode refused"));
+}
+
+void TestFtpSession::listedSizeSavesTheAskNotTheCheck_data()
+{
+    QTest::addColumn<QStringList>("switches");
+    QTest::addColumn<qint64>("listedSize");
+    QTest::addColumn<bool>("bComplete");
+    QTest::addColumn<int>("sizeCommands");
+    const qint64 size = 64 * 1024;
+    QTest::newRow("as listed: no SIZE") << QStringList() << size << true << 0;
+    QTest::newRow("changed since listed: SIZE settles it") << QStringList() << size / 2 << true << 1;
+    QTest::newRow("sent short with 226, as listed") << QStringList{"--send-short-at", "1000"} << size << false << 1;
+    QTest::newRow("sent short with 226, not listed")
+        << QStringList{"--send-short-at", "1000"} << qint64(-1) << false << 1;
+}
+
+// A download with the size its folder's listing showed skips the SIZE before RETR, yet a machine
+// that sends less and still answers 226 leaves no file, as without one.
+void TestFtpSession::listedSizeSavesTheAskNotTheCheck()
+{
+    QFETCH(QStringList, switches);
+    QFETCH(qint64, listedSize);
+    QFETCH(bool, bComplete);
+    QFETCH(int, sizeCommands);
+    auto sim = StartSim(switches);
+    QVERIFY(sim);
+    const QByteArray program = QByteArray(64 * 1024, 'p');
+    QFile machine(sim->LocalPath(QStringLiteral("/listed.nc")));
+    QVERIFY(machine.open(QIODevice::WriteOnly) && machine.write(program) == program.size());
+    machine.close();
+    const QString local = m_local.FilePath(QStringLiteral("down.nc"));
+    QFile::remove(local);
+    const TaskOutcome outcome = FtpTestFixture::Run(Download(QStringLiteral("/listed.nc"), listedSize));
+    QCOMPARE(outcome.bOk, bComplete);
+    QCOMPARE(sim->CommandCounts().value(QStringLiteral("SIZE")), sizeCommands);
+    if (bComplete) {
+        QFile down(local);
+        QVERIFY(down.open(QIODevice::ReadOnly));
+        QCOMPARE(down.readAll(), program);
+    } else {
+        QVERIFY(!QFileInfo::exists(local));
+        QCOMPARE(QDir(m_local.Path()).entryList(QDir::Files | QDir::Hidden).filter(QStringLiteral(".part")).size(), 0);
+    }
 }
 
 QTEST_GUILESS_MAIN(TestFtpSession)

@@ -29,7 +29,7 @@ MachineTask* FakeTaskFactory::Upload(const MachineEndpoint&, const QString&, con
     return Make(QStringLiteral("upload"), machinePath);
 }
 
-MachineTask* FakeTaskFactory::Download(const MachineEndpoint&, const QString& machinePath, const QString&) const
+MachineTask* FakeTaskFactory::Download(const MachineEndpoint&, const QString& machinePath, const QString&, qint64) const
 {
     return Make(QStringLiteral("download"), machinePath);
 }

@@ -37,7 +37,8 @@ class FakeTaskFactory final : public MachineTaskFactory
 {
 public:
     MachineTask* Upload(const MachineEndpoint&, const QString& localPath, const QString& machinePath) const override;
-    MachineTask* Download(const MachineEndpoint&, const QString& machinePath, const QString& localPath) const override;
+    MachineTask* Download(const MachineEndpoint&, const QString& machinePath, const QString& localPath,
+                          qint64 listedSize) const override;
     MachineTask* DeleteFile(const MachineEndpoint&, const QString& path) const override;
     MachineTask* DeleteFolder(const MachineEndpoint&, const QString& path) const override;
     MachineTask* DeleteItems(const MachineEndpoint&, const QStringList& files,

@@ -53,10 +53,10 @@ MachineTask* MachineTaskFactory::Upload(const MachineEndpoint& endpoint, const Q
 }
 
 MachineTask* MachineTaskFactory::Download(const MachineEndpoint& endpoint, const QString& machinePath,
-                                          const QString& localPath) const
+                                          const QString& localPath, qint64 listedSize) const
 {
-    return new HostFtpTask(
-        new DownloadToLocal(Url(endpoint, machinePath), EncodedUrl(endpoint, machinePath), localPath, nullptr));
+    return new HostFtpTask(new DownloadToLocal(Url(endpoint, machinePath), EncodedUrl(endpoint, machinePath), localPath,
+                                               listedSize, nullptr));
 }
 
 MachineTask* MachineTaskFactory::DeleteFile(const MachineEndpoint& endpoint, const QString& path) const

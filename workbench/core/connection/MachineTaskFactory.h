@@ -23,8 +23,9 @@ public:
 
     virtual MachineTask* Upload(const MachineEndpoint& endpoint, const QString& localPath,
                                 const QString& machinePath) const;
-    virtual MachineTask* Download(const MachineEndpoint& endpoint, const QString& machinePath,
-                                  const QString& localPath) const;
+    // listedSize: the size the folder's listing showed, or -1 to have the task ask the machine.
+    virtual MachineTask* Download(const MachineEndpoint& endpoint, const QString& machinePath, const QString& localPath,
+                                  qint64 listedSize = -1) const;
     virtual MachineTask* DeleteFile(const MachineEndpoint& endpoint, const QString& path) const;
     virtual MachineTask* DeleteFolder(const MachineEndpoint& endpoint, const QString& path) const;
     virtual MachineTask* DeleteItems(const MachineEndpoint& endpoint, const QStringList& files,

@@ -29,6 +29,8 @@ struct TransferItem
     OperationType operation = OperationCopy;
     // A folder the user picked: refused with the reason, for folders travel by synchronisation.
     bool bFolder = false;
+    // A download's size as a listing of its folder showed it; -1 when none is at hand.
+    qint64 iListedSize = -1;
 };
 
 // A file that a batch would replace, with both sides for the user to compare.

@@ -322,9 +322,9 @@ void MachineFileService::Enqueue(const MachineEndpoint& endpoint, const QList<Tr
             &m_tasks,
             [this, weak]() -> MachineTask* {
                 const std::shared_ptr<QueuedTransfer> t = weak.lock();
-                return t->item.bUpload
-                           ? m_pFactory->Upload(t->endpoint, t->item.strLocalPath, t->item.strMachinePath)
-                           : m_pFactory->Download(t->endpoint, t->item.strMachinePath, t->item.strLocalPath);
+                return t->item.bUpload ? m_pFactory->Upload(t->endpoint, t->item.strLocalPath, t->item.strMachinePath)
+                                       : m_pFactory->Download(t->endpoint, t->item.strMachinePath, t->item.strLocalPath,
+                                                              t->item.iListedSize);
             },
             batch);
         connect(transfer->job, &MachineJob::SignalProgress, this, [this, weak](qint64 done, qint64 total) {
@@ -367,7 +367,7 @@ void MachineFileService::KeepThenEnqueue(const MachineEndpoint& endpoint, const 
                            MachinePath::Name(QDir::fromNativeSeparators(item.strLocalPath))});
     }
     if (!m_pHistory || losses.isEmpty()) {
-        Enqueue(endpoint, items, batch);
+        ListSizesThenEnqueue(endpoint, items, batch);
         return;
     }
     const QPointer<CompositeJob> guard(batch);
@@ -388,6 +388,50 @@ void MachineFileService::KeepThenEnqueue(const MachineEndpoint& endpoint, const 
         }
         Enqueue(endpoint, kept, guard);
     });
+}
+
+void MachineFileService::ListSizesThenEnqueue(const MachineEndpoint& endpoint, const QList<TransferItem>& items,
+                                              CompositeJob* batch)
+{
+    // Many downloads from one folder: one listing gives every size, so that no task asks the
+    // machine before it reads. A single file asks on its own step, which costs less than a listing.
+    QHash<QString, int> perFolder;
+    for (const TransferItem& item : items) {
+        if (!item.bUpload && !item.bFolder && item.iListedSize < 0)
+            ++perFolder[MachinePath::Folder(item.strMachinePath)];
+    }
+    QStringList folders;
+    for (auto it = perFolder.cbegin(); it != perFolder.cend(); ++it) {
+        if (it.value() >= SizesByListingFrom)
+            folders << it.key();
+    }
+    if (folders.isEmpty()) {
+        Enqueue(endpoint, items, batch);
+        return;
+    }
+    auto left = std::make_shared<int>(int(folders.size()));
+    auto sizes = std::make_shared<QHash<QString, qint64>>();
+    const QPointer<CompositeJob> guard(batch);
+    for (const QString& folder : std::as_const(folders)) {
+        auto* listing = new TaskJob(
+            &m_tasks, [this, endpoint, folder]() { return m_pFactory->List(endpoint, folder); }, this);
+        connect(listing, &TaskJob::SignalTaskEnded, this, [=](bool ok) {
+            // A listing that failed leaves the sizes unknown: each task asks, as it would anyway.
+            for (const FtpFileInfo& entry : ok ? listing->Entries() : QList<FtpFileInfo>()) {
+                if (!entry.isDir())
+                    sizes->insert(QDir::cleanPath(folder + QLatin1Char('/') + entry.name), entry.size);
+            }
+            if (--*left > 0 || !guard || guard->IsFinished())
+                return;
+            QList<TransferItem> sized = items;
+            for (TransferItem& item : sized) {
+                if (!item.bUpload && item.iListedSize < 0)
+                    item.iListedSize = sizes->value(QDir::cleanPath(item.strMachinePath), -1);
+            }
+            Enqueue(endpoint, sized, guard);
+        });
+        listing->Start();
+    }
 }
 
 MachineJob* MachineFileService::KeepThenChange(const MachineEndpoint& endpoint, const QList<HistoryLoss>& losses,

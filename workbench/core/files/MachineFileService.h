@@ -39,6 +39,8 @@ class MachineFileService final : public QObject
 
 public:
     static constexpr int DefaultMaxTransfers = 5;
+    // Downloads from one folder in a batch from which their sizes are taken from one listing.
+    static constexpr int SizesByListingFrom = 4;
 
     explicit MachineFileService(QObject* parent = nullptr);
     ~MachineFileService() override;
@@ -149,6 +151,8 @@ private:
                  bool bSilent = false);
     // The history step: uploads whose machine copy could not be kept are refused, the rest queued.
     void KeepThenEnqueue(const MachineEndpoint& endpoint, const QList<TransferItem>& items, CompositeJob* batch);
+    // Downloads: their sizes from one listing per folder where many come from it, then Enqueue.
+    void ListSizesThenEnqueue(const MachineEndpoint& endpoint, const QList<TransferItem>& items, CompositeJob* batch);
     MachineJob* KeepThenChange(const MachineEndpoint& endpoint, const QList<HistoryLoss>& losses,
                                std::function<MachineJob*()> change);
     void StartWaiting();

@@ -204,7 +204,7 @@ void FolderSyncJob::StartTransfers()
     SetPhase(Phase::Transferring);
     for (const bool bUpload : {true, false}) {
         for (const SyncEntry& entry : bUpload ? m_plan.listUpload : m_plan.listDownload)
-            m_queue.enqueue(Item{bUpload, entry.strRelPath});
+            m_queue.enqueue(Item{bUpload, entry.strRelPath, bUpload ? -1 : entry.iSize});
     }
     const int planned = int(m_queue.size());
     CDebugLog::AddLog(QStringLiteral("同步执行: 计划上传 %1 个, 计划下载 %2 个, 总任务 %3")
@@ -226,8 +226,9 @@ void FolderSyncJob::TopUp()
     const bool bRefill = !m_waitingHold && RunningCount() < m_pFiles->MaxTransfers();
     while (bRefill && RunningCount() < MaxSyncQueued && !m_queue.isEmpty()) {
         const Item item = m_queue.dequeue();
-        const TransferItem transfer{item.bUpload, LocalPath(item.strRelPath), MachinePath(item.strRelPath),
-                                    OperationCopy};
+        const TransferItem transfer{
+            item.bUpload, LocalPath(item.strRelPath), MachinePath(item.strRelPath), OperationCopy,
+            false,        item.iMachineSize};
         // The conflict question was this run's overwrite question: it is not asked again.
         MachineJob* job = m_pFiles->Transfer(m_endpoint, {transfer}, RequestOrigin::Sync, true);
         m_hashPathOfJob.insert(job, transfer.strMachinePath);

@@ -75,6 +75,7 @@ private:
     {
         bool bUpload = true;
         QString strRelPath;
+        qint64 iMachineSize = -1; // a download's size as the scan listed it
     };
 
     void SetPhase(Phase phase);
