@@ -50,6 +50,17 @@ private:
             CamBaseTextHelper::SettingTypeLocal, QStringLiteral("FolderSync/") + QLatin1String(name), on, true);
     }
     int LinesStartingWith(const QString& prefix) const { return WorkspaceLogCount(*m_workspace, prefix); }
+    // `count` local programs prefix00.nc... of random bytes; their contents by name.
+    QMap<QString, QByteArray> WriteLocalPrograms(const QString& prefix, int count, int bytes) const
+    {
+        QMap<QString, QByteArray> written;
+        for (int i = 0; i < count; ++i) {
+            const QString name = prefix + QStringLiteral("%1.nc").arg(i, 2, 10, QLatin1Char('0'));
+            written.insert(name, RandomBytes(bytes));
+            Write(LocalFile(name), written.value(name));
+        }
+        return written;
+    }
     void StartSimulator(const std::function<void(SimOptions&)>& adjust = {})
     {
         SimOptions options = DefaultSimOptions();
@@ -94,12 +105,7 @@ private Q_SLOTS:
             o.ftpRate = 256 * 1024;
             o.ftpRefused = {QStringLiteral("STOR:prog_07")};
         });
-        QMap<QString, QByteArray> sent;
-        for (int i = 0; i < 12; ++i) {
-            const QString name = QStringLiteral("prog_%1.nc").arg(i, 2, 10, QLatin1Char('0'));
-            sent.insert(name, RandomBytes(64 * 1024));
-            Write(LocalFile(name), sent.value(name));
-        }
+        QMap<QString, QByteArray> sent = WriteLocalPrograms(QStringLiteral("prog_"), 12, 64 * 1024);
         ConnectWorkspace();
         QTRY_VERIFY(!g_bTranslating);
         QTest::mouseClick(m_workspace->GetToolPage()->Button(ToolPage::ActionFolderSync), Qt::LeftButton);
@@ -209,12 +215,7 @@ private Q_SLOTS:
     void machineFolderEmptiedBehindItsBackIsFilledAgain()
     {
         StartSimulator();
-        QMap<QString, QByteArray> sent;
-        for (int i = 0; i < 20; ++i) {
-            const QString name = QStringLiteral("e%1.nc").arg(i, 2, 10, QLatin1Char('0'));
-            sent.insert(name, RandomBytes(4 * 1024));
-            Write(LocalFile(name), sent.value(name));
-        }
+        QMap<QString, QByteArray> sent = WriteLocalPrograms(QStringLiteral("e"), 20, 4 * 1024);
         ConnectWorkspace();
         for (int run = 0; run < 2; ++run) {
             RunSync();
@@ -232,12 +233,7 @@ private Q_SLOTS:
     void lostMachineInterruptsAndRerunSendsOnlyTheRest()
     {
         StartSimulator([](SimOptions& o) { o.ftpRate = 128 * 1024; });
-        QMap<QString, QByteArray> sent;
-        for (int i = 0; i < 50; ++i) {
-            const QString name = QStringLiteral("f%1.nc").arg(i, 2, 10, QLatin1Char('0'));
-            sent.insert(name, RandomBytes(48 * 1024));
-            Write(LocalFile(name), sent.value(name));
-        }
+        QMap<QString, QByteArray> sent = WriteLocalPrograms(QStringLiteral("f"), 50, 48 * 1024);
         Write(MachineFile(QStringLiteral("only_here.tap")), RandomBytes(96 * 1024));
         ConnectWorkspace();
         RunSync();
