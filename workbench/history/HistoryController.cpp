@@ -12,6 +12,11 @@ HistoryController::HistoryController(QWidget* window, ProgramHistory* history, M
 {
     connect(requests, &MachineFileRequests::SignalShowHistory, this, &HistoryController::ShowHistory);
     connect(statusPanel, &MachineStatusProgramPanel::SignalShowHistoryRequested, this, &HistoryController::ShowHistory);
+    // The window restores and compares on the machine it was opened for: never on another one.
+    connect(files, &MachineFileService::SignalEndpointChanged, this, [this]() {
+        if (m_pDialog)
+            m_pDialog->close();
+    });
 }
 
 void HistoryController::ShowHistory(const QString& machinePath)

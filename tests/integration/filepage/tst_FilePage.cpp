@@ -402,7 +402,9 @@ private Q_SLOTS:
         ConnectWorkspace();
         QStandardItemModel* model = m_workspace->GetTransManager()->TransferList()->Model();
         QElapsedTimer clock;
-        QList<QPair<qint64, double>> shown; // when a new speed appeared (ms since the start), bytes per second
+        // When a speed was shown (ms since the start), bytes per second: each report once, even
+        // when it shows the same speed as the one before.
+        QList<QPair<qint64, double>> shown;
         connect(model, &QAbstractItemModel::dataChanged, this, [&](const QModelIndex& from, const QModelIndex&) {
             const QString text =
                 model->index(from.row(), TransList::ColumnProgress).data(CProgressDelegate::SpeedTextRole).toString();
@@ -410,7 +412,7 @@ private Q_SLOTS:
                                   : text.endsWith(QLatin1String("KB/s")) ? 1024
                                                                          : 1;
             const double speed = text.section(QLatin1Char(' '), 0, 0).toDouble() * factor;
-            if (shown.isEmpty() || shown.last().second != speed)
+            if (shown.isEmpty() || shown.last().second != speed || clock.elapsed() - shown.last().first > 500)
                 shown.append({clock.elapsed(), speed});
         });
         clock.start();

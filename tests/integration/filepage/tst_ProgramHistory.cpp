@@ -8,7 +8,9 @@
 #include "filepanel/FileManager.h"
 #include "filepanel/FileSelectPanel.h"
 #include "filepanel/FileTreeView.h"
+#include "history/HistoryController.h"
 
+#include <CamBaseTextHelper.h>
 #include <QApplication>
 #include <QDropEvent>
 #include <QItemSelectionModel>
@@ -128,13 +130,28 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(Idle(), 10000);
         m_workspace->History()->Restore(Endpoint(), programs.first());
         QTRY_COMPARE_WITH_TIMEOUT(Read(MachineFile(QStringLiteral("gone.nc"))), program, 15000);
-        // Restoring over a program now on the machine keeps that one in turn.
+        // Restoring over a program now on the machine keeps that one in turn, even where keeping
+        // it drops the very version being restored.
         QTRY_VERIFY_WITH_TIMEOUT(Idle(), 10000);
         const QByteArray newer = RandomBytes(700);
         Write(MachineFile(QStringLiteral("gone.nc")), newer);
+        const auto keepOnly = [](int count) {
+            CamBaseTextHelper::instance()->SetLocalSettingCache(CamBaseTextHelper::SettingTypeLocal,
+                                                                QStringLiteral("History/KeepPerProgram"), count, true);
+        };
+        keepOnly(1);
         m_workspace->History()->Restore(Endpoint(), programs.first());
         QTRY_COMPARE_WITH_TIMEOUT(Kept(QStringLiteral("/gone.nc")), newer, 15000);
         QTRY_COMPARE_WITH_TIMEOUT(Read(MachineFile(QStringLiteral("gone.nc"))), program, 15000);
+        keepOnly(20);
+
+        // The history window belongs to the machine it was opened for: it closes with the connection.
+        m_workspace->HistoryViews()->ShowHistory(QStringLiteral("/gone.nc"));
+        const QPointer<ProgramHistoryDialog> window = m_workspace->HistoryViews()->Dialog();
+        QVERIFY(window && window->isVisible());
+        m_workspace->DisconnectMachine(false);
+        QTRY_VERIFY(!window || !window->isVisible());
+        ConnectWorkspace();
 
         // A deleted folder takes the programs below it along: each is kept.
         QTRY_VERIFY_WITH_TIMEOUT(Idle(), 10000);

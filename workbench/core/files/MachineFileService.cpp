@@ -18,6 +18,7 @@
 #include <QPointer>
 #include <QSet>
 #include <QStandardPaths>
+#include <QTimer>
 #include <algorithm>
 
 namespace {
@@ -73,8 +74,11 @@ MachineFileService::~MachineFileService()
 
 void MachineFileService::SetEndpoint(const MachineEndpoint& endpoint)
 {
+    const bool bChanged = !(endpoint == m_endpoint);
     m_endpoint = endpoint;
     m_pActivity->SetConnectedIp(endpoint.strIp);
+    if (bChanged)
+        Q_EMIT SignalEndpointChanged();
 }
 
 MachineJob* MachineFileService::Refuse(const QString& reason, bool bNotice)
@@ -215,9 +219,11 @@ void MachineFileService::AskOverwrite(const MachineEndpoint& endpoint, const QLi
                                       CompositeJob* batch)
 {
     const QPointer<CompositeJob> guard(batch);
-    CollectMachineTargets(endpoint, items, batch, [=](bool ok, QList<OverwriteEntry> existing) {
+    CollectMachineTargets(endpoint, items, [=](bool ok, QList<OverwriteEntry> existing, FolderListings listings) {
         if (!guard || guard->IsFinished())
             return;
+        // The downloads take their sizes from the listings the question was made from.
+        const QList<TransferItem> sized = WithListedSizes(items, listings);
         if (!ok) {
             const QString reason = tr("无法读取机床文件夹，未传输任何文件");
             CDebugLog::AddLog(reason);
@@ -226,14 +232,14 @@ void MachineFileService::AskOverwrite(const MachineEndpoint& endpoint, const QLi
             return;
         }
         if (existing.isEmpty()) {
-            KeepThenEnqueue(endpoint, items, guard);
+            KeepThenEnqueue(endpoint, sized, guard);
             return;
         }
-        m_fnAskOverwrite(existing, [this, guard, endpoint, items](bool bReplace) {
+        m_fnAskOverwrite(existing, [this, guard, endpoint, sized](bool bReplace) {
             if (!guard || guard->IsFinished())
                 return;
             if (bReplace) {
-                KeepThenEnqueue(endpoint, items, guard);
+                KeepThenEnqueue(endpoint, sized, guard);
                 return;
             }
             CDebugLog::AddLog(QStringLiteral("用户取消覆盖，未传输任何文件"));
@@ -243,61 +249,96 @@ void MachineFileService::AskOverwrite(const MachineEndpoint& endpoint, const QLi
 }
 
 void MachineFileService::CollectMachineTargets(const MachineEndpoint& endpoint, const QList<TransferItem>& items,
-                                               CompositeJob* batch,
-                                               std::function<void(bool, QList<OverwriteEntry>)> done)
+                                               std::function<void(bool, QList<OverwriteEntry>, FolderListings)> done)
 {
     // One listing per machine folder tells which uploads would replace a machine file, and the
     // machine side of downloads that would replace a local one.
-    QHash<QString, QList<TransferItem>> byFolder;
+    QStringList folders;
     for (const TransferItem& item : items) {
-        if (item.bUpload || QFileInfo::exists(item.strLocalPath))
-            byFolder[MachinePath::Folder(item.strMachinePath)].append(item);
+        const QString folder = MachinePath::Folder(item.strMachinePath);
+        if ((item.bUpload || QFileInfo::exists(item.strLocalPath)) && !folders.contains(folder))
+            folders << folder;
     }
-    if (byFolder.isEmpty()) {
+    const Qt::CaseSensitivity sensitivity =
+        endpoint.nameRules.bCaseInsensitive ? Qt::CaseInsensitive : Qt::CaseSensitive;
+    ListFolders(endpoint, folders, [items, sensitivity, done](bool ok, const FolderListings& listings) {
+        QList<OverwriteEntry> entries;
+        for (const TransferItem& item : items) {
+            const auto listing = listings.constFind(MachinePath::Folder(item.strMachinePath));
+            if (listing == listings.cend())
+                continue;
+            const QString name = MachinePath::Name(item.strMachinePath);
+            const QFileInfo local(item.strLocalPath);
+            const FtpFileInfo* found = nullptr;
+            for (const FtpFileInfo& entry : *listing) {
+                if (!entry.isDir() && entry.name.compare(name, sensitivity) == 0)
+                    found = &entry;
+            }
+            if (item.bUpload && found)
+                entries.append({true, item.strMachinePath, local.size(), local.lastModified(), found->size, found->time,
+                                item.strLocalPath});
+            else if (!item.bUpload && local.exists())
+                entries.append({false, item.strLocalPath, found ? found->size : -1, found ? found->time : QDateTime(),
+                                local.size(), local.lastModified(), item.strMachinePath});
+        }
+        done(ok, entries, listings);
+    });
+}
+
+void MachineFileService::FindExisting(const MachineEndpoint& endpoint, const QList<TransferItem>& items, QObject* owner,
+                                      std::function<void(bool, QList<OverwriteEntry>)> done)
+{
+    const QPointer<QObject> guard(owner);
+    CollectMachineTargets(endpoint, items, [guard, done](bool ok, QList<OverwriteEntry> entries, FolderListings) {
+        if (guard)
+            done(ok, entries);
+    });
+}
+
+void MachineFileService::ListFolders(const MachineEndpoint& endpoint, const QStringList& folders,
+                                     std::function<void(bool, FolderListings)> done)
+{
+    if (folders.isEmpty()) {
         done(true, {});
         return;
     }
-    struct Pending
+    struct Gathered
     {
         int iLeft = 0;
         bool bOk = true;
-        QList<OverwriteEntry> entries;
-        std::function<void(bool, QList<OverwriteEntry>)> done;
+        FolderListings listings;
+        std::function<void(bool, FolderListings)> done;
     };
-    auto pending = std::make_shared<Pending>();
-    pending->iLeft = int(byFolder.size());
-    pending->done = std::move(done);
-    const bool bCaseInsensitive = endpoint.nameRules.bCaseInsensitive;
-    for (auto it = byFolder.cbegin(); it != byFolder.cend(); ++it) {
-        const QString folder = it.key();
-        const QList<TransferItem> folderItems = it.value();
-        auto* listing = new TaskJob(
-            &m_tasks, [this, endpoint, folder]() { return m_pFactory->List(endpoint, folder); }, batch);
-        connect(listing, &TaskJob::SignalTaskEnded, this, [pending, listing, folderItems, bCaseInsensitive](bool ok) {
-            pending->bOk = pending->bOk && ok;
-            const Qt::CaseSensitivity sensitivity = bCaseInsensitive ? Qt::CaseInsensitive : Qt::CaseSensitive;
-            const QList<FtpFileInfo> entries = listing->Entries();
-            for (const TransferItem& item : folderItems) {
-                const QString name = MachinePath::Name(item.strMachinePath);
-                const QFileInfo local(item.strLocalPath);
-                const FtpFileInfo* found = nullptr;
-                for (const FtpFileInfo& entry : entries) {
-                    if (!entry.isDir() && entry.name.compare(name, sensitivity) == 0)
-                        found = &entry;
-                }
-                if (item.bUpload && found)
-                    pending->entries.append({true, item.strMachinePath, local.size(), local.lastModified(), found->size,
-                                             found->time, item.strLocalPath});
-                else if (!item.bUpload)
-                    pending->entries.append({false, item.strLocalPath, found ? found->size : -1,
-                                             found ? found->time : QDateTime(), local.size(), local.lastModified(),
-                                             item.strMachinePath});
-            }
-            if (--pending->iLeft == 0)
-                pending->done(pending->bOk, pending->entries);
+    auto gathered = std::make_shared<Gathered>();
+    gathered->iLeft = int(folders.size());
+    gathered->done = std::move(done);
+    for (const QString& folder : folders) {
+        const QString key = endpoint.strIp + QLatin1Char('\n') + folder;
+        const bool bListingDue = m_hashFolderListeners.contains(key);
+        m_hashFolderListeners[key].append([gathered, folder](bool ok, const QList<FtpFileInfo>& entries) {
+            gathered->bOk = gathered->bOk && ok;
+            if (ok)
+                gathered->listings.insert(folder, entries);
+            if (--gathered->iLeft == 0)
+                gathered->done(gathered->bOk, gathered->listings);
         });
-        listing->Start();
+        if (!bListingDue)
+            QTimer::singleShot(0, this, [this, endpoint, folder, key]() { ListFolder(endpoint, folder, key); });
     }
+}
+
+void MachineFileService::ListFolder(const MachineEndpoint& endpoint, const QString& folder, const QString& key)
+{
+    const QList<FolderListener> listeners = m_hashFolderListeners.take(key);
+    auto* listing = new TaskJob(
+        &m_tasks, [this, endpoint, folder]() { return m_pFactory->List(endpoint, folder); }, this);
+    connect(listing, &TaskJob::SignalTaskEnded, this, [listing, listeners](bool ok) {
+        const QList<FtpFileInfo> entries = ok ? listing->Entries() : QList<FtpFileInfo>();
+        for (const FolderListener& listener : listeners)
+            listener(ok, entries);
+        listing->deleteLater();
+    });
+    listing->Start();
 }
 
 void MachineFileService::Enqueue(const MachineEndpoint& endpoint, const QList<TransferItem>& items, CompositeJob* batch,
@@ -397,7 +438,7 @@ void MachineFileService::ListSizesThenEnqueue(const MachineEndpoint& endpoint, c
     // machine before it reads. A single file asks on its own step, which costs less than a listing.
     QHash<QString, int> perFolder;
     for (const TransferItem& item : items) {
-        if (!item.bUpload && !item.bFolder && item.iListedSize < 0)
+        if (!item.bUpload && item.iListedSize < 0)
             ++perFolder[MachinePath::Folder(item.strMachinePath)];
     }
     QStringList folders;
@@ -409,29 +450,27 @@ void MachineFileService::ListSizesThenEnqueue(const MachineEndpoint& endpoint, c
         Enqueue(endpoint, items, batch);
         return;
     }
-    auto left = std::make_shared<int>(int(folders.size()));
-    auto sizes = std::make_shared<QHash<QString, qint64>>();
     const QPointer<CompositeJob> guard(batch);
-    for (const QString& folder : std::as_const(folders)) {
-        auto* listing = new TaskJob(
-            &m_tasks, [this, endpoint, folder]() { return m_pFactory->List(endpoint, folder); }, this);
-        connect(listing, &TaskJob::SignalTaskEnded, this, [=](bool ok) {
-            // A listing that failed leaves the sizes unknown: each task asks, as it would anyway.
-            for (const FtpFileInfo& entry : ok ? listing->Entries() : QList<FtpFileInfo>()) {
-                if (!entry.isDir())
-                    sizes->insert(QDir::cleanPath(folder + QLatin1Char('/') + entry.name), entry.size);
-            }
-            if (--*left > 0 || !guard || guard->IsFinished())
-                return;
-            QList<TransferItem> sized = items;
-            for (TransferItem& item : sized) {
-                if (!item.bUpload && item.iListedSize < 0)
-                    item.iListedSize = sizes->value(QDir::cleanPath(item.strMachinePath), -1);
-            }
-            Enqueue(endpoint, sized, guard);
-        });
-        listing->Start();
+    // A listing that failed leaves the sizes unknown: each task asks, as it would anyway.
+    ListFolders(endpoint, folders, [this, endpoint, items, guard](bool, const FolderListings& listings) {
+        if (guard && !guard->IsFinished())
+            Enqueue(endpoint, WithListedSizes(items, listings), guard);
+    });
+}
+
+QList<TransferItem> MachineFileService::WithListedSizes(QList<TransferItem> items, const FolderListings& listings)
+{
+    for (TransferItem& item : items) {
+        const auto listing = listings.constFind(MachinePath::Folder(item.strMachinePath));
+        if (item.bUpload || item.iListedSize >= 0 || listing == listings.cend())
+            continue;
+        const QString name = MachinePath::Name(item.strMachinePath);
+        for (const FtpFileInfo& entry : *listing) {
+            if (!entry.isDir() && entry.name == name)
+                item.iListedSize = entry.size;
+        }
     }
+    return items;
 }
 
 MachineJob* MachineFileService::KeepThenChange(const MachineEndpoint& endpoint, const QList<HistoryLoss>& losses,

@@ -81,12 +81,17 @@ public:
     bool HitsRunningProgram(const QString& machinePath, bool bFolder) const;
 
     // Which uploads of `items` would replace a file on the machine, for a caller that asks one
-    // overwrite question over several machines; `owner` holds the listings.
-    void FindExisting(const MachineEndpoint& endpoint, const QList<TransferItem>& items, CompositeJob* owner,
-                      std::function<void(bool, QList<OverwriteEntry>)> done)
-    {
-        CollectMachineTargets(endpoint, items, owner, std::move(done));
-    }
+    // overwrite question over several machines; nothing is told once `owner` is gone.
+    void FindExisting(const MachineEndpoint& endpoint, const QList<TransferItem>& items, QObject* owner,
+                      std::function<void(bool, QList<OverwriteEntry>)> done);
+    // Machine folders' entries, by folder.
+    using FolderListings = QHash<QString, QList<FtpFileInfo>>;
+    // Lists each folder once through the funnel's own tasks. Requests for one folder made in the
+    // same turn of the event loop share one listing (a synchronisation hands its files over one at
+    // a time). `done` gets the entries by folder; one that could not be listed is missing, and ok
+    // is false.
+    void ListFolders(const MachineEndpoint& endpoint, const QStringList& folders,
+                     std::function<void(bool ok, FolderListings listings)> done);
     // Uploads and downloads as one batch with one overwrite question. bOverwriteDecided: the
     // caller has asked the user already (a synchronisation's conflict question).
     MachineJob* Transfer(const MachineEndpoint& endpoint, const QList<TransferItem>& items, RequestOrigin origin,
@@ -129,6 +134,8 @@ Q_SIGNALS:
     void SignalMachineNavigation(QString folder, QString entry);
     // The machine's files changed (delete, rename, new folder): every view lists them again.
     void SignalMachineChanged();
+    // Another machine is connected, or none: views made for the old one close.
+    void SignalEndpointChanged();
     void SignalProgressStarted(QString title, QString text);
     void SignalProgressFinished();
     // A cut's upload succeeded and its local source is gone; after a failure the source and
@@ -145,8 +152,13 @@ private:
     QString RunningProgramOf(const MachineEndpoint& endpoint) const;
     bool IsPathBusy(const MachineEndpoint& endpoint, const QString& path, bool bFolder) const;
     void AskOverwrite(const MachineEndpoint& endpoint, const QList<TransferItem>& items, CompositeJob* batch);
-    void CollectMachineTargets(const MachineEndpoint& endpoint, const QList<TransferItem>& items, CompositeJob* batch,
-                               std::function<void(bool, QList<OverwriteEntry>)> done);
+    // The entries of an overwrite question for `items`, and the listings they were read from.
+    void CollectMachineTargets(const MachineEndpoint& endpoint, const QList<TransferItem>& items,
+                               std::function<void(bool, QList<OverwriteEntry>, FolderListings)> done);
+    // The one listing of `folder` for the requests gathered under `key`.
+    void ListFolder(const MachineEndpoint& endpoint, const QString& folder, const QString& key);
+    // `items` with each download's size from the listing of its folder, where there is one.
+    static QList<TransferItem> WithListedSizes(QList<TransferItem> items, const FolderListings& listings);
     void Enqueue(const MachineEndpoint& endpoint, const QList<TransferItem>& items, CompositeJob* batch,
                  bool bSilent = false);
     // The history step: uploads whose machine copy could not be kept are refused, the rest queued.
@@ -177,6 +189,9 @@ private:
     ProgramHistory* m_pHistory = nullptr;
     QList<std::shared_ptr<QueuedTransfer>> m_listWaiting;
     QList<std::shared_ptr<QueuedTransfer>> m_listRunning;
+    using FolderListener = std::function<void(bool, const QList<FtpFileInfo>&)>;
+    // Requests waiting for the next listing of a folder, by machine address and folder.
+    QHash<QString, QList<FolderListener>> m_hashFolderListeners;
     // Holds on waiting transfers, by machine address.
     QHash<QString, int> m_hashWaitingHolds;
     // Every failed transfer by row key, so that the row can be retried.

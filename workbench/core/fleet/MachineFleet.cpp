@@ -111,7 +111,8 @@ void MachineFleet::AddMachine(const QString& ip, const QString& sn)
         m_listMachines[known].strIp = ip;
         delete m_listWatchers[known];
         m_listWatchers[known] = nullptr;
-        Watch(known);
+        if (m_bStarted)
+            Watch(known);
         Q_EMIT SignalChanged(known);
         return;
     }

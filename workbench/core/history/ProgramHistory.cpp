@@ -15,8 +15,11 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QFutureWatcher>
-#include <QTimer>
+#include <QPointer>
 #include <QUuid>
+#ifdef Q_OS_UNIX
+#include <unistd.h>
+#endif
 
 namespace {
 // A serial number as a folder name: whatever a machine reports must not climb out of the root.
@@ -116,65 +119,48 @@ void ProgramHistory::Keep(const MachineEndpoint& endpoint, const QList<HistoryLo
 void ProgramHistory::KeepFolder(const MachineEndpoint& endpoint, const QString& folder,
                                 const QList<HistoryLoss>& losses, const std::shared_ptr<Pending>& pending)
 {
-    // Requests for one folder made in the same turn of the event loop share one listing: a
-    // synchronisation hands its files to the funnel one at a time.
-    const QString key = endpoint.strIp + QLatin1Char('\n') + folder;
-    const bool bListingDue = m_hashFolderRequests.contains(key);
-    m_hashFolderRequests[key].append({losses, pending});
-    if (bListingDue)
-        return;
-    QTimer::singleShot(0, this, [this, endpoint, folder, key]() { ListFolder(endpoint, folder, key); });
-}
-
-void ProgramHistory::ListFolder(const MachineEndpoint& endpoint, const QString& folder, const QString& key)
-{
-    const QList<FolderRequest> requests = m_hashFolderRequests.take(key);
     // One listing tells which of the paths exist, and how large they are.
-    auto* listing = new TaskJob(
-        &m_tasks, [this, endpoint, folder]() { return m_pFiles->TaskFactory()->List(endpoint, folder); }, this);
-    connect(listing, &TaskJob::SignalTaskEnded, this, [=](bool ok) {
+    const QPointer<ProgramHistory> self(this);
+    m_pFiles->ListFolders(endpoint, {folder}, [=](bool ok, const MachineFileService::FolderListings& listings) {
+        if (!self)
+            return;
         const bool bAnyCase = endpoint.nameRules.bCaseInsensitive;
         QHash<QString, FtpFileInfo> programs;
-        for (const FtpFileInfo& entry : listing->Entries()) {
+        for (const FtpFileInfo& entry : listings.value(folder)) {
             const QString name = bAnyCase ? entry.name.toLower() : entry.name;
             if (!entry.isDir() && !programs.contains(name))
                 programs.insert(name, entry);
         }
-        for (const FolderRequest& request : requests) {
-            const std::shared_ptr<Pending>& pending = request.pending;
-            for (const HistoryLoss& loss : request.losses) {
-                if (!ok) {
-                    pending->refused.insert(
-                        loss.strMachinePath,
-                        tr("无法读取机床文件夹，未能保留%1的历史版本，未作改动").arg(loss.strMachinePath));
-                    continue;
-                }
-                const QString name = MachinePath::Name(loss.strMachinePath);
-                const auto found = programs.constFind(bAnyCase ? name.toLower() : name);
-                if (found == programs.cend() || !WithinLimit(loss.strMachinePath, found->size, pending))
-                    continue;
-                ++pending->iLeft;
-                // Kept under the machine's spelling of the name, in case it ignores case.
-                KeepFile(endpoint, loss, QDir::cleanPath(folder + QLatin1Char('/') + found->name), found->size,
-                         pending);
+        for (const HistoryLoss& loss : losses) {
+            if (!ok) {
+                pending->refused.insert(
+                    loss.strMachinePath,
+                    tr("无法读取机床文件夹，未能保留%1的历史版本，未作改动").arg(loss.strMachinePath));
+                continue;
             }
-            pending->Ended();
+            const QString name = MachinePath::Name(loss.strMachinePath);
+            const auto found = programs.constFind(bAnyCase ? name.toLower() : name);
+            if (found == programs.cend() || !WithinLimit(loss.strMachinePath, found->size, pending))
+                continue;
+            ++pending->iLeft;
+            // Kept under the machine's spelling of the name, in case it ignores case.
+            KeepFile(endpoint, loss, QDir::cleanPath(folder + QLatin1Char('/') + found->name), found->size, pending);
         }
+        pending->Ended();
     });
-    listing->Start();
 }
 
 void ProgramHistory::KeepTree(const MachineEndpoint& endpoint, const QString& folder, const HistoryLoss& loss,
                               const std::shared_ptr<Pending>& pending)
 {
-    auto* listing = new TaskJob(
-        &m_tasks, [this, endpoint, folder]() { return m_pFiles->TaskFactory()->List(endpoint, folder); }, this);
-    connect(listing, &TaskJob::SignalTaskEnded, this, [=](bool ok) {
+    const QPointer<ProgramHistory> self(this);
+    m_pFiles->ListFolders(endpoint, {folder}, [=](bool ok, const MachineFileService::FolderListings& listings) {
+        if (!self)
+            return;
         if (!ok)
             pending->refused.insert(loss.strMachinePath,
                                     tr("无法读取机床文件夹，未能保留%1的历史版本，未作改动").arg(folder));
-        const QList<FtpFileInfo> entries = ok ? listing->Entries() : QList<FtpFileInfo>();
-        for (const FtpFileInfo& entry : entries) {
+        for (const FtpFileInfo& entry : listings.value(folder)) {
             const QString path = QDir::cleanPath(folder + QLatin1Char('/') + entry.name);
             // Only programs: other files on the machine are not the workbench's to keep.
             const bool bProgram = MachineFileSuffixList.contains(QFileInfo(entry.name).suffix().toLower());
@@ -188,7 +174,6 @@ void ProgramHistory::KeepTree(const MachineEndpoint& endpoint, const QString& fo
         }
         pending->Ended();
     });
-    listing->Start();
 }
 
 bool ProgramHistory::WithinLimit(const QString& machinePath, qint64 size, const std::shared_ptr<Pending>& pending)
@@ -267,11 +252,16 @@ bool ProgramHistory::Export(const QString& sn, const HistoryVersion& version, co
     if (found == m_mapStores.end())
         return false;
     QFile::remove(localPath);
-    // A link costs nothing on the GUI thread, where copying a large kept program would stall it;
-    // the copy is only for a file system without links.
     const QString content = found->second->ContentPath(version.strHash);
-    return QDir().mkpath(QFileInfo(localPath).absolutePath()) &&
-           (QFile::link(content, localPath) || QFile::copy(content, localPath));
+    if (!QDir().mkpath(QFileInfo(localPath).absolutePath()))
+        return false;
+#ifdef Q_OS_UNIX
+    // A hard link costs nothing on the GUI thread, where copying a large kept program would stall
+    // it, and its bytes stay even when keeping the copy a restore replaces drops this version.
+    if (::link(QFile::encodeName(content).constData(), QFile::encodeName(localPath).constData()) == 0)
+        return true;
+#endif
+    return QFile::copy(content, localPath);
 }
 
 MachineJob* ProgramHistory::Restore(const MachineEndpoint& endpoint, const HistoryVersion& version)

@@ -52,16 +52,9 @@ Q_SIGNALS:
 
 private:
     struct Pending;
-    struct FolderRequest
-    {
-        QList<HistoryLoss> losses;
-        std::shared_ptr<Pending> pending;
-    };
 
     void KeepFolder(const MachineEndpoint& endpoint, const QString& folder, const QList<HistoryLoss>& losses,
                     const std::shared_ptr<Pending>& pending);
-    // The one listing of `folder` for the requests gathered under `key`.
-    void ListFolder(const MachineEndpoint& endpoint, const QString& folder, const QString& key);
     // Keeps every program below a folder that is about to go.
     void KeepTree(const MachineEndpoint& endpoint, const QString& folder, const HistoryLoss& loss,
                   const std::shared_ptr<Pending>& pending);
@@ -76,7 +69,5 @@ private:
     MachineFileService* m_pFiles;
     QString m_strRoot;
     std::map<QString, std::unique_ptr<HistoryStore>> m_mapStores;
-    // Requests waiting for the next listing of a folder, by machine and folder.
-    QHash<QString, QList<FolderRequest>> m_hashFolderRequests;
     TaskOwner m_tasks;
 };
