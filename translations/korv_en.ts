@@ -719,6 +719,10 @@ Which version do you want to keep?</translation>
         <source>失败：%1</source>
         <translation>Failed: %1</translation>
     </message>
+    <message>
+        <source>已发送 %1 个程序，%2 个被拒绝：%3</source>
+        <translation>Sent %1 program(s), %2 refused: %3</translation>
+    </message>
 </context>
 <context>
     <name>FolderSync</name>

@@ -189,7 +189,7 @@ MachineJob* MachineFileService::Transfer(const MachineEndpoint& endpoint, const 
     if (!unconnected.isEmpty())
         return Refuse(unconnected, true);
     QList<TransferItem> accepted;
-    QString firstReason;
+    QStringList refusals;
     for (const TransferItem& item : items) {
         const QString reason = CheckTransfer(endpoint, item);
         if (reason.isEmpty()) {
@@ -198,9 +198,9 @@ MachineJob* MachineFileService::Transfer(const MachineEndpoint& endpoint, const 
         }
         CDebugLog::AddLog(reason);
         Q_EMIT SignalAppendLog(reason, LogColors::Warning);
-        if (firstReason.isEmpty())
-            firstReason = reason;
+        refusals.append(reason);
     }
+    const QString firstReason = refusals.value(0);
     if (accepted.isEmpty()) {
         // Every file of the batch was refused: the user hears why once.
         if (origin != RequestOrigin::Sync && origin != RequestOrigin::Fleet)
@@ -208,6 +208,9 @@ MachineJob* MachineFileService::Transfer(const MachineEndpoint& endpoint, const 
         return MachineJob::MakeRefused(firstReason, this);
     }
     auto* batch = new CompositeJob(this);
+    // The batch counts the files it refused, so that its result can say how many went.
+    for (const QString& reason : std::as_const(refusals))
+        batch->AddSubjob(MachineJob::MakeRefused(reason, batch));
     if (bOverwriteDecided || origin == RequestOrigin::Retry || !m_fnAskOverwrite)
         KeepThenEnqueue(endpoint, accepted, batch);
     else
@@ -348,7 +351,9 @@ void MachineFileService::Enqueue(const MachineEndpoint& endpoint, const QList<Tr
     for (const TransferItem& item : items) {
         // The question may have taken a while: another request can have taken the path meanwhile.
         if (IsPathBusy(endpoint, item.strMachinePath, false)) {
-            Q_EMIT SignalAppendLog(tr("当前文件正在被操作：%1").arg(item.strMachinePath), LogColors::Warning);
+            const QString reason = tr("当前文件正在被操作：%1").arg(item.strMachinePath);
+            Q_EMIT SignalAppendLog(reason, LogColors::Warning);
+            batch->AddSubjob(MachineJob::MakeRefused(reason, batch));
             continue;
         }
         auto transfer = std::make_shared<QueuedTransfer>();

@@ -71,9 +71,18 @@ void FleetSendJob::Track(int row, MachineJob* job)
     connect(job, &MachineJob::SignalProgress, this,
             [this, row](qint64 done, qint64 total) { Q_EMIT SignalMachineProgress(row, done, total); });
     connect(job, &MachineJob::SignalResult, this, [this, row](MachineJob* ended) {
+        const auto* batch = qobject_cast<const CompositeJob*>(ended);
+        const int refused = batch ? batch->RefusedCount() : 0;
         switch (ended->GetResult()) {
         case Result::Succeeded:
-            Q_EMIT SignalMachineEnded(row, true, tr("已发送 %1 个程序").arg(m_listItems.size()));
+            if (refused == 0)
+                Q_EMIT SignalMachineEnded(row, true, tr("已发送 %1 个程序").arg(m_listItems.size()));
+            else
+                Q_EMIT SignalMachineEnded(row, false,
+                                          tr("已发送 %1 个程序，%2 个被拒绝：%3")
+                                              .arg(m_listItems.size() - refused)
+                                              .arg(refused)
+                                              .arg(batch->FirstRefusal()));
             break;
         case Result::Cancelled:
             Q_EMIT SignalMachineEnded(row, false, tr("已取消"));

@@ -15,7 +15,8 @@ void CompositeJob::AddSubjob(MachineJob* job)
         case Result::Succeeded:
             break;
         case Result::Refused:
-            ++m_nRefused;
+            if (m_nRefused++ == 0)
+                m_strFirstRefusal = ended->ErrorText();
             break;
         case Result::Cancelled:
             m_bCancelled = true;

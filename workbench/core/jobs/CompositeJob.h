@@ -20,6 +20,9 @@ public:
     // No more sub-jobs will come.
     void Seal();
     int RunningCount() const { return int(m_listRunning.size()); }
+    // Sub-jobs that ended refused, and the reason of the first.
+    int RefusedCount() const { return m_nRefused; }
+    QString FirstRefusal() const { return m_strFirstRefusal; }
 
 protected:
     void DoCancel() override;
@@ -37,6 +40,7 @@ private:
     int m_nRefused = 0;
     int m_nEnded = 0;
     QString m_strFirstError;
+    QString m_strFirstRefusal;
     qint64 m_nDoneEnded = 0;
     qint64 m_nTotalEnded = 0;
 };
