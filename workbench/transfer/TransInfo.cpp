@@ -12,9 +12,9 @@ TransInfo::TransInfo(QWidget* parent) : QWidget(parent), m_pUi(new Ui::TransInfo
 {
     m_pUi->setupUi(this);
     m_pLogModel = new TransLogModel(this);
-    m_scrollTimer.setSingleShot(true);
-    m_scrollTimer.setInterval(FrameMs);
-    connect(&m_scrollTimer, &QTimer::timeout, m_pUi->tableView, &QAbstractItemView::scrollToBottom);
+    m_frameTimer.setSingleShot(true);
+    m_frameTimer.setInterval(FrameMs);
+    connect(&m_frameTimer, &QTimer::timeout, this, &TransInfo::ShowPending);
 
     QTableView* view = m_pUi->tableView;
     m_pUi->iconLabel->hide();
@@ -36,7 +36,11 @@ TransInfo::TransInfo(QWidget* parent) : QWidget(parent), m_pUi(new Ui::TransInfo
     m_pUi->pushButton->setIconSize(QSize(14, 14));
     m_pUi->pushButton->setToolTip(tr("清空日志"));
     m_pUi->pushButton->setFlat(true);
-    connect(m_pUi->pushButton, &QPushButton::clicked, m_pLogModel, &TransLogModel::ClearLog);
+    connect(m_pUi->pushButton, &QPushButton::clicked, this, [this] {
+        m_frameTimer.stop();
+        m_listPending.clear();
+        m_pLogModel->ClearLog();
+    });
 
     view->installEventFilter(this);
 }
@@ -46,6 +50,12 @@ TransInfo::~TransInfo()
     delete m_pUi;
 }
 
+TransLogModel* TransInfo::LogModel()
+{
+    ShowPending();
+    return m_pLogModel;
+}
+
 QTableView* TransInfo::TableView() const
 {
     return m_pUi->tableView;
@@ -53,10 +63,19 @@ QTableView* TransInfo::TableView() const
 
 void TransInfo::AddLog(const QString& strMessage, const QColor& color)
 {
-    m_pLogModel->AddLog(strMessage, color);
-    // Scrolling lays the view out: once per frame, however many lines many small files bring.
-    if (!m_scrollTimer.isActive())
-        m_scrollTimer.start();
+    m_listPending.append({m_pLogModel->Now(), strMessage, color});
+    if (!m_frameTimer.isActive())
+        m_frameTimer.start();
+}
+
+void TransInfo::ShowPending()
+{
+    m_frameTimer.stop();
+    if (m_listPending.isEmpty())
+        return;
+    m_pLogModel->AddLogs(m_listPending);
+    m_listPending.clear();
+    m_pUi->tableView->scrollToBottom();
 }
 
 bool TransInfo::eventFilter(QObject* watched, QEvent* event)

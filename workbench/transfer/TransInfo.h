@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TransLogModel.h"
 #include "TransferClock.h"
 
 #include <QColor>
@@ -7,7 +8,6 @@
 #include <QWidget>
 
 class QTableView;
-class TransLogModel;
 
 namespace Ui {
 class TransInfo;
@@ -24,7 +24,8 @@ public:
     explicit TransInfo(QWidget* parent = nullptr);
     ~TransInfo() override;
 
-    TransLogModel* LogModel() const { return m_pLogModel; }
+    // The lines with every line so far in them.
+    TransLogModel* LogModel();
     QTableView* TableView() const;
 
     void AddLog(const QString& strMessage, const QColor& color);
@@ -33,7 +34,12 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    void ShowPending();
+
     Ui::TransInfo* m_pUi = nullptr;
     TransLogModel* m_pLogModel = nullptr;
-    QTimer m_scrollTimer;
+    // Lines are inserted and the newest brought into view once per frame, however many lines
+    // many small files bring.
+    QTimer m_frameTimer;
+    QList<TransLogModel::Line> m_listPending;
 };

@@ -6,6 +6,7 @@
 #include "CTransHeaderView.h"
 #include "CommonDefine.h"
 #include "KorvFonts.h"
+#include "LocalClock.h"
 #include "WorkbenchLog.h"
 #include "ui_TransList.h"
 
@@ -70,7 +71,7 @@ QString TimeLeftText(qint64 iSeconds)
 
 QString CompletionTimeText(qint64 iNow)
 {
-    return QDateTime::fromMSecsSinceEpoch(iNow).toString(QStringLiteral("yyyy-MM-dd hh:mm:ss"));
+    return LocalClock::At(iNow).toString(QStringLiteral("yyyy-MM-dd hh:mm:ss"));
 }
 } // namespace
 
@@ -82,15 +83,20 @@ TransList::TransList(QWidget* parent)
     m_pUi->setupUi(this);
     m_pModel = new QStandardItemModel(this);
     SetUpTable();
-    m_scrollTimer.setSingleShot(true);
-    m_scrollTimer.setInterval(FrameMs);
-    connect(&m_scrollTimer, &QTimer::timeout, this,
-            [this] { m_pUi->m_tableView->scrollTo(m_pModel->index(m_pModel->rowCount() - 1, ColumnFile)); });
+    m_frameTimer.setSingleShot(true);
+    m_frameTimer.setInterval(FrameMs);
+    connect(&m_frameTimer, &QTimer::timeout, this, &TransList::ShowPending);
 }
 
 TransList::~TransList()
 {
     delete m_pUi;
+}
+
+QStandardItemModel* TransList::Model()
+{
+    ShowPending();
+    return m_pModel;
 }
 
 QTableView* TransList::TableView() const
@@ -185,8 +191,9 @@ void TransList::ShowRowMenu(const QPoint& pos)
     m_pRowMenu->popup(view->viewport()->mapToGlobal(pos));
 }
 
-TanslateInfo TransList::CurrentInfo(QString* strKey) const
+TanslateInfo TransList::CurrentInfo(QString* strKey)
 {
+    ShowPending();
     const QModelIndex current = m_pUi->m_tableView->currentIndex();
     *strKey = current.isValid() ? KeyOfRow(current.row()) : QString();
     if (strKey->isEmpty()) {
@@ -222,15 +229,42 @@ void TransList::OpenCurrentFolder()
 void TransList::SlotUpdateTransfer(const TanslateInfo& info, const QString& strKey)
 {
     const qint64 iNow = m_clock();
-    if (m_mapKeyRow.contains(strKey))
-        UpdateRow(info, strKey, iNow);
-    else
-        AddRow(info, strKey, iNow);
+    Shown shown;
+    if (m_mapKeyRow.contains(strKey)) {
+        shown = UpdatedRowShown(info, strKey, iNow);
+    } else {
+        shown = NewRowShown(info, iNow);
+        m_mapKeyRow.insert(strKey, m_iRowCount++);
+        qCDebug(lcWorkbench) << "row " << m_mapKeyRow.value(strKey);
+    }
+    m_mapKeyLastBytes.insert(strKey, qint64(info.doneSize));
+    m_mapKeyLastTime.insert(strKey, iNow);
+    const auto pending = m_hashPending.find(strKey);
+    if (pending == m_hashPending.end()) {
+        m_listPendingKeys.append(strKey);
+        m_hashPending.insert(strKey, shown);
+    } else {
+        shown.bNewRow = pending->bNewRow;
+        *pending = shown;
+    }
+    if (!m_frameTimer.isActive())
+        m_frameTimer.start();
 }
 
-void TransList::UpdateRow(const TanslateInfo& info, const QString& strKey, qint64 iNow)
+TransList::Shown TransList::NewRowShown(const TanslateInfo& info, qint64 iNow) const
 {
-    const int row = m_mapKeyRow.value(strKey);
+    Shown shown;
+    shown.info = info;
+    shown.bNewRow = true;
+    shown.strSpeed = info.state == TanslateInfo::StateWaiting ? SpeedTextOf(info, 0) : QStringLiteral("0 KB/s");
+    shown.strTimeLeft = QStringLiteral("0 s");
+    shown.strTime =
+        info.state == TanslateInfo::StateSucceeded ? CompletionTimeText(iNow) : StateTimeText(info, shown.strTimeLeft);
+    return shown;
+}
+
+TransList::Shown TransList::UpdatedRowShown(const TanslateInfo& info, const QString& strKey, qint64 iNow) const
+{
     const qint64 iLastBytes = m_mapKeyLastBytes.value(strKey);
     const qint64 iLastTime = m_mapKeyLastTime.value(strKey);
 
@@ -246,62 +280,82 @@ void TransList::UpdateRow(const TanslateInfo& info, const QString& strKey, qint6
                 iTimeLeft = qint64((info.totalSize - info.doneSize) / dSpeed);
         }
     }
-    m_mapKeyLastBytes.insert(strKey, qint64(info.doneSize));
-    m_mapKeyLastTime.insert(strKey, iNow);
-
-    const QString strSpeed = SpeedTextOf(info, dSpeed);
-    const QString strTimeLeft = TimeLeftText(iTimeLeft);
-    SetTextAndToolTip(m_pModel->item(row, ColumnFile), info.fileName);
-    QStandardItem* progress = m_pModel->item(row, ColumnProgress);
-    progress->setData(QVariant::fromValue(info), CProgressDelegate::InfoRole);
-    progress->setData(strSpeed, CProgressDelegate::SpeedTextRole);
-    progress->setData(strTimeLeft, CProgressDelegate::TimeLeftTextRole);
-    SetTextAndToolTip(m_pModel->item(row, ColumnMachinePath), info.machinePath);
-
-    QStandardItem* time = m_pModel->item(row, ColumnTime);
+    Shown shown;
+    shown.info = info;
+    shown.strSpeed = SpeedTextOf(info, dSpeed);
+    shown.strTimeLeft = TimeLeftText(iTimeLeft);
     if (info.state != TanslateInfo::StateSucceeded) {
-        time->setText(StateTimeText(info, strTimeLeft));
+        shown.strTime = StateTimeText(info, shown.strTimeLeft);
     } else {
         // The same words for both directions, as the host log has always had them.
         CDebugLog::AddLog(QStringLiteral("上传文件到机床完成：%1").arg(info.fileName));
-        SetTextAndToolTip(time, CompletionTimeText(iNow));
+        shown.strTime = CompletionTimeText(iNow);
     }
+    return shown;
+}
+
+void TransList::ShowPending()
+{
+    m_frameTimer.stop();
+    if (m_listPendingKeys.isEmpty())
+        return;
+    bool bAdded = false;
+    for (const QString& strKey : std::as_const(m_listPendingKeys)) {
+        const Shown& shown = m_hashPending[strKey];
+        if (shown.bNewRow)
+            AppendRow(shown);
+        else
+            ShowInRow(m_mapKeyRow.value(strKey), shown);
+        bAdded = bAdded || shown.bNewRow;
+    }
+    m_listPendingKeys.clear();
+    m_hashPending.clear();
+    if (bAdded)
+        m_pUi->m_tableView->scrollTo(m_pModel->index(m_pModel->rowCount() - 1, ColumnFile));
+}
+
+void TransList::ShowInRow(int row, const Shown& shown)
+{
+    SetTextAndToolTip(m_pModel->item(row, ColumnFile), shown.info.fileName);
+    QStandardItem* progress = m_pModel->item(row, ColumnProgress);
+    progress->setData(QVariant::fromValue(shown.info), CProgressDelegate::InfoRole);
+    progress->setData(shown.strSpeed, CProgressDelegate::SpeedTextRole);
+    progress->setData(shown.strTimeLeft, CProgressDelegate::TimeLeftTextRole);
+    SetTextAndToolTip(m_pModel->item(row, ColumnMachinePath), shown.info.machinePath);
+    QStandardItem* time = m_pModel->item(row, ColumnTime);
+    if (shown.info.state == TanslateInfo::StateSucceeded)
+        SetTextAndToolTip(time, shown.strTime);
+    else
+        time->setText(shown.strTime);
     time->setTextAlignment(CentredAlignment);
 }
 
-void TransList::AddRow(const TanslateInfo& info, const QString& strKey, qint64 iNow)
+void TransList::AppendRow(const Shown& shown)
 {
-    m_mapKeyLastBytes.insert(strKey, qint64(info.doneSize));
-    m_mapKeyLastTime.insert(strKey, iNow);
     const int row = m_pModel->rowCount();
     m_pHeader->setFixedHeight(HeaderHeight);
-    m_mapKeyRow.insert(strKey, row);
-    qCDebug(lcWorkbench) << "row " << row;
-
-    QStandardItem* file = MakeItem(info.fileName, true);
-    file->setIcon(info.direction ? m_iconDownload : m_iconUpload);
+    QStandardItem* file = MakeItem(shown.info.fileName, true);
+    file->setIcon(shown.info.direction ? m_iconDownload : m_iconUpload);
     QStandardItem* progress = MakeItem(QString(), false);
-    progress->setData(QVariant::fromValue(info), CProgressDelegate::InfoRole);
-    progress->setData(info.state == TanslateInfo::StateWaiting ? SpeedTextOf(info, 0) : QStringLiteral("0 KB/s"),
-                      CProgressDelegate::SpeedTextRole);
-    progress->setData(QStringLiteral("0 s"), CProgressDelegate::TimeLeftTextRole);
-    QStandardItem* machinePath = MakeItem(info.machinePath, true);
-    QStandardItem* time =
-        MakeItem(info.state == TanslateInfo::StateSucceeded ? CompletionTimeText(iNow)
-                                                            : StateTimeText(info, QStringLiteral("0 s")),
-                 true);
+    progress->setData(QVariant::fromValue(shown.info), CProgressDelegate::InfoRole);
+    progress->setData(shown.strSpeed, CProgressDelegate::SpeedTextRole);
+    progress->setData(shown.strTimeLeft, CProgressDelegate::TimeLeftTextRole);
+    QStandardItem* machinePath = MakeItem(shown.info.machinePath, true);
+    QStandardItem* time = MakeItem(shown.strTime, true);
     time->setTextAlignment(CentredAlignment);
     m_pModel->appendRow({file, progress, machinePath, time});
 
     QTableView* view = m_pUi->m_tableView;
     view->setRowHeight(row, RowHeight);
     view->setRowHeight(0, RowHeight);
-    if (!m_scrollTimer.isActive())
-        m_scrollTimer.start();
 }
 
 void TransList::ClearList()
 {
+    m_frameTimer.stop();
+    m_listPendingKeys.clear();
+    m_hashPending.clear();
+    m_iRowCount = 0;
     m_pModel->removeRows(0, m_pModel->rowCount());
     m_mapKeyRow.clear();
     m_mapKeyLastBytes.clear();

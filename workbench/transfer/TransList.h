@@ -22,7 +22,9 @@ class TransList;
 }
 
 // The table of transfers: one row per transfer key, updated from every report with the
-// speed and the time left worked out from the previous report of the same key. A row's menu
+// speed and the time left worked out from the previous report of the same key. Reports are worked
+// out as they come and shown once per frame, so a batch of small files costs one repaint a frame,
+// not several per file. A row's menu
 // (and the Delete key for the current row) asks to cancel, retry or open the local folder;
 // the list only asks, the owner of the transfers decides.
 class TransList final : public QWidget
@@ -43,7 +45,8 @@ public:
     explicit TransList(QWidget* parent = nullptr);
     ~TransList() override;
 
-    QStandardItemModel* Model() const { return m_pModel; }
+    // The rows with every report so far shown.
+    QStandardItemModel* Model();
     QTableView* TableView() const;
     int RowOfKey(const QString& strKey) const { return m_mapKeyRow.value(strKey, -1); }
     QString KeyOfRow(int row) const { return m_mapKeyRow.key(row); }
@@ -72,14 +75,27 @@ private Q_SLOTS:
     void on_m_btnAllClear_clicked();
 
 private:
+    // What a row shows after a report.
+    struct Shown
+    {
+        TanslateInfo info;
+        QString strSpeed;
+        QString strTimeLeft;
+        QString strTime;
+        bool bNewRow = false;
+    };
+
     void SetUpTable();
-    void AddRow(const TanslateInfo& info, const QString& strKey, qint64 iNow);
-    void UpdateRow(const TanslateInfo& info, const QString& strKey, qint64 iNow);
+    Shown NewRowShown(const TanslateInfo& info, qint64 iNow) const;
+    Shown UpdatedRowShown(const TanslateInfo& info, const QString& strKey, qint64 iNow) const;
+    void ShowPending();
+    void AppendRow(const Shown& shown);
+    void ShowInRow(int row, const Shown& shown);
     void OnRestartClicked(const QModelIndex& index);
     void SetUpRowMenu();
     void ShowRowMenu(const QPoint& pos);
     // The report shown in the current row; state failed with an empty key when there is none.
-    TanslateInfo CurrentInfo(QString* strKey) const;
+    TanslateInfo CurrentInfo(QString* strKey);
     void CancelCurrentRow();
     void RetryCurrentRow();
     void OpenCurrentFolder();
@@ -89,8 +105,11 @@ private:
     QStandardItemModel* m_pModel = nullptr;
     const QIcon m_iconDownload;
     const QIcon m_iconUpload;
-    // Follows the newest row once per frame.
-    QTimer m_scrollTimer;
+    // Shows the reports of the current frame and follows the newest row.
+    QTimer m_frameTimer;
+    QHash<QString, Shown> m_hashPending;
+    QStringList m_listPendingKeys; // in order of arrival, so that new rows keep their numbers
+    int m_iRowCount = 0;           // rows shown and pending
     CTransHeaderView* m_pHeader = nullptr;
     CProgressDelegate* m_pProgressDelegate = nullptr;
     CFileNameDelegate* m_pFileNameDelegate = nullptr;

@@ -1,5 +1,7 @@
 #include "TransLogModel.h"
 
+#include "LocalClock.h"
+
 #include <utility>
 
 namespace {
@@ -41,12 +43,27 @@ QVariant TransLogModel::data(const QModelIndex& index, int role) const
 
 void TransLogModel::AddLog(const QString& strMessage, const QColor& color)
 {
-    const QString strTime = QDateTime::fromMSecsSinceEpoch(m_clock()).toString(QStringLiteral("hh:mm:ss"));
-    if (m_iMaxRows > 0 && m_listEntries.size() >= m_iMaxRows)
-        DropOldest(int(m_listEntries.size()) - m_iMaxRows + 1);
+    AddLogs({{m_clock(), strMessage, color}});
+}
+
+void TransLogModel::AddLogs(const QList<Line>& lines)
+{
+    qsizetype first = 0;
+    if (m_iMaxRows > 0) {
+        first = qMax<qsizetype>(0, lines.size() - m_iMaxRows);
+        const qsizetype overflow = m_listEntries.size() + lines.size() - first - m_iMaxRows;
+        if (overflow > 0)
+            DropOldest(int(overflow));
+    }
+    if (first >= lines.size())
+        return;
     const int n = int(m_listEntries.size());
-    beginInsertRows(QModelIndex(), n, n);
-    m_listEntries.append({strTime, strMessage, color});
+    beginInsertRows(QModelIndex(), n, n + int(lines.size() - first) - 1);
+    for (qsizetype i = first; i < lines.size(); ++i) {
+        const Line& line = lines.at(i);
+        m_listEntries.append(
+            {LocalClock::At(line.iMsecs).toString(QStringLiteral("hh:mm:ss")), line.strMessage, line.color});
+    }
     endInsertRows();
 }
 

@@ -29,12 +29,23 @@ public:
     int columnCount(const QModelIndex& parent = QModelIndex()) const override;
     QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
 
+    // A line as it came: its time in milliseconds since the epoch, its text and colour.
+    struct Line
+    {
+        qint64 iMsecs = 0;
+        QString strMessage;
+        QColor color;
+    };
+
     void AddLog(const QString& strMessage, const QColor& color);
+    // Lines that came within one frame, inserted together.
+    void AddLogs(const QList<Line>& lines);
     void ClearLog();
 
     void SetMaxRows(int iMaxRows);
     int MaxRows() const { return m_iMaxRows; }
     void SetClock(TransferClock clock);
+    qint64 Now() const { return m_clock(); }
 
 private:
     struct LogEntry
