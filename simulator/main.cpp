@@ -25,6 +25,10 @@ void requestCount(int)
 
 int main(int argc, char* argv[])
 {
+    // Without TZ the C library looks at the system's zone file on every local time, which is every
+    // entry of a listing; named once, the zone is read once.
+    if (qEnvironmentVariableIsEmpty("TZ"))
+        qputenv("TZ", ":/etc/localtime");
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("cnc-sim"));
     QTextStream err(stderr);

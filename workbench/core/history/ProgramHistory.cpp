@@ -125,11 +125,16 @@ void ProgramHistory::KeepFolder(const MachineEndpoint& endpoint, const QString& 
         if (!self)
             return;
         const bool bAnyCase = endpoint.nameRules.bCaseInsensitive;
+        const auto keyOf = [bAnyCase](const QString& name) { return bAnyCase ? name.toLower() : name; };
+        // Only the names about to be replaced are looked for: a synchronisation asks in bursts
+        // about a folder of hundreds of programs.
         QHash<QString, FtpFileInfo> programs;
+        for (const HistoryLoss& loss : losses)
+            programs.insert(keyOf(MachinePath::Name(loss.strMachinePath)), FtpFileInfo());
         for (const FtpFileInfo& entry : listings.value(folder)) {
-            const QString name = bAnyCase ? entry.name.toLower() : entry.name;
-            if (!entry.isDir() && !programs.contains(name))
-                programs.insert(name, entry);
+            const auto wanted = entry.isDir() ? programs.end() : programs.find(keyOf(entry.name));
+            if (wanted != programs.end() && wanted->name.isEmpty())
+                *wanted = entry;
         }
         for (const HistoryLoss& loss : losses) {
             if (!ok) {
@@ -138,13 +143,12 @@ void ProgramHistory::KeepFolder(const MachineEndpoint& endpoint, const QString& 
                     tr("无法读取机床文件夹，未能保留%1的历史版本，未作改动").arg(loss.strMachinePath));
                 continue;
             }
-            const QString name = MachinePath::Name(loss.strMachinePath);
-            const auto found = programs.constFind(bAnyCase ? name.toLower() : name);
-            if (found == programs.cend() || !WithinLimit(loss.strMachinePath, found->size, pending))
+            const FtpFileInfo found = programs.value(keyOf(MachinePath::Name(loss.strMachinePath)));
+            if (found.name.isEmpty() || !WithinLimit(loss.strMachinePath, found.size, pending))
                 continue;
             ++pending->iLeft;
             // Kept under the machine's spelling of the name, in case it ignores case.
-            KeepFile(endpoint, loss, QDir::cleanPath(folder + QLatin1Char('/') + found->name), found->size, pending);
+            KeepFile(endpoint, loss, QDir::cleanPath(folder + QLatin1Char('/') + found.name), found.size, pending);
         }
         pending->Ended();
     });
