@@ -33,6 +33,7 @@ private Q_SLOTS:
     void dragNeverHidesThePane();
     void logShowsNewestOnEveryAppend();
     void clearingKeepsTheLog();
+    void reportsOfOneFrameAreShownTogether();
 
 private:
     QTemporaryDir m_configDir;
@@ -109,6 +110,36 @@ void TransManagerTest::clearingKeepsTheLog()
     m_pManager->ClearTransList();
     QCOMPARE(list->Model()->rowCount(), 0);
     QCOMPARE(m_pManager->LogPane()->LogModel()->rowCount(), 1);
+}
+
+void TransManagerTest::reportsOfOneFrameAreShownTogether()
+{
+    // A batch of small files reports far faster than the screen draws: rows and lines wait for the
+    // frame, and each keeps what it had when it came (its latest report, its own time).
+    TransList* list = m_pManager->TransferList();
+    QAbstractItemModel* rows = list->TableView()->model();
+    QAbstractItemModel* lines = m_pManager->LogPane()->TableView()->model();
+    for (int i = 0; i < 100; ++i) {
+        TanslateInfo info;
+        info.totalSize = 2;
+        info.fileName = QStringLiteral("p%1.nc").arg(i);
+        const QString key = info.fileName + QStringLiteral("*Upload");
+        list->SlotUpdateTransfer(info, key);
+        info.doneSize = 2;
+        info.state = TanslateInfo::StateSucceeded;
+        list->SlotUpdateTransfer(info, key);
+        m_pManager->AddLog(QStringLiteral("上传完成：%1").arg(info.fileName), Grey);
+        m_iNow += 20;
+    }
+    QCOMPARE(rows->rowCount(), 0);
+    QCOMPARE(lines->rowCount(), 0);
+    QTRY_COMPARE(rows->rowCount(), 100);
+    QTRY_COMPARE(lines->rowCount(), 100);
+    QCOMPARE(list->RowOfKey(QStringLiteral("p99.nc*Upload")), 99);
+    QCOMPARE(rows->index(99, TransList::ColumnTime).data().toString(), QStringLiteral("2024-05-06 09:41:08"));
+    QCOMPARE(lines->index(0, TransLogModel::ColumnTime).data().toString(), QStringLiteral("09:41:07"));
+    QCOMPARE(lines->index(99, TransLogModel::ColumnMessage).data().toString(), QStringLiteral("上传完成：p99.nc"));
+    QCOMPARE(lines->index(99, TransLogModel::ColumnTime).data().toString(), QStringLiteral("09:41:08"));
 }
 
 QTEST_MAIN(TransManagerTest)
