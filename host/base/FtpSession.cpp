@@ -23,6 +23,7 @@
 #include <sys/socket.h>
 #include <type_traits>
 #include <unistd.h>
+#include <vector>
 
 namespace {
 constexpr long kBufferSize = 512 * 1024;
@@ -193,6 +194,55 @@ QSet<int>& ControlSockets()
     return *sockets;
 }
 
+// Idle multi handles, handed from one task to the next: each task runs on its own thread, and
+// making a multi handle (its wake-up socket pair, its tables) per task was a tenth of a small
+// file's cost. Connections are not in them but in the shared cache.
+struct MultiPool
+{
+    std::mutex mutex;
+    std::vector<CURLM*> idle;
+};
+
+MultiPool& IdleMultis()
+{
+    static auto* pool = new MultiPool; // never destroyed: tasks may end after static destructors
+    return *pool;
+}
+
+constexpr std::size_t kIdleMultisKept = 16;
+
+CURLM* TakeMulti()
+{
+    MultiPool& pool = IdleMultis();
+    {
+        std::lock_guard<std::mutex> lock(pool.mutex);
+        if (!pool.idle.empty()) {
+            CURLM* multi = pool.idle.back();
+            pool.idle.pop_back();
+            return multi;
+        }
+    }
+    CURLM* multi = curl_multi_init();
+    // The shared connection cache is trimmed to the multi's limit whenever a step ends; the
+    // default (four per easy handle) would close the idle logins other tasks are about to reuse.
+    if (multi)
+        curl_multi_setopt(multi, CURLMOPT_MAXCONNECTS, 32L);
+    return multi;
+}
+
+void GiveBackMulti(CURLM* multi)
+{
+    MultiPool& pool = IdleMultis();
+    {
+        std::lock_guard<std::mutex> lock(pool.mutex);
+        if (pool.idle.size() < kIdleMultisKept) {
+            pool.idle.push_back(multi);
+            return;
+        }
+    }
+    curl_multi_cleanup(multi);
+}
+
 int PortOf(const sockaddr_storage& address)
 {
     return ntohs(address.ss_family == AF_INET6 ? reinterpret_cast<const sockaddr_in6*>(&address)->sin6_port
@@ -296,13 +346,9 @@ FtpSession::FtpSession(const QString& host, int port, const FtpSettings& setting
 {
     CURL* curl = curl_easy_init();
     m_pCurl = curl;
-    m_pMulti = curl_multi_init();
+    m_pMulti = TakeMulti();
     if (!curl)
         return;
-    // The shared connection cache is trimmed to the multi's limit whenever a step ends; the
-    // default (four per easy handle) would close the idle logins other tasks are about to reuse.
-    if (m_pMulti)
-        curl_multi_setopt(static_cast<CURLM*>(m_pMulti), CURLMOPT_MAXCONNECTS, 32L);
     curl_easy_setopt(curl, CURLOPT_PROTOCOLS_STR, "ftp");
     if (void* share = FtpConnectionShare::Handle())
         curl_easy_setopt(curl, CURLOPT_SHARE, share);
@@ -352,9 +398,9 @@ FtpSession::FtpSession(const QString& host, int port, const FtpSettings& setting
 
 FtpSession::~FtpSession()
 {
-    // The multi handle holds the cached control connection: closing it says QUIT.
+    // Every step removes the easy handle from the multi, so the multi goes back empty.
     if (m_pMulti)
-        curl_multi_cleanup(static_cast<CURLM*>(m_pMulti));
+        GiveBackMulti(static_cast<CURLM*>(m_pMulti));
     if (m_pCurl)
         curl_easy_cleanup(static_cast<CURL*>(m_pCurl));
     curl_slist_free_all(static_cast<curl_slist*>(m_pStepQuote));
