@@ -318,9 +318,11 @@ void TransList::ShowInRow(int row, const Shown& shown)
 {
     SetTextAndToolTip(m_pModel->item(row, ColumnFile), shown.info.fileName);
     QStandardItem* progress = m_pModel->item(row, ColumnProgress);
-    progress->setData(QVariant::fromValue(shown.info), CProgressDelegate::InfoRole);
+    // The report last: it changes with every report, and whoever watches it finds the texts of the
+    // same report already in place.
     progress->setData(shown.strSpeed, CProgressDelegate::SpeedTextRole);
     progress->setData(shown.strTimeLeft, CProgressDelegate::TimeLeftTextRole);
+    progress->setData(QVariant::fromValue(shown.info), CProgressDelegate::InfoRole);
     SetTextAndToolTip(m_pModel->item(row, ColumnMachinePath), shown.info.machinePath);
     QStandardItem* time = m_pModel->item(row, ColumnTime);
     if (shown.info.state == TanslateInfo::StateSucceeded)

@@ -402,11 +402,12 @@ private Q_SLOTS:
         ConnectWorkspace();
         QStandardItemModel* model = m_workspace->GetTransManager()->TransferList()->Model();
         QElapsedTimer clock;
-        // When a new speed was shown (ms since the start), bytes per second.
+        // When a speed was shown (ms since the start), bytes per second: each report once, even
+        // when it shows the same speed as the one before.
         QList<QPair<qint64, double>> shown;
         connect(model, &QAbstractItemModel::dataChanged, this,
                 [&](const QModelIndex& from, const QModelIndex&, const QList<int>& roles) {
-                    if (!roles.contains(CProgressDelegate::SpeedTextRole))
+                    if (!roles.contains(CProgressDelegate::InfoRole))
                         return;
                     const QString text = model->index(from.row(), TransList::ColumnProgress)
                                              .data(CProgressDelegate::SpeedTextRole)
