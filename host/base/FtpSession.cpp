@@ -181,16 +181,17 @@ QHash<QString, Features>& MachineFeatures()
     return *features;
 }
 
-// The control connections open now, in any session: a cached login is looked up by its ports.
+// The control connections open now, in any session, with their local ports (0 until known; a
+// connected socket keeps its port): a cached login is looked up by its ports.
 std::mutex& ControlSocketsMutex()
 {
     static auto* mutex = new std::mutex;
     return *mutex;
 }
 
-QSet<int>& ControlSockets()
+QHash<int, int>& ControlSockets()
 {
-    static auto* sockets = new QSet<int>;
+    static auto* sockets = new QHash<int, int>;
     return *sockets;
 }
 
@@ -386,7 +387,7 @@ FtpSession::FtpSession(const QString& host, int port, const FtpSettings& setting
             session->m_tcpDeadline = QDeadlineTimer(session->m_settings.connectTimeoutMs);
             session->m_bNewLogin = true;
             std::lock_guard<std::mutex> lock(ControlSocketsMutex());
-            ControlSockets().insert(fd);
+            ControlSockets().insert(fd, 0);
         }
         return fd;
     };
@@ -434,13 +435,19 @@ int FtpSession::OnPrerequest(void* data, char*, char*, int remotePort, int local
     // A cached login with something unread on it holds an idle time-out's 421 or has been closed:
     // the step goes again on a new connection. Servers say nothing unasked otherwise.
     std::lock_guard<std::mutex> lock(ControlSocketsMutex());
-    for (const int fd : std::as_const(ControlSockets())) {
-        sockaddr_storage local{};
+    QHash<int, int>& sockets = ControlSockets();
+    for (auto it = sockets.begin(); it != sockets.end(); ++it) {
+        const int fd = it.key();
+        if (it.value() == 0) {
+            sockaddr_storage local{};
+            socklen_t localLength = sizeof(local);
+            if (getsockname(fd, reinterpret_cast<sockaddr*>(&local), &localLength) == 0)
+                it.value() = PortOf(local);
+        }
         sockaddr_storage peer{};
-        socklen_t localLength = sizeof(local);
         socklen_t peerLength = sizeof(peer);
-        if (getsockname(fd, reinterpret_cast<sockaddr*>(&local), &localLength) != 0 || PortOf(local) != localPort ||
-            getpeername(fd, reinterpret_cast<sockaddr*>(&peer), &peerLength) != 0 || PortOf(peer) != remotePort)
+        if (it.value() != localPort || getpeername(fd, reinterpret_cast<sockaddr*>(&peer), &peerLength) != 0 ||
+            PortOf(peer) != remotePort)
             continue;
         pollfd unread{fd, POLLIN, 0};
         if (poll(&unread, 1, 0) > 0) {
