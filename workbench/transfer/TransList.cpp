@@ -234,7 +234,8 @@ void TransList::SlotUpdateTransfer(const TanslateInfo& info, const QString& strK
         shown = UpdatedRowShown(info, strKey, iNow);
     } else {
         shown = NewRowShown(info, iNow);
-        m_mapKeyRow.insert(strKey, m_iRowCount++);
+        // Every key has one row, shown or pending, and rows only go all together.
+        m_mapKeyRow.insert(strKey, int(m_mapKeyRow.size()));
         qCDebug(lcWorkbench) << "row " << m_mapKeyRow.value(strKey);
     }
     m_mapKeyLastBytes.insert(strKey, qint64(info.doneSize));
@@ -357,7 +358,6 @@ void TransList::ClearList()
     m_frameTimer.stop();
     m_listPendingKeys.clear();
     m_hashPending.clear();
-    m_iRowCount = 0;
     m_pModel->removeRows(0, m_pModel->rowCount());
     m_mapKeyRow.clear();
     m_mapKeyLastBytes.clear();

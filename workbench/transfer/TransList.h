@@ -109,7 +109,6 @@ private:
     QTimer m_frameTimer;
     QHash<QString, Shown> m_hashPending;
     QStringList m_listPendingKeys; // in order of arrival, so that new rows keep their numbers
-    int m_iRowCount = 0;           // rows shown and pending
     CTransHeaderView* m_pHeader = nullptr;
     CProgressDelegate* m_pProgressDelegate = nullptr;
     CFileNameDelegate* m_pFileNameDelegate = nullptr;

@@ -226,7 +226,7 @@ void MachineFileService::AskOverwrite(const MachineEndpoint& endpoint, const QLi
         if (!guard || guard->IsFinished())
             return;
         // The downloads take their sizes from the listings the question was made from.
-        const QList<TransferItem> sized = WithListedSizes(items, listings);
+        const QList<TransferItem> sized = WithListedSizes(items, listings, endpoint.nameRules.bCaseInsensitive);
         if (!ok) {
             const QString reason = tr("无法读取机床文件夹，未传输任何文件");
             CDebugLog::AddLog(reason);
@@ -262,21 +262,15 @@ void MachineFileService::CollectMachineTargets(const MachineEndpoint& endpoint, 
         if ((item.bUpload || QFileInfo::exists(item.strLocalPath)) && !folders.contains(folder))
             folders << folder;
     }
-    const Qt::CaseSensitivity sensitivity =
-        endpoint.nameRules.bCaseInsensitive ? Qt::CaseInsensitive : Qt::CaseSensitive;
-    ListFolders(endpoint, folders, [items, sensitivity, done](bool ok, const FolderListings& listings) {
+    const bool bAnyCase = endpoint.nameRules.bCaseInsensitive;
+    ListFolders(endpoint, folders, [items, bAnyCase, done](bool ok, const FolderListings& listings) {
         QList<OverwriteEntry> entries;
         for (const TransferItem& item : items) {
             const auto listing = listings.constFind(MachinePath::Folder(item.strMachinePath));
             if (listing == listings.cend())
                 continue;
-            const QString name = MachinePath::Name(item.strMachinePath);
             const QFileInfo local(item.strLocalPath);
-            const FtpFileInfo* found = nullptr;
-            for (const FtpFileInfo& entry : *listing) {
-                if (!entry.isDir() && entry.name.compare(name, sensitivity) == 0)
-                    found = &entry;
-            }
+            const FtpFileInfo* found = FileNamed(*listing, MachinePath::Name(item.strMachinePath), bAnyCase);
             if (item.bUpload && found)
                 entries.append({true, item.strMachinePath, local.size(), local.lastModified(), found->size, found->time,
                                 item.strLocalPath});
@@ -459,21 +453,30 @@ void MachineFileService::ListSizesThenEnqueue(const MachineEndpoint& endpoint, c
     // A listing that failed leaves the sizes unknown: each task asks, as it would anyway.
     ListFolders(endpoint, folders, [this, endpoint, items, guard](bool, const FolderListings& listings) {
         if (guard && !guard->IsFinished())
-            Enqueue(endpoint, WithListedSizes(items, listings), guard);
+            Enqueue(endpoint, WithListedSizes(items, listings, endpoint.nameRules.bCaseInsensitive), guard);
     });
 }
 
-QList<TransferItem> MachineFileService::WithListedSizes(QList<TransferItem> items, const FolderListings& listings)
+const FtpFileInfo* MachineFileService::FileNamed(const QList<FtpFileInfo>& entries, const QString& name,
+                                                 bool bCaseInsensitive)
+{
+    const Qt::CaseSensitivity sensitivity = bCaseInsensitive ? Qt::CaseInsensitive : Qt::CaseSensitive;
+    for (const FtpFileInfo& entry : entries) {
+        if (!entry.isDir() && entry.name.compare(name, sensitivity) == 0)
+            return &entry;
+    }
+    return nullptr;
+}
+
+QList<TransferItem> MachineFileService::WithListedSizes(QList<TransferItem> items, const FolderListings& listings,
+                                                        bool bCaseInsensitive)
 {
     for (TransferItem& item : items) {
         const auto listing = listings.constFind(MachinePath::Folder(item.strMachinePath));
         if (item.bUpload || item.iListedSize >= 0 || listing == listings.cend())
             continue;
-        const QString name = MachinePath::Name(item.strMachinePath);
-        for (const FtpFileInfo& entry : *listing) {
-            if (!entry.isDir() && entry.name == name)
-                item.iListedSize = entry.size;
-        }
+        if (const FtpFileInfo* found = FileNamed(*listing, MachinePath::Name(item.strMachinePath), bCaseInsensitive))
+            item.iListedSize = found->size;
     }
     return items;
 }

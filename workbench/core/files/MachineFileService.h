@@ -86,6 +86,9 @@ public:
                       std::function<void(bool, QList<OverwriteEntry>)> done);
     // Machine folders' entries, by folder.
     using FolderListings = QHash<QString, QList<FtpFileInfo>>;
+    // The first file (not folder) of `entries` called `name`, as the machine compares names; null
+    // when there is none.
+    static const FtpFileInfo* FileNamed(const QList<FtpFileInfo>& entries, const QString& name, bool bCaseInsensitive);
     // Lists each folder once through the funnel's own tasks. Requests for one folder made in the
     // same turn of the event loop share one listing (a synchronisation hands its files over one at
     // a time). `done` gets the entries by folder; one that could not be listed is missing, and ok
@@ -158,7 +161,8 @@ private:
     // The one listing of `folder` for the requests gathered under `key`.
     void ListFolder(const MachineEndpoint& endpoint, const QString& folder, const QString& key);
     // `items` with each download's size from the listing of its folder, where there is one.
-    static QList<TransferItem> WithListedSizes(QList<TransferItem> items, const FolderListings& listings);
+    static QList<TransferItem> WithListedSizes(QList<TransferItem> items, const FolderListings& listings,
+                                               bool bCaseInsensitive);
     void Enqueue(const MachineEndpoint& endpoint, const QList<TransferItem>& items, CompositeJob* batch,
                  bool bSilent = false);
     // The history step: uploads whose machine copy could not be kept are refused, the rest queued.

@@ -124,18 +124,7 @@ void ProgramHistory::KeepFolder(const MachineEndpoint& endpoint, const QString& 
     m_pFiles->ListFolders(endpoint, {folder}, [=](bool ok, const MachineFileService::FolderListings& listings) {
         if (!self)
             return;
-        const bool bAnyCase = endpoint.nameRules.bCaseInsensitive;
-        const auto keyOf = [bAnyCase](const QString& name) { return bAnyCase ? name.toLower() : name; };
-        // Only the names about to be replaced are looked for: a synchronisation asks in bursts
-        // about a folder of hundreds of programs.
-        QHash<QString, FtpFileInfo> programs;
-        for (const HistoryLoss& loss : losses)
-            programs.insert(keyOf(MachinePath::Name(loss.strMachinePath)), FtpFileInfo());
-        for (const FtpFileInfo& entry : listings.value(folder)) {
-            const auto wanted = entry.isDir() ? programs.end() : programs.find(keyOf(entry.name));
-            if (wanted != programs.end() && wanted->name.isEmpty())
-                *wanted = entry;
-        }
+        const QList<FtpFileInfo> entries = listings.value(folder);
         for (const HistoryLoss& loss : losses) {
             if (!ok) {
                 pending->refused.insert(
@@ -143,12 +132,13 @@ void ProgramHistory::KeepFolder(const MachineEndpoint& endpoint, const QString& 
                     tr("无法读取机床文件夹，未能保留%1的历史版本，未作改动").arg(loss.strMachinePath));
                 continue;
             }
-            const FtpFileInfo found = programs.value(keyOf(MachinePath::Name(loss.strMachinePath)));
-            if (found.name.isEmpty() || !WithinLimit(loss.strMachinePath, found.size, pending))
+            const FtpFileInfo* found = MachineFileService::FileNamed(entries, MachinePath::Name(loss.strMachinePath),
+                                                                     endpoint.nameRules.bCaseInsensitive);
+            if (!found || !WithinLimit(loss.strMachinePath, found->size, pending))
                 continue;
             ++pending->iLeft;
             // Kept under the machine's spelling of the name, in case it ignores case.
-            KeepFile(endpoint, loss, QDir::cleanPath(folder + QLatin1Char('/') + found.name), found.size, pending);
+            KeepFile(endpoint, loss, QDir::cleanPath(folder + QLatin1Char('/') + found->name), found->size, pending);
         }
         pending->Ended();
     });
