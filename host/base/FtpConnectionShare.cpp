@@ -26,7 +26,6 @@ FtpConnectionShare::FtpConnectionShare()
     curl_share_setopt(share, CURLSHOPT_UNLOCKFUNC, UnlockShare);
     curl_share_setopt(share, CURLSHOPT_USERDATA, static_cast<void*>(m_mutexes));
     curl_share_setopt(share, CURLSHOPT_SHARE, CURL_LOCK_DATA_CONNECT);
-    curl_share_setopt(share, CURLSHOPT_SHARE, CURL_LOCK_DATA_DNS);
 }
 
 void* FtpConnectionShare::Handle()

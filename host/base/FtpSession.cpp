@@ -197,11 +197,13 @@ QHash<int, int>& ControlSockets()
 
 // Idle multi handles, handed from one task to the next: each task runs on its own thread, and
 // making a multi handle (its wake-up socket pair, its tables) per task was a tenth of a small
-// file's cost. Connections are not in them but in the shared cache.
+// file's cost. Connections are not in them but in the shared cache. Names are: every passive data
+// connection leaves its "address:port" there, and every step walks all of them to expire the old
+// ones, so a multi retires after a few dozen tasks and takes its names with it.
 struct MultiPool
 {
     std::mutex mutex;
-    std::vector<CURLM*> idle;
+    std::vector<FtpSession::PooledMulti> idle;
 };
 
 MultiPool& IdleMultis()
@@ -211,14 +213,15 @@ MultiPool& IdleMultis()
 }
 
 constexpr std::size_t kIdleMultisKept = 16;
+constexpr int kTasksPerMulti = 64;
 
-CURLM* TakeMulti()
+FtpSession::PooledMulti TakeMulti()
 {
     MultiPool& pool = IdleMultis();
     {
         std::lock_guard<std::mutex> lock(pool.mutex);
         if (!pool.idle.empty()) {
-            CURLM* multi = pool.idle.back();
+            const FtpSession::PooledMulti multi = pool.idle.back();
             pool.idle.pop_back();
             return multi;
         }
@@ -228,20 +231,20 @@ CURLM* TakeMulti()
     // default (four per easy handle) would close the idle logins other tasks are about to reuse.
     if (multi)
         curl_multi_setopt(multi, CURLMOPT_MAXCONNECTS, 32L);
-    return multi;
+    return {multi, 0};
 }
 
-void GiveBackMulti(CURLM* multi)
+void GiveBackMulti(FtpSession::PooledMulti multi)
 {
-    MultiPool& pool = IdleMultis();
-    {
+    if (++multi.tasksServed < kTasksPerMulti) {
+        MultiPool& pool = IdleMultis();
         std::lock_guard<std::mutex> lock(pool.mutex);
         if (pool.idle.size() < kIdleMultisKept) {
             pool.idle.push_back(multi);
             return;
         }
     }
-    curl_multi_cleanup(multi);
+    curl_multi_cleanup(static_cast<CURLM*>(multi.handle));
 }
 
 int PortOf(const sockaddr_storage& address)
@@ -347,7 +350,7 @@ FtpSession::FtpSession(const QString& host, int port, const FtpSettings& setting
 {
     CURL* curl = curl_easy_init();
     m_pCurl = curl;
-    m_pMulti = TakeMulti();
+    m_multi = TakeMulti();
     if (!curl)
         return;
     curl_easy_setopt(curl, CURLOPT_PROTOCOLS_STR, "ftp");
@@ -400,8 +403,8 @@ FtpSession::FtpSession(const QString& host, int port, const FtpSettings& setting
 FtpSession::~FtpSession()
 {
     // Every step removes the easy handle from the multi, so the multi goes back empty.
-    if (m_pMulti)
-        GiveBackMulti(static_cast<CURLM*>(m_pMulti));
+    if (m_multi.handle)
+        GiveBackMulti(m_multi);
     if (m_pCurl)
         curl_easy_cleanup(static_cast<CURL*>(m_pCurl));
     curl_slist_free_all(static_cast<curl_slist*>(m_pStepQuote));
@@ -682,7 +685,7 @@ QString FtpSession::FailedCommand() const
 
 int FtpSession::RunStep()
 {
-    CURLM* multi = static_cast<CURLM*>(m_pMulti);
+    CURLM* multi = static_cast<CURLM*>(m_multi.handle);
     CURL* curl = static_cast<CURL*>(m_pCurl);
     if (!multi)
         return curl_easy_perform(curl);

@@ -65,6 +65,13 @@ public:
     // Human-readable reason of the last failure, including the server's reply when there was one.
     QString ErrorMessage() const { return m_strError; }
 
+    // A libcurl multi handle lent to one session at a time.
+    struct PooledMulti
+    {
+        void* handle = nullptr;
+        int tasksServed = 0;
+    };
+
 private:
     QByteArray UrlFor(const QString& remotePath) const;
     // Names on the wire in the machine's encoding (FtpSettings::nameEncoding).
@@ -106,7 +113,7 @@ private:
 
     void* m_pCurl = nullptr;
     int m_iLastCode = 0;
-    void* m_pMulti = nullptr;
+    PooledMulti m_multi;
     QString m_strHost;
     int m_iPort = 21;
     FtpSettings m_settings;
