@@ -155,11 +155,15 @@ int main(int argc, char** argv)
         // Alternate who goes first so that page-cache warm-up favours neither.
         const bool bOursFirst = run % 2 == 0;
         for (int turn = 0; turn < 2; ++turn) {
+            // Each upload starts without its old copy on the server, as every upload here is a new
+            // file: replacing one would time how the machine's memory frees the old gigabyte.
             if ((turn == 0) == bOursFirst) {
+                QFile::remove(server->LocalPath(QStringLiteral("/bench/up_ours.bin")));
                 ourUp << RunTask(new UploadToFtp(ourBase + "/bench/up_ours.bin", QString(), source));
                 QFile::remove(ourTarget);
                 ourDown << RunTask(new DownloadToLocal(ourBase + "/bench/down.bin", QString(), ourTarget));
             } else {
+                QFile::remove(server->LocalPath(QStringLiteral("/bench/up_curl.bin")));
                 curlUp << RunCurl({"-T", source, curlBase + "/bench/up_curl.bin"});
                 QFile::remove(curlTarget);
                 curlDown << RunCurl({"-o", curlTarget, curlBase + "/bench/down.bin"});

@@ -106,7 +106,7 @@ private:
     int RunStep();
     bool Fail(const QString& message);
     static int OnCloseSocket(void* unused, int descriptor);
-    static int OnSocketOpened(void* unused, int descriptor, int purpose);
+    static int OnSocketOpened(void* session, int descriptor, int purpose);
     // Reads a reply the server sent on the control connection that libcurl is closing unread
     // (a "552" during an upload), so the user learns the server's reason.
     void SalvageReply(int descriptor);
@@ -139,7 +139,8 @@ private:
     bool m_bStaleLogin = false;        // the step found its cached login dropped by the machine
     bool m_bLoginStep = false;         // Connect's step: nothing to send on a cached login
     QByteArray m_lastFolderUrl;
-    int m_iConnectingFd = -1; // the control connection's socket until TCP has connected
+    int m_iConnectingFd = -1;     // the control connection's socket until TCP has connected
+    int m_iLastOpenedSocket = -1; // in the step running now
     QDeadlineTimer m_tcpDeadline;
     QString m_strError;
 };
