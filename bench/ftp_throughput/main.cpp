@@ -222,7 +222,7 @@ int main(int argc, char** argv)
                 Median(ourList), Median(curlList));
     std::printf("listing ratio=%.2f\n", Median(curlList) / Median(ourList));
     std::printf("%d uploads of 20 KiB to cnc-sim, one task each\n", smallFiles);
-    std::printf("small_files median_ms=%.1f max_ms=%.1f\n", Median(smallMs),
+    std::printf("small_files median_ms=%.3f max_ms=%.1f\n", Median(smallMs),
                 *std::max_element(smallMs.cbegin(), smallMs.cend()));
     std::printf("ratio upload=%s download=%s\n", qPrintable(PairRatios(ourUp, curlUp)),
                 qPrintable(PairRatios(ourDown, curlDown)));
