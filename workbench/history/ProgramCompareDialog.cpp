@@ -1,5 +1,7 @@
 #include "ProgramCompareDialog.h"
 
+#include "WorkPool.h"
+
 #include <QCheckBox>
 #include <QDialogButtonBox>
 #include <QFile>
@@ -7,8 +9,9 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
-#include <QTableWidget>
+#include <QTableView>
 #include <QVBoxLayout>
+#include <QtConcurrent>
 
 namespace {
 QStringList ReadLines(const QString& path)
@@ -22,27 +25,27 @@ QStringList ReadLines(const QString& path)
     return text.isEmpty() ? QStringList() : text.split(QLatin1Char('\n'));
 }
 
-QColor RowColour(GcodeDiffRow::Kind kind)
+// On the work pool, with copies only: the dialog may close before it ends. Paths are given the
+// first time, when the lines are still to be read.
+ProgramComparison CompareOffThread(ProgramComparison comparison, const QString& leftPath, const QString& rightPath,
+                                   const GcodeDiffOptions& options)
 {
-    switch (kind) {
-    case GcodeDiffRow::Changed:
-        return QColor(255, 236, 179);
-    case GcodeDiffRow::LeftOnly:
-        return QColor(255, 214, 214);
-    case GcodeDiffRow::RightOnly:
-        return QColor(214, 245, 214);
-    default:
-        return QColor();
+    if (!leftPath.isEmpty()) {
+        comparison.listLeft = ReadLines(leftPath);
+        comparison.listRight = ReadLines(rightPath);
     }
+    comparison.listRows = GcodeDiff::Compare(comparison.listLeft, comparison.listRight, options);
+    comparison.iChanged = GcodeDiff::ChangedCount(comparison.listRows);
+    return comparison;
 }
 } // namespace
 
 ProgramCompareDialog::ProgramCompareDialog(const QString& leftTitle, const QString& leftPath, const QString& rightTitle,
                                            const QString& rightPath, QWidget* parent)
-    : QDialog(parent), m_listLeft(ReadLines(leftPath)), m_listRight(ReadLines(rightPath)),
+    : QDialog(parent), m_strLeftPath(leftPath), m_strRightPath(rightPath),
       m_pIgnoreSpace(new QCheckBox(tr("忽略空白"), this)), m_pIgnoreComments(new QCheckBox(tr("忽略注释"), this)),
       m_pIgnoreNumbers(new QCheckBox(tr("忽略程序段号"), this)), m_pSummary(new QLabel(this)),
-      m_pTable(new QTableWidget(this))
+      m_pModel(new ProgramCompareModel(leftTitle, rightTitle, this)), m_pTable(new QTableView(this))
 {
     setObjectName(QStringLiteral("ProgramCompareDialog"));
     setWindowTitle(tr("比较"));
@@ -50,21 +53,21 @@ ProgramCompareDialog::ProgramCompareDialog(const QString& leftTitle, const QStri
     auto* options = new QHBoxLayout;
     for (QCheckBox* box : {m_pIgnoreSpace, m_pIgnoreComments, m_pIgnoreNumbers}) {
         options->addWidget(box);
-        connect(box, &QCheckBox::stateChanged, this, &ProgramCompareDialog::Refresh);
+        connect(box, &QCheckBox::stateChanged, this, &ProgramCompareDialog::Compare);
     }
     options->addStretch();
     options->addWidget(m_pSummary);
-    m_pTable->setColumnCount(ColumnCount);
-    m_pTable->setHorizontalHeaderLabels({QString(), leftTitle, QString(), rightTitle});
+    m_pTable->setModel(m_pModel);
     m_pTable->verticalHeader()->hide();
+    m_pTable->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     m_pTable->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
     m_pTable->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_pTable->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_pTable->setShowGrid(false);
     m_pTable->setWordWrap(false);
-    m_pTable->horizontalHeader()->setSectionResizeMode(ColumnLeftText, QHeaderView::Stretch);
-    m_pTable->horizontalHeader()->setSectionResizeMode(ColumnRightText, QHeaderView::Stretch);
-    m_pTable->setStyleSheet(QStringLiteral("QTableWidget{font-family:monospace;}"));
+    m_pTable->horizontalHeader()->setSectionResizeMode(ProgramCompareModel::ColumnLeftText, QHeaderView::Stretch);
+    m_pTable->horizontalHeader()->setSectionResizeMode(ProgramCompareModel::ColumnRightText, QHeaderView::Stretch);
+    m_pTable->setStyleSheet(QStringLiteral("QTableView{font-family:monospace;}"));
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
     buttons->button(QDialogButtonBox::Close)->setText(tr("关闭"));
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
@@ -72,7 +75,8 @@ ProgramCompareDialog::ProgramCompareDialog(const QString& leftTitle, const QStri
     layout->addLayout(options);
     layout->addWidget(m_pTable);
     layout->addWidget(buttons);
-    Refresh();
+    connect(&m_watcher, &QFutureWatcher<ProgramComparison>::finished, this, &ProgramCompareDialog::ShowComparison);
+    Compare();
 }
 
 GcodeDiffOptions ProgramCompareDialog::Options() const
@@ -88,29 +92,35 @@ void ProgramCompareDialog::SetOptions(const GcodeDiffOptions& options)
     m_pIgnoreSpace->setChecked(options.bIgnoreWhiteSpace);
     m_pIgnoreComments->setChecked(options.bIgnoreComments);
     m_pIgnoreNumbers->setChecked(options.bIgnoreBlockNumbers);
-    Refresh();
+    Compare();
 }
 
-void ProgramCompareDialog::Refresh()
+void ProgramCompareDialog::Compare()
 {
-    const QList<GcodeDiffRow> rows = GcodeDiff::Compare(m_listLeft, m_listRight, Options());
-    m_iChanged = GcodeDiff::ChangedCount(rows);
-    m_pSummary->setText(m_iChanged == 0 ? tr("内容相同") : tr("%1 行不同").arg(m_iChanged));
-    m_pTable->setRowCount(int(rows.size()));
-    for (int i = 0; i < rows.size(); ++i) {
-        const GcodeDiffRow& row = rows.at(i);
-        const QColor colour = RowColour(row.eKind);
-        const auto put = [&](int column, const QString& text) {
-            auto* item = new QTableWidgetItem(text);
-            if (colour.isValid())
-                item->setBackground(colour);
-            m_pTable->setItem(i, column, item);
-        };
-        put(ColumnLeftLine, row.iLeft < 0 ? QString() : QString::number(row.iLeft + 1));
-        put(ColumnLeftText, row.iLeft < 0 ? QString() : m_listLeft.at(row.iLeft));
-        put(ColumnRightLine, row.iRight < 0 ? QString() : QString::number(row.iRight + 1));
-        put(ColumnRightText, row.iRight < 0 ? QString() : m_listRight.at(row.iRight));
+    if (m_bComparing) {
+        m_bCompareAgain = true;
+        return;
     }
-    m_pTable->resizeColumnToContents(ColumnLeftLine);
-    m_pTable->resizeColumnToContents(ColumnRightLine);
+    m_bComparing = true;
+    m_pSummary->setText(tr("正在比较…"));
+    m_watcher.setFuture(QtConcurrent::run(WorkPool::Instance(), CompareOffThread, m_pModel->Comparison(),
+                                          m_bRead ? QString() : m_strLeftPath, m_bRead ? QString() : m_strRightPath,
+                                          Options()));
+}
+
+void ProgramCompareDialog::ShowComparison()
+{
+    m_bRead = true;
+    m_bComparing = false;
+    m_pModel->SetComparison(m_watcher.result());
+    if (m_bCompareAgain) {
+        m_bCompareAgain = false;
+        Compare();
+        return;
+    }
+    const int changed = ChangedCount();
+    m_pSummary->setText(changed == 0 ? tr("内容相同") : tr("%1 行不同").arg(changed));
+    m_pTable->resizeColumnToContents(ProgramCompareModel::ColumnLeftLine);
+    m_pTable->resizeColumnToContents(ProgramCompareModel::ColumnRightLine);
+    Q_EMIT SignalCompared();
 }

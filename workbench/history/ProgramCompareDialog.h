@@ -1,48 +1,53 @@
 #pragma once
 
 #include "GcodeDiff.h"
+#include "ProgramCompareModel.h"
 
 #include <QDialog>
-#include <QStringList>
+#include <QFutureWatcher>
 
 class QCheckBox;
 class QLabel;
-class QTableWidget;
+class QTableView;
 
 // Two programs side by side with the lines that differ marked, and the G-code options that
-// leave out what does not change the cut. Reads both files once when it opens.
+// leave out what does not change the cut. The files are read and compared on the work pool, so
+// that a program of many megabytes never holds the window; they are read once, when it opens.
 class ProgramCompareDialog final : public QDialog
 {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(ProgramCompareDialog)
 
 public:
-    enum Column
-    {
-        ColumnLeftLine,
-        ColumnLeftText,
-        ColumnRightLine,
-        ColumnRightText,
-        ColumnCount,
-    };
-
     ProgramCompareDialog(const QString& leftTitle, const QString& leftPath, const QString& rightTitle,
                          const QString& rightPath, QWidget* parent = nullptr);
 
-    QTableWidget* Table() const { return m_pTable; }
-    int ChangedCount() const { return m_iChanged; }
+    QTableView* Table() const { return m_pTable; }
+    bool IsComparing() const { return m_bComparing; }
+    int ChangedCount() const { return m_pModel->Comparison().iChanged; }
     void SetOptions(const GcodeDiffOptions& options);
 
+Q_SIGNALS:
+    // The rows shown are those of the options now ticked.
+    void SignalCompared();
+
 private:
-    void Refresh();
+    void Compare();
+    void ShowComparison();
     GcodeDiffOptions Options() const;
 
-    QStringList m_listLeft;
-    QStringList m_listRight;
+    QString m_strLeftPath;
+    QString m_strRightPath;
+    bool m_bRead = false;
+    // Until its result is shown: the future ends on the pool before the window hears of it.
+    bool m_bComparing = false;
+    // An option changed while a compare ran: compare again when it ends.
+    bool m_bCompareAgain = false;
+    QFutureWatcher<ProgramComparison> m_watcher;
     QCheckBox* m_pIgnoreSpace;
     QCheckBox* m_pIgnoreComments;
     QCheckBox* m_pIgnoreNumbers;
     QLabel* m_pSummary;
-    QTableWidget* m_pTable;
-    int m_iChanged = 0;
+    ProgramCompareModel* m_pModel;
+    QTableView* m_pTable;
 };

@@ -176,7 +176,7 @@ void ProgramHistoryDialog::CompareSelected()
     const QList<HistoryVersion> versions = SelectedVersions();
     if (versions.size() != 2)
         return;
-    auto* folder = new QTemporaryDir;
+    auto folder = std::make_shared<QTemporaryDir>();
     QStringList paths;
     QStringList titles;
     for (const HistoryVersion& version : versions) {
@@ -186,8 +186,8 @@ void ProgramHistoryDialog::CompareSelected()
     }
     auto* dialog = new ProgramCompareDialog(titles.at(0), paths.at(0), titles.at(1), paths.at(1), this);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
-    // The exported copies were read when the dialog opened.
-    delete folder;
+    // The exported copies are read off the window's thread: they go with the dialog.
+    connect(dialog, &QObject::destroyed, [folder]() {});
     dialog->open();
 }
 

@@ -9,6 +9,7 @@
 #include "filepanel/FileSelectPanel.h"
 #include "filepanel/FileTreeView.h"
 #include "history/HistoryController.h"
+#include "history/ProgramCompareDialog.h"
 
 #include <CamBaseTextHelper.h>
 #include <QApplication>
@@ -16,7 +17,9 @@
 #include <QItemSelectionModel>
 #include <QMimeData>
 #include <QPushButton>
+#include <QTableView>
 #include <QTest>
+#include <QTreeWidget>
 #include <algorithm>
 
 namespace {
@@ -160,6 +163,49 @@ private Q_SLOTS:
         m_workspace->FileService()->Delete(Endpoint(), {}, {QStringLiteral("/jobs")}, RequestOrigin::FilePage);
         QTRY_VERIFY_WITH_TIMEOUT(!QFileInfo::exists(MachineFile(QStringLiteral("jobs"))), 10000);
         QCOMPARE(Kept(QStringLiteral("/jobs/deep/part.nc")), nested);
+    }
+
+    // Two kept versions compared from the history window: the files are read and compared off the
+    // window's thread, and an option ticked meanwhile or after compares again.
+    void keptVersionsAreComparedFromTheHistoryWindow()
+    {
+        StartSimulator(DefaultSimOptions());
+        Write(MachineFile(QStringLiteral("part.nc")), "N10 G0 X0\nN20 G1 X1\nM30\n");
+        Write(LocalFile(QStringLiteral("part.nc")), "G0 X9\n"); // listed by the local panel from the start
+        ConnectWorkspace();
+        FileManager* manager = m_workspace->GetFileManager();
+        for (const QByteArray& text : {QByteArray("N1 G0 X0\nN2 G1 X1\nM30\n"), QByteArray("G0 X5\n")}) {
+            QTRY_VERIFY_WITH_TIMEOUT(Idle(), 10000);
+            Write(LocalFile(QStringLiteral("part.nc")), text);
+            Select(manager->LocalPanel(), QStringLiteral("part.nc"));
+            QTest::mouseClick(manager->UploadButton(), Qt::LeftButton);
+            QTRY_COMPARE_WITH_TIMEOUT(Read(MachineFile(QStringLiteral("part.nc"))), text, 15000);
+        }
+        QTRY_COMPARE_WITH_TIMEOUT(Store()->Versions(QStringLiteral("/part.nc")).size(), 2, 5000);
+
+        m_workspace->HistoryViews()->ShowHistory(QStringLiteral("/part.nc"));
+        ProgramHistoryDialog* window = m_workspace->HistoryViews()->Dialog();
+        QVERIFY(window);
+        window->VersionTree()->selectAll();
+        QVERIFY(window->CompareButton()->isEnabled());
+        QTest::mouseClick(window->CompareButton(), Qt::LeftButton);
+        auto* compare = window->findChild<ProgramCompareDialog*>();
+        QVERIFY(compare && compare->isVisible());
+        QTRY_VERIFY_WITH_TIMEOUT(!compare->IsComparing(), 5000);
+        // Only the block numbers differ.
+        QCOMPARE(compare->Table()->model()->rowCount(), 3);
+        QCOMPARE(compare->ChangedCount(), 2);
+        QCOMPARE(compare->Table()->model()->index(1, ProgramCompareModel::ColumnLeftText).data().toString(),
+                 QStringLiteral("N20 G1 X1"));
+        QCOMPARE(compare->Table()->model()->index(1, ProgramCompareModel::ColumnRightText).data().toString(),
+                 QStringLiteral("N2 G1 X1"));
+        QVERIFY(compare->Table()->model()->index(1, 0).data(Qt::BackgroundRole).isValid());
+        compare->SetOptions({false, false, true});
+        compare->SetOptions({true, false, true});
+        QTRY_VERIFY_WITH_TIMEOUT(!compare->IsComparing(), 5000);
+        QCOMPARE(compare->ChangedCount(), 0);
+        QVERIFY(!compare->Table()->model()->index(1, 0).data(Qt::BackgroundRole).isValid());
+        compare->close();
     }
 
     void programThatCannotBeFetchedIsNotReplaced()
