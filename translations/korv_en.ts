@@ -1693,6 +1693,10 @@ Which version do you want to keep?</translation>
         <source>%1 行不同</source>
         <translation>%1 lines differ</translation>
     </message>
+    <message>
+        <source>正在比较…</source>
+        <translation>Comparing…</translation>
+    </message>
 </context>
 <context>
     <name>ProgramHistory</name>
