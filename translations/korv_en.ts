@@ -1803,6 +1803,14 @@ Which version do you want to keep?</translation>
         <source>被 %1 重命名覆盖</source>
         <translation>Renamed over by %1</translation>
     </message>
+    <message>
+        <source>提示</source>
+        <translation>Notice</translation>
+    </message>
+    <message>
+        <source>用%1替换机床上的%2？机床当前的程序会先保留为历史版本。</source>
+        <translation>Replace %2 on the machine with %1? The machine's current program is kept as a version first.</translation>
+    </message>
 </context>
 <context>
     <name>ScenePainter</name>

@@ -1,5 +1,6 @@
 #include "ProgramHistoryDialog.h"
 
+#include "CVarnokMessageBox.h"
 #include "HistorySettings.h"
 #include "HistoryStore.h"
 #include "MachineCopyCompare.h"
@@ -12,6 +13,7 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
+#include <QPointer>
 #include <QPushButton>
 #include <QSplitter>
 #include <QTemporaryDir>
@@ -206,6 +208,16 @@ void ProgramHistoryDialog::CompareWithMachine()
 void ProgramHistoryDialog::RestoreSelected()
 {
     const QList<HistoryVersion> versions = SelectedVersions();
-    if (versions.size() == 1)
-        m_pHistory->Restore(m_endpoint, versions.first());
+    if (versions.size() != 1)
+        return;
+    const HistoryVersion version = versions.first();
+    // The machine's program is kept before it is replaced, but the machine runs another one
+    // afterwards: a click alone does not do that.
+    const QString question = tr("用%1替换机床上的%2？机床当前的程序会先保留为历史版本。")
+                                 .arg(Title(Number(version), version), version.strMachinePath);
+    CVarnokMessageBox::Open(this, MsgButtonConfirm | MsgButtonCancel, MsgIconWarning, tr("提示"), question, {},
+                            [guard = QPointer<ProgramHistoryDialog>(this), version](int answer) {
+                                if (guard && answer == MsgButtonConfirm)
+                                    guard->m_pHistory->Restore(guard->m_endpoint, version);
+                            });
 }

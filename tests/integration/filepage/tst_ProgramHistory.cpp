@@ -166,8 +166,8 @@ private Q_SLOTS:
     }
 
     // Two kept versions compared from the history window: the files are read and compared off the
-    // window's thread, and an option ticked meanwhile or after compares again.
-    void keptVersionsAreComparedFromTheHistoryWindow()
+    // window's thread, and an option ticked meanwhile or after compares again. Then one is put back.
+    void keptVersionsAreComparedAndRestoredFromTheHistoryWindow()
     {
         StartSimulator(DefaultSimOptions());
         Write(MachineFile(QStringLiteral("part.nc")), "N10 G0 X0\nN20 G1 X1\nM30\n");
@@ -206,6 +206,25 @@ private Q_SLOTS:
         QCOMPARE(compare->ChangedCount(), 0);
         QVERIFY(!compare->Table()->model()->index(1, 0).data(Qt::BackgroundRole).isValid());
         compare->close();
+
+        // Putting the oldest version back asks first; a "no" leaves the machine as it is.
+        QTreeWidget* versions = window->VersionTree();
+        versions->clearSelection();
+        versions->topLevelItem(versions->topLevelItemCount() - 1)->setSelected(true);
+        m_iAnswer = MsgButtonCancel;
+        const qsizetype boxes = m_listBoxes.size();
+        QTest::mouseClick(window->RestoreButton(), Qt::LeftButton);
+        QTRY_COMPARE(m_listBoxes.size(), boxes + 1);
+        QVERIFY(m_listBoxes.last().strText.contains(QStringLiteral("/part.nc")));
+        // A restore would keep the machine's program first and then send: time for both to show.
+        QTest::qWait(500);
+        QVERIFY(Idle());
+        QCOMPARE(Store()->Versions(QStringLiteral("/part.nc")).size(), 2);
+        QCOMPARE(Read(MachineFile(QStringLiteral("part.nc"))), QByteArray("G0 X5\n"));
+        m_iAnswer = MsgButtonYes;
+        QTest::mouseClick(window->RestoreButton(), Qt::LeftButton);
+        QTRY_COMPARE_WITH_TIMEOUT(Read(MachineFile(QStringLiteral("part.nc"))),
+                                  QByteArray("N10 G0 X0\nN20 G1 X1\nM30\n"), 15000);
     }
 
     void programThatCannotBeFetchedIsNotReplaced()
