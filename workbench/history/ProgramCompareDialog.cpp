@@ -122,5 +122,4 @@ void ProgramCompareDialog::ShowComparison()
     m_pSummary->setText(changed == 0 ? tr("内容相同") : tr("%1 行不同").arg(changed));
     m_pTable->resizeColumnToContents(ProgramCompareModel::ColumnLeftLine);
     m_pTable->resizeColumnToContents(ProgramCompareModel::ColumnRightLine);
-    Q_EMIT SignalCompared();
 }

@@ -27,10 +27,6 @@ public:
     int ChangedCount() const { return m_pModel->Comparison().iChanged; }
     void SetOptions(const GcodeDiffOptions& options);
 
-Q_SIGNALS:
-    // The rows shown are those of the options now ticked.
-    void SignalCompared();
-
 private:
     void Compare();
     void ShowComparison();

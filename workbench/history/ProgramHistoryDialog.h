@@ -36,6 +36,7 @@ public:
     QTreeWidget* ProgramTree() const { return m_pPrograms; }
     QTreeWidget* VersionTree() const { return m_pVersions; }
     QPushButton* CompareButton() const { return m_pCompare; }
+    QPushButton* CompareMachineButton() const { return m_pCompareMachine; }
     QPushButton* RestoreButton() const { return m_pRestore; }
 
 private:

@@ -33,6 +33,16 @@ void Select(FileSelectPanel* panel, const QString& name)
                       QItemSelectionModel::Select | QItemSelectionModel::Rows);
 }
 
+// The compare window open over `window`; closed ones wait for deletion a while.
+ProgramCompareDialog* VisibleCompare(QWidget* window)
+{
+    for (ProgramCompareDialog* dialog : window->findChildren<ProgramCompareDialog*>()) {
+        if (dialog->isVisible())
+            return dialog;
+    }
+    return nullptr;
+}
+
 void Drop(FileSelectPanel* panel, const QString& localPath)
 {
     QMimeData mime;
@@ -166,7 +176,8 @@ private Q_SLOTS:
     }
 
     // Two kept versions compared from the history window: the files are read and compared off the
-    // window's thread, and an option ticked meanwhile or after compares again. Then one is put back.
+    // window's thread, and an option ticked meanwhile or after compares again. The newest is compared
+    // with the machine's copy, then the oldest is put back.
     void keptVersionsAreComparedAndRestoredFromTheHistoryWindow()
     {
         StartSimulator(DefaultSimOptions());
@@ -189,8 +200,8 @@ private Q_SLOTS:
         window->VersionTree()->selectAll();
         QVERIFY(window->CompareButton()->isEnabled());
         QTest::mouseClick(window->CompareButton(), Qt::LeftButton);
-        auto* compare = window->findChild<ProgramCompareDialog*>();
-        QVERIFY(compare && compare->isVisible());
+        ProgramCompareDialog* compare = VisibleCompare(window);
+        QVERIFY(compare);
         QTRY_VERIFY_WITH_TIMEOUT(!compare->IsComparing(), 5000);
         // Only the block numbers differ.
         QCOMPARE(compare->Table()->model()->rowCount(), 3);
@@ -207,8 +218,20 @@ private Q_SLOTS:
         QVERIFY(!compare->Table()->model()->index(1, 0).data(Qt::BackgroundRole).isValid());
         compare->close();
 
-        // Putting the oldest version back asks first; a "no" leaves the machine as it is.
+        // The newest kept version against the machine's copy, fetched through the funnel.
         QTreeWidget* versions = window->VersionTree();
+        versions->clearSelection();
+        versions->topLevelItem(0)->setSelected(true);
+        QTest::mouseClick(window->CompareMachineButton(), Qt::LeftButton);
+        ProgramCompareDialog* withMachine = nullptr;
+        QTRY_VERIFY_WITH_TIMEOUT((withMachine = VisibleCompare(window)) != nullptr, 15000);
+        QTRY_VERIFY_WITH_TIMEOUT(!withMachine->IsComparing(), 5000);
+        QCOMPARE(withMachine->Table()->model()->index(0, ProgramCompareModel::ColumnRightText).data().toString(),
+                 QStringLiteral("G0 X5"));
+        QCOMPARE(withMachine->ChangedCount(), 3);
+        withMachine->close();
+
+        // Putting the oldest version back asks first; a "no" leaves the machine as it is.
         versions->clearSelection();
         versions->topLevelItem(versions->topLevelItemCount() - 1)->setSelected(true);
         m_iAnswer = MsgButtonCancel;
